@@ -1,0 +1,57 @@
+# Flags that every target of the project is compiled with.
+add_library(power_analysis_flags INTERFACE)
+target_compile_options(power_analysis_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  # The digits are part of the contract: no contraction into fused multiply-add.
+  -ffp-contract=off)
+if(POWERANALYSIS_WERROR)
+  target_compile_options(power_analysis_flags INTERFACE -Werror)
+endif()
+if(POWERANALYSIS_SANITIZE)
+  target_compile_options(power_analysis_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(power_analysis_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# power_analysis_folder(<name> [LINKS <folder>...])
+#
+# The static library power_analysis_<name> of all sources in src/<name>. Its headers are reached as
+# "<name>/Header.h" through a folder that holds nothing but a link to src/<name>.
+function(power_analysis_folder name)
+  cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+  set(source_dir ${PROJECT_SOURCE_DIR}/src/${name})
+  set(include_dir ${PROJECT_BINARY_DIR}/include/${name})
+  file(MAKE_DIRECTORY ${include_dir})
+  file(CREATE_LINK ${source_dir} ${include_dir}/${name} SYMBOLIC)
+
+  file(GLOB sources CONFIGURE_DEPENDS ${source_dir}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  set(target power_analysis_${name})
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${include_dir})
+  target_link_libraries(${target} PUBLIC power_analysis_flags)
+  foreach(link IN LISTS arg_LINKS)
+    target_link_libraries(${target} PUBLIC power_analysis_${link})
+  endforeach()
+endfunction()
+
+# power_analysis_test(<name> LINKS <target>...)
+#
+# One test program of all sources in tests/<name>; it can open the files beside them through
+# TEST_DATA_DIR.
+function(power_analysis_test name)
+  cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${name}/*_test.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name}_test ${sources})
+  target_compile_definitions(${name}_test PRIVATE
+    TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/${name}/data")
+  target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name}_test PRIVATE ${arg_LINKS} power_analysis_flags GTest::gtest_main GTest::gmock)
+  add_test(NAME ${name} COMMAND ${name}_test)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()

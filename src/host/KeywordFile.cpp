@@ -1,0 +1,682 @@
+#include "host/KeywordFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+bool IsCommentMark(char c) { return c == ';' || c == '#'; }
+
+std::string_view Trim(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && IsBlank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
+template <typename Number>
+std::string Format(Number value) {
+  std::array<char, 64> buffer{};
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+  return std::string(buffer.data(), end);
+}
+
+template <typename Number>
+std::optional<Number> ParseWhole(std::string_view text) {
+  text = Trim(text);
+  const char* const end = text.data() + text.size();
+  Number value{};
+  const auto result = std::from_chars(text.data(), end, value);
+  if (result.ec != std::errc() || result.ptr != end) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+std::string IndexName(std::string_view section, std::string_view key) {
+  std::string name;
+  name.reserve(section.size() + key.size() + 1);
+  // A line end can stand in neither name.
+  return name.append(section).append("\n").append(key);
+}
+
+// The name in "[name]", which only a comment may follow. Empty when the header is not well formed:
+// its keys then belong to no section, least of all to the one before.
+std::string_view HeaderName(std::string_view header) {
+  const std::size_t close = header.find(']');
+  if (close == std::string_view::npos) {
+    return {};
+  }
+  const std::string_view rest = Trim(header.substr(close + 1));
+  if (!rest.empty() && !IsCommentMark(rest.front())) {
+    return {};
+  }
+  return Trim(header.substr(1, close - 1));
+}
+
+struct Span {
+  std::size_t begin;
+  std::size_t end;
+};
+
+// The value in a line whose '=' stands before `begin`. A comment needs a blank before it.
+Span ValueSpan(std::string_view line, std::size_t begin) {
+  Span span{begin, line.size()};
+  for (std::size_t i = begin + 1; i < line.size(); ++i) {
+    if (IsCommentMark(line[i]) && IsBlank(line[i - 1])) {
+      span.end = i;
+      break;
+    }
+  }
+  while (span.end > span.begin && IsBlank(line[span.end - 1])) {
+    --span.end;
+  }
+  while (span.begin < span.end && IsBlank(line[span.begin])) {
+    ++span.begin;
+  }
+  return span;
+}
+
+// Whether the reader finds what the writer is to write: only the reader knows. A NUL byte would
+// make the file one that is not read at all.
+bool ReadsBack(std::string_view section, std::string_view key, std::string_view value) {
+  constexpr auto npos = std::string_view::npos;
+  if (section.find('\0') != npos || key.find('\0') != npos || value.find('\0') != npos) {
+    return false;
+  }
+  std::string text("[");
+  text.append(section).append("]\n").append(key).append("= ").append(value).append(" ;\n");
+  return KeywordFile::Parse(text).Find(section, key) == value;
+}
+
+}  // namespace
+
+std::string FormatReal(double value) { return Format(value); }
+
+std::string FormatLong(std::int32_t value) { return Format(value); }
+
+std::optional<double> ParseReal(std::string_view text) {
+  const std::optional<double> value = ParseWhole<double>(text);
+  return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+std::optional<std::int32_t> ParseLong(std::string_view text) {
+  return ParseWhole<std::int32_t>(text);
+}
+
+bool IsBareFileName(std::string_view name) { return name.find('/') == std::string_view::npos; }
+
+std::string ResolveFileName(const std::string& name, const std::string& folder) {
+  if (!IsBareFileName(name)) {
+    return name;
+  }
+  return name.empty() || folder.empty() ? std::string() : folder + "/" + name;
+}
+
+// ---------------------------------------------------------------------------------------------
+// The text
+
+// Where in the file the reader stands.
+struct KeywordFile::Position {
+  std::string section;  // empty: in none
+  bool atHead = false;  // only comments since the section's header
+};
+
+KeywordFile KeywordFile::Parse(std::string_view text) {
+  KeywordFile file;
+  if (text.substr(0, ByteOrderMark.size()) == ByteOrderMark) {
+    file.lines_[0].text = ByteOrderMark;
+    text.remove_prefix(ByteOrderMark.size());
+  }
+  const std::size_t firstEnd = text.find('\n');
+  if (firstEnd != std::string_view::npos && firstEnd > 0 && text[firstEnd - 1] == '\r') {
+    file.lineEnd_ = "\r\n";
+  }
+  Position position;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    const std::size_t length = end == std::string_view::npos ? text.size() : end + 1;
+    file.TakeLine(text.substr(0, length), position);
+    text.remove_prefix(length);
+  }
+  return file;
+}
+
+// Appends a line and notes what it says. A new key will follow the last key of its section, or,
+// where there is none, the comments right under the header: what comes later, up to the next
+// header, may well be a remark on the next section.
+void KeywordFile::TakeLine(std::string_view line, Position& position) {
+  const std::size_t index = InsertAfter(last_, std::string(line));
+  const std::string_view content = Trim(line);
+  if (content.empty()) {
+    position.atHead = false;
+  } else if (content.front() == '[') {
+    position.section = HeaderName(content);
+    position.atHead = !position.section.empty();
+    if (position.atHead) {
+      sections_[position.section] = index;
+    }
+  } else if (IsCommentMark(content.front())) {
+    if (position.atHead) {
+      sections_[position.section] = index;
+    }
+  } else {
+    position.atHead = false;
+    TakeKey(line, position.section);
+  }
+}
+
+// Notes the key of the line just appended, if it is one.
+void KeywordFile::TakeKey(std::string_view line, const std::string& section) {
+  const std::size_t equals = line.find('=');
+  if (equals == std::string_view::npos || section.empty()) {
+    return;
+  }
+  const std::string_view key = Trim(line.substr(0, equals));
+  if (key.empty()) {
+    return;
+  }
+  const Span value = ValueSpan(line, equals + 1);
+  lines_[last_].valueBegin = value.begin;
+  lines_[last_].valueLength = value.end - value.begin;
+  keys_[IndexName(section, key)] = last_;
+  sections_[section] = last_;
+}
+
+std::optional<std::string_view> KeywordFile::Find(std::string_view section,
+                                                  std::string_view key) const {
+  const auto found = keys_.find(IndexName(section, key));
+  if (found == keys_.end()) {
+    return std::nullopt;
+  }
+  const Line& line = lines_[found->second];
+  return std::string_view(line.text).substr(line.valueBegin, line.valueLength);
+}
+
+bool KeywordFile::Set(std::string_view section, std::string_view key, std::string_view value) {
+  if (!ReadsBack(section, key, value)) {
+    return false;
+  }
+  const auto found = keys_.find(IndexName(section, key));
+  if (found != keys_.end()) {
+    Line& line = lines_[found->second];
+    line.text.replace(line.valueBegin, line.valueLength, value);
+    line.valueLength = value.size();
+    return true;
+  }
+  const auto known = sections_.find(std::string(section));
+  const std::size_t previous = known == sections_.end() ? AddSection(section) : known->second;
+  std::string text(key);
+  text.append("=").append(value).append(lineEnd_);
+  const std::size_t index = InsertAfter(previous, std::move(text));
+  lines_[index].valueBegin = key.size() + 1;
+  lines_[index].valueLength = value.size();
+  keys_[IndexName(section, key)] = index;
+  sections_[std::string(section)] = index;
+  return true;
+}
+
+std::string KeywordFile::Text() const {
+  std::string text = lines_[0].text;
+  for (std::size_t i = lines_[0].next; i != 0; i = lines_[i].next) {
+    text += lines_[i].text;
+  }
+  return text;
+}
+
+std::size_t KeywordFile::InsertAfter(std::size_t line, std::string text) {
+  if (line != 0 && lines_[line].text.back() != '\n') {
+    lines_[line].text += lineEnd_;
+  }
+  const std::size_t index = lines_.size();
+  lines_.push_back({std::move(text), 0, 0, lines_[line].next});
+  lines_[line].next = index;
+  if (line == last_) {
+    last_ = index;
+  }
+  return index;
+}
+
+// Returns the header's line, at the end of the file, after a blank line.
+std::size_t KeywordFile::AddSection(std::string_view section) {
+  if (last_ != 0 && !Trim(lines_[last_].text).empty()) {
+    InsertAfter(last_, lineEnd_);
+  }
+  std::string header("[");
+  header.append(section).append("]").append(lineEnd_);
+  return InsertAfter(last_, std::move(header));
+}
+
+// ---------------------------------------------------------------------------------------------
+// The file. Functions that can fail return an error number, 0 when all is well.
+
+namespace {
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { Close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  int Close() {
+    const int number = std::exchange(number_, -1);
+    return number < 0 || close(number) == 0 ? 0 : errno;
+  }
+
+ private:
+  int number_;
+};
+
+// Our own words for the ordinary failures, in the language and tone of the other messages.
+std::string Reason(int error) {
+  switch (error) {
+    case ENOENT:
+      return "there is no such file or folder";
+    case ENOTDIR:
+      return "a part of its path is not a folder";
+    case EACCES:
+    case EPERM:
+      return "permission is denied";
+    case EROFS:
+      return "the disk is read-only";
+    case ENOSPC:
+      return "the disk is full";
+    case EDQUOT:
+      return "the disk quota is used up";
+    case EFBIG:
+      return "the file would be larger than is allowed";
+    case EISDIR:
+      return "it is a folder";
+    case ELOOP:
+      return "its symbolic links lead in a circle";
+    case ENAMETOOLONG:
+      return "the name is too long";
+    case EWOULDBLOCK:
+      return "another program is saving a file in the same folder";
+    default:
+      return std::generic_category().message(error);
+  }
+}
+
+std::string TooLarge() {
+  return "a settings file cannot be larger than " + FormatLong(KeywordFileLimit >> 20) + " MiB";
+}
+
+constexpr const char* NoFolder =
+    "no folder is known for settings files, since neither XDG_CONFIG_HOME nor HOME is set";
+
+// Why a path cannot be used at all; empty when it can.
+std::string PathProblem(const std::string& path) {
+  if (path.empty()) {
+    return NoFolder;
+  }
+  return path.find('\0') == std::string::npos ? "" : "the name holds a NUL byte";
+}
+
+struct Bytes {
+  std::string text;
+  std::string problem;
+  bool exists = false;
+};
+
+// Reads to the end, or to one byte more than is allowed.
+int ReadAll(int file, std::string& text) {
+  std::array<char, 1 << 16> buffer;
+  while (text.size() <= KeywordFileLimit) {
+    const ssize_t count = read(file, buffer.data(), buffer.size());
+    if (count == 0) {
+      return 0;
+    }
+    if (count > 0) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return errno;
+    }
+  }
+  return 0;
+}
+
+std::string KindProblem(const struct stat& status) {
+  if (S_ISREG(status.st_mode)) {
+    return {};
+  }
+  return S_ISDIR(status.st_mode) ? Reason(EISDIR) : "it is not a regular file";
+}
+
+// Looks before opening, since to open a FIFO or a device is to act on it; and again after, with a
+// non-blocking open between, in case the file was exchanged meanwhile.
+Bytes ReadBytes(int folder, const std::string& name) {
+  Bytes bytes;
+  struct stat status = {};
+  if (fstatat(folder, name.c_str(), &status, 0) != 0) {
+    bytes.problem = errno == ENOENT ? "" : Reason(errno);
+    return bytes;
+  }
+  bytes.exists = true;
+  bytes.problem = KindProblem(status);
+  if (!bytes.problem.empty()) {
+    return bytes;
+  }
+  const Descriptor file(openat(folder, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (file.number() < 0 || fstat(file.number(), &status) != 0) {
+    bytes.problem = Reason(errno);
+    return bytes;
+  }
+  bytes.problem = KindProblem(status);
+  if (!bytes.problem.empty()) {
+    return bytes;
+  }
+  if (const int error = ReadAll(file.number(), bytes.text); error != 0) {
+    bytes.problem = Reason(error);
+  } else if (bytes.text.size() > KeywordFileLimit) {
+    bytes.problem = TooLarge();
+  } else if (bytes.text.find('\0') != std::string::npos) {
+    bytes.problem = "it holds NUL bytes, so it is not a settings file";
+  }
+  return bytes;
+}
+
+LoadedKeywordFile Load(int folder, const std::string& name) {
+  Bytes bytes = ReadBytes(folder, name);
+  LoadedKeywordFile loaded;
+  loaded.exists = bytes.exists;
+  loaded.error = std::move(bytes.problem);
+  if (loaded.error.empty()) {
+    loaded.file = KeywordFile::Parse(bytes.text);
+  }
+  return loaded;
+}
+
+// With the slash at its end.
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
+
+std::string NameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+// Follows the symbolic links of the last part of a path, the last of which may lead nowhere yet.
+int FollowLinks(std::string& path) {
+  constexpr int mostLinks = 40;  // as the kernel has it
+  for (int count = 0; count < mostLinks; ++count) {
+    std::array<char, 4096> target{};
+    const ssize_t length = readlink(path.c_str(), target.data(), target.size());
+    if (length < 0) {
+      return errno == EINVAL || errno == ENOENT ? 0 : errno;
+    }
+    const std::string to(target.data(), static_cast<std::size_t>(length));
+    const bool absolute = !to.empty() && to.front() == '/';
+    path = absolute ? to : FolderOf(path).append(to);
+  }
+  return ELOOP;
+}
+
+// Makes a folder and those above it that are missing, for the user alone. A folder above may exist
+// where we must not write, so only the last step decides; the first failure is the one that tells.
+int MakeFolders(const std::string& folder) {
+  int firstError = 0;
+  for (std::size_t end = 0; end != std::string::npos;) {
+    end = folder.find('/', end + 1);
+    const int made = mkdir(folder.substr(0, end).c_str(), 0700);
+    if (made == 0 || errno == EEXIST) {
+      firstError = 0;
+    } else if (firstError == 0) {
+      firstError = errno;
+    }
+  }
+  return firstError;
+}
+
+// Polls, rather than blocks, so that a hung program cannot hang this one. A file system without
+// locks still gets its file written whole.
+int LockFolder(int folder, std::chrono::milliseconds patience) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (flock(folder, LOCK_EX | LOCK_NB) != 0) {
+    if (errno == ENOSYS || errno == EOPNOTSUPP || errno == ENOLCK) {
+      return 0;
+    }
+    if (errno != EWOULDBLOCK && errno != EINTR) {
+      return errno;
+    }
+    if (std::chrono::steady_clock::now() >= deadline) {
+      return EWOULDBLOCK;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return 0;
+}
+
+// Opens a new file of a name that no other writer has, and says which; -1 and errno on failure.
+// The name is short, for the file's own may already be as long as names can be.
+int CreateTemporary(int folder, mode_t mode, std::string& name) {
+  static std::atomic<unsigned> counter{0};
+  constexpr int attempts = 100;
+  for (int i = 0; i < attempts; ++i) {
+    name = ".settings-" + Format(getpid()) + "-" + Format(counter++) + ".tmp";
+    const int file =
+        openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (file >= 0 || errno != EEXIST) {
+      return file;
+    }
+  }
+  return -1;
+}
+
+int WriteAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = write(file, text.data(), text.size());
+    if (count >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return errno;
+    }
+  }
+  return 0;
+}
+
+// Only root can give a file away, and only members can give it to a group: the owner is kept where
+// possible, the permissions always.
+int KeepOwnerAndMode(int file, const struct stat& old) {
+  constexpr mode_t permissions = 07777;
+  struct stat now = {};
+  if (fstat(file, &now) != 0) {
+    return errno;
+  }
+  if ((now.st_uid != old.st_uid || now.st_gid != old.st_gid) &&
+      fchown(file, old.st_uid, old.st_gid) != 0) {
+    static_cast<void>(fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0);
+  }
+  if (fstat(file, &now) != 0) {
+    return errno;
+  }
+  const bool same = (now.st_mode & permissions) == (old.st_mode & permissions);
+  return same || fchmod(file, old.st_mode & permissions) == 0 ? 0 : errno;
+}
+
+// Brings a temporary file to its full and final state, on the disk.
+int FillTemporary(Descriptor& file, const std::string& text, const struct stat* old) {
+  if (const int error = WriteAll(file.number(), text); error != 0) {
+    return error;
+  }
+  if (old != nullptr) {
+    if (const int error = KeepOwnerAndMode(file.number(), *old); error != 0) {
+      return error;
+    }
+  }
+  if (fsync(file.number()) != 0) {
+    return errno;
+  }
+  return file.Close();
+}
+
+int ReplaceFile(int folder, const std::string& name, const std::string& text) {
+  struct stat old = {};
+  const bool existed = fstatat(folder, name.c_str(), &old, 0) == 0;
+  // A rename asks for no leave of the file's own; a user who took his own right to write meant it.
+  if (existed && faccessat(folder, name.c_str(), W_OK, AT_EACCESS) != 0) {
+    return errno;
+  }
+  std::string temporary;
+  // A new file gets the permissions that the user's umask leaves; another stays private until it
+  // has those of the old one.
+  Descriptor file(CreateTemporary(folder, existed ? 0600 : 0666, temporary));
+  if (file.number() < 0) {
+    return errno;
+  }
+  int error = FillTemporary(file, text, existed ? &old : nullptr);
+  if (error == 0 && renameat(folder, temporary.c_str(), folder, name.c_str()) != 0) {
+    error = errno;
+  }
+  if (error != 0) {
+    unlinkat(folder, temporary.c_str(), 0);
+    return error;
+  }
+  // The new file is in place and whole whether or not the folder's entry has reached the disk, so
+  // a failure here is none to report.
+  static_cast<void>(fsync(folder));
+  return 0;
+}
+
+}  // namespace
+
+LoadedKeywordFile LoadKeywordFile(const std::string& path) {
+  LoadedKeywordFile loaded;
+  loaded.error = PathProblem(path);
+  if (loaded.error.empty()) {
+    loaded = Load(AT_FDCWD, path);
+  }
+  if (!loaded.error.empty()) {
+    loaded.error = "Cannot read the settings file \"" + path + "\": " + loaded.error + ".";
+  }
+  return loaded;
+}
+
+KeywordWriter::KeywordWriter(std::string path,
+                             MissingFolder missingFolder,
+                             std::chrono::milliseconds patience)
+    : path_(std::move(path)), missingFolder_(missingFolder), patience_(patience) {
+  const std::string problem = PathProblem(path_);
+  if (problem.empty()) {
+    Open();
+  } else {
+    Refuse(problem);
+  }
+}
+
+KeywordWriter::~KeywordWriter() { Release(); }
+
+KeywordResult KeywordWriter::status() const { return status_; }
+
+void KeywordWriter::Put(std::string_view section, std::string_view key, std::string_view value) {
+  changes_.push_back({std::string(section), std::string(key), std::string(value)});
+}
+
+KeywordResult KeywordWriter::Commit() {
+  if (status_.ok && folder_ < 0) {  // the folder was missing, and may be made
+    std::string target = path_;
+    FollowLinks(target);
+    if (const int error = MakeFolders(FolderOf(target)); error != 0) {
+      Refuse(Reason(error));
+      return status_;
+    }
+    missingFolder_ = MissingFolder::Refuse;
+    Open();
+  }
+  if (!status_.ok) {
+    return status_;
+  }
+  const std::string before = file_.Text();
+  std::string problem = ApplyChanges();
+  const std::string after = file_.Text();
+  if (problem.empty() && after.size() > KeywordFileLimit) {
+    problem = TooLarge();
+  }
+  if (problem.empty() && after != before) {
+    const int error = ReplaceFile(folder_, name_, after);
+    problem = error == 0 ? "" : Reason(error);
+  }
+  if (problem.empty()) {
+    Release();
+    status_ = {false, "The settings file \"" + path_ + "\" has been saved already."};
+    return {};
+  }
+  Refuse(problem);
+  return status_;
+}
+
+// Locks the folder and reads the file.
+void KeywordWriter::Open() {
+  std::string target = path_;
+  if (const int error = FollowLinks(target); error != 0) {
+    return Refuse(Reason(error));
+  }
+  name_ = NameOf(target);
+  if (name_.empty()) {
+    return Refuse(Reason(EISDIR));
+  }
+  folder_ = open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder_ < 0) {
+    if (errno != ENOENT || missingFolder_ != MissingFolder::Create) {
+      Refuse(Reason(errno));
+    }
+    return;
+  }
+  if (const int error = LockFolder(folder_, patience_); error != 0) {
+    return Refuse(Reason(error));
+  }
+  LoadedKeywordFile loaded = Load(folder_, name_);
+  if (!loaded.error.empty()) {
+    return Refuse(loaded.error);
+  }
+  file_ = std::move(loaded.file);
+}
+
+void KeywordWriter::Refuse(const std::string& reason) {
+  status_ = {false, "Cannot save the settings file \"" + path_ + "\": " + reason + "."};
+  Release();
+}
+
+// Returns why a change cannot be made; empty when all are.
+std::string KeywordWriter::ApplyChanges() {
+  for (const Change& change : changes_) {
+    if (!file_.Set(change.section, change.key, change.value)) {
+      return "the value of \"" + change.key + "\" in section \"" + change.section +
+             "\" cannot be stored";
+    }
+  }
+  return {};
+}
+
+void KeywordWriter::Release() {
+  if (folder_ >= 0) {
+    close(folder_);  // and the lock goes with it
+    folder_ = -1;
+  }
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,86 @@
+#include "host/NumberText.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "host/Workbook.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// Long enough for 1e308 with the decimals that any format here asks for.
+constexpr std::size_t kBuffer = 512;
+
+std::string ToChars(double value, std::chars_format format, int precision) {
+  std::array<char, kBuffer> buffer{};
+  const auto [end, error] =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, precision);
+  return error == std::errc{} ? std::string(buffer.data(), end) : std::string();
+}
+
+std::string RightAligned(const std::string& text, int width) {
+  const auto wanted = static_cast<std::size_t>(width < 0 ? 0 : width);
+  return text.size() < wanted ? std::string(wanted - text.size(), ' ') + text : text;
+}
+
+std::string WithoutTrailingZeros(std::string text) {
+  if (text.find('.') == std::string::npos) {
+    return text;
+  }
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') {
+    text.pop_back();
+  }
+  return text == "-0" ? "0" : text;
+}
+
+}  // namespace
+
+std::string FormatGeneral(double value, int precision) {
+  return ToChars(value, std::chars_format::general, precision);
+}
+
+std::string FormatFixed(double value, int decimals) {
+  return ToChars(value, std::chars_format::fixed, decimals);
+}
+
+std::string FormatDecimals(double value, int decimals) {
+  constexpr std::size_t kWidest = 24;
+  constexpr int kDigits = 12;
+  if (!std::isfinite(value)) {
+    return FormatGeneral(value);
+  }
+  std::string text = WithoutTrailingZeros(FormatFixed(value, decimals));
+  return text.size() > kWidest ? FormatGeneral(value, kDigits) : text;
+}
+
+std::string FormatShortest(double value) {
+  std::array<char, kBuffer> buffer{};
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return std::string(buffer.data(), result.ptr);
+}
+
+std::string FormatCell(double value, int digits) {
+  constexpr double kWhole = 1e15;
+  if (IsMissing(value)) {
+    return {};
+  }
+  if (std::floor(value) == value && std::abs(value) <= kWhole) {
+    return FormatFixed(value + 0.0, 0);  // a negative zero shows as "0"
+  }
+  return FormatGeneral(value, digits);
+}
+
+std::string RealToText(double value, int format, int width, int decimals) {
+  return RightAligned(
+      format == RealTickLabel ? FormatFixed(value, decimals) : FormatDecimals(value, decimals),
+      format == RealTickLabel ? width : 0);
+}
+
+std::string IntToText(std::int64_t value, int format, int width) {
+  return RightAligned(std::to_string(value), format == IntTickLabel ? width : 0);
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// Numbers as text, never dependent on the locale.
+namespace poweranalysis {
+
+// As printf's %.<precision>g.
+std::string FormatGeneral(double value, int precision = 6);
+// As printf's %.<decimals>f.
+std::string FormatFixed(double value, int decimals);
+// At most `decimals` decimals, trailing zeros cut; twelve significant digits when that would be
+// wider than 24 characters.
+std::string FormatDecimals(double value, int decimals);
+// The shortest text that reads back exactly.
+std::string FormatShortest(double value);
+
+// A cell of a summary table: six significant digits, whole numbers up to 1e15 in full, nothing for
+// a missing value.
+std::string FormatCell(double value, int digits = 6);
+
+// Format codes of RealToText and IntToText.
+inline constexpr int RealPlain = 132;     // trailing zeros cut
+inline constexpr int RealTickLabel = 36;  // all decimals, right-aligned
+inline constexpr int IntTickLabel = 6;    // right-aligned
+
+std::string RealToText(double value, int format, int width, int decimals);
+std::string IntToText(std::int64_t value, int format, int width);
+
+}  // namespace poweranalysis

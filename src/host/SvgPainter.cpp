@@ -1,0 +1,158 @@
+#include "host/SvgPainter.h"
+
+#include <cstdint>
+#include <string_view>
+
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";   // U+FFFD
+
+// Length of the well-formed UTF-8 character at the start of `text`; 0 when there is none. Follows
+// table 3-7 of The Unicode Standard.
+std::size_t CharacterLength(std::string_view text) {
+  const auto byte = [&](std::size_t i) {
+    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+  };
+  const auto continues = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
+  const unsigned first = byte(0);
+  if (first < 0x80U) {
+    return 1;
+  }
+  if (first >= 0xC2U && first <= 0xDFU) {
+    return continues(1) ? 2 : 0;
+  }
+  if (first >= 0xE0U && first <= 0xEFU) {
+    const bool overlong = first == 0xE0U && byte(1) < 0xA0U;
+    const bool surrogate = first == 0xEDU && byte(1) > 0x9FU;
+    return continues(1) && continues(2) && !overlong && !surrogate ? 3 : 0;
+  }
+  if (first >= 0xF0U && first <= 0xF4U) {
+    const bool overlong = first == 0xF0U && byte(1) < 0x90U;
+    const bool beyond = first == 0xF4U && byte(1) > 0x8FU;
+    return continues(1) && continues(2) && continues(3) && !overlong && !beyond ? 4 : 0;
+  }
+  return 0;
+}
+
+// Text for XML. What XML cannot hold (control characters, broken UTF-8) becomes U+FFFD.
+std::string Escaped(std::string_view text) {
+  std::string out;
+  while (!text.empty()) {
+    const std::size_t length = CharacterLength(text);
+    const std::string_view character = text.substr(0, length == 0 ? 1 : length);
+    text.remove_prefix(character.size());
+    const char first = character.front();
+    if (length == 0 || (static_cast<unsigned char>(first) < 0x20U && first != '\t') ||
+        character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") {
+      out += kReplacement;
+    } else if (first == '&') {
+      out += "&amp;";
+    } else if (first == '<') {
+      out += "&lt;";
+    } else if (first == '>') {
+      out += "&gt;";
+    } else if (first == '"') {
+      out += "&quot;";
+    } else {
+      out += character;
+    }
+  }
+  return out;
+}
+
+std::string Number(double value) {
+  constexpr int kDecimals = 2;
+  return FormatDecimals(value, kDecimals);
+}
+
+std::string Attribute(std::string_view name, std::string_view value) {
+  std::string text(1, ' ');
+  text.append(name).append("=\"").append(value).append("\"");
+  return text;
+}
+
+std::string Attribute(std::string_view name, double value) {
+  return Attribute(name, Number(value));
+}
+
+std::string Hex(const Rgb& colour) {
+  static constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text(1, '#');
+  for (const std::uint8_t part : {colour.red, colour.green, colour.blue}) {
+    text += kDigits[part / 16];
+    text += kDigits[part % 16];
+  }
+  return text;
+}
+
+struct Painter {
+  const ChartTheme& theme;
+  std::string svg;
+
+  std::string Paint(std::string_view attribute, Role role) const {
+    return Attribute(attribute, Hex(theme[role]));
+  }
+
+  void operator()(const LineItem& line) {
+    svg += "<line" + Attribute("x1", line.from.x) + Attribute("y1", line.from.y) +
+           Attribute("x2", line.to.x) + Attribute("y2", line.to.y) + Paint("stroke", line.role) +
+           Attribute("stroke-width", line.width) + "/>\n";
+  }
+
+  void operator()(const RectItem& rect) {
+    svg += "<rect" + Attribute("x", rect.corner.x) + Attribute("y", rect.corner.y) +
+           Attribute("width", rect.width) + Attribute("height", rect.height) +
+           Paint("fill", rect.role) + "/>\n";
+  }
+
+  void operator()(const PolylineItem& line) {
+    svg += "<polyline fill=\"none\" stroke-linejoin=\"round\" stroke-linecap=\"round\"" +
+           Paint("stroke", line.role) + Attribute("stroke-width", line.width) + " points=\"";
+    for (std::size_t i = 0; i < line.points.size(); ++i) {
+      svg += (i == 0 ? "" : " ") + Number(line.points[i].x) + "," + Number(line.points[i].y);
+    }
+    svg += "\"/>\n";
+  }
+
+  void operator()(const DotItem& dot) {
+    svg += "<circle" + Attribute("cx", dot.centre.x) + Attribute("cy", dot.centre.y) +
+           Attribute("r", dot.radius) + Paint("fill", dot.role) + "/>\n";
+  }
+
+  void operator()(const TextItem& text) {
+    static constexpr std::string_view kAnchors[] = {"start", "middle", "end"};
+    svg += "<text xml:space=\"preserve\"" + Attribute("x", text.at.x) + Attribute("y", text.at.y) +
+           " text-anchor=\"" + std::string(kAnchors[static_cast<int>(text.anchor)]) + "\"" +
+           Attribute("font-size", text.size) + (text.bold ? " font-weight=\"bold\"" : "") +
+           Paint("fill", text.role);
+    if (text.rotation != 0) {
+      svg += " transform=\"rotate(" + Number(-text.rotation) + " " + Number(text.at.x) + " " +
+             Number(text.at.y) + ")\"";
+    }
+    svg += ">" + Escaped(text.text) + "</text>\n";
+  }
+};
+
+}  // namespace
+
+std::string PaintSvg(const DisplayList& list, const ChartTheme& theme) {
+  Painter painter{theme, {}};
+  painter.svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                "<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\"" +
+                Attribute("width", list.width) + Attribute("height", list.height) +
+                " viewBox=\"0 0 " + Number(list.width) + " " + Number(list.height) +
+                "\" font-family=\"'DejaVu Sans', Verdana, Arial, sans-serif\">\n<title>" +
+                Escaped(list.title) + "</title>\n<desc>" + Escaped(list.description) +
+                "</desc>\n";
+  for (const DisplayItem& item : list.items) {
+    std::visit(painter, item);
+  }
+  painter.svg += "</svg>\n";
+  return std::move(painter.svg);
+}
+
+}  // namespace poweranalysis

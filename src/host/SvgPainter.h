@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "host/ChartLayout.h"
+
+namespace poweranalysis {
+
+// A display list as an SVG document: UTF-8, real text, numbers with at most two decimals. The same
+// list gives the same bytes.
+std::string PaintSvg(const DisplayList& list, const ChartTheme& theme = LightTheme());
+
+}  // namespace poweranalysis
