@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The one table of texts by number. A number below 30000 is the system's own and stays; the blocks
+// above are told at the head of Texts.def.
+namespace poweranalysis {
+
+namespace text {
+
+enum Id : int {
+  None = 0,
+#define TEXT(number, name, value) name = number,
+#include "frame/Texts.def"
+#undef TEXT
+};
+
+}  // namespace text
+
+using TextId = text::Id;
+
+// The text as the table holds it, with the mark "DontTranslate!!" where it has one; empty for a
+// number that the table lacks.
+std::string_view RawText(int id);
+
+// The text to show: the mark is removed here and nowhere else.
+std::string LoadText(int id);
+
+struct TextEntry {
+  int id;
+  const char* name;
+  const char* value;
+};
+
+struct TextTable {
+  const TextEntry* entries;
+  int count;
+};
+
+// The whole table, ascending by number.
+TextTable AllTexts();
+
+}  // namespace poweranalysis
