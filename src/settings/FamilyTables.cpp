@@ -1,0 +1,176 @@
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+#include <limits>
+
+#include "settings/PowerSettings.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// The bounds that an unkeyed field's Lower and Upper hold; no check reads them.
+constexpr double kNoBound = -9999;
+constexpr double NumericFailure = -9999.0;  // built-in value of an answer not yet computed
+
+constexpr FieldType TypeOf(i16) { return FieldType::Int16; }
+constexpr FieldType TypeOf(i32) { return FieldType::Int32; }
+constexpr FieldType TypeOf(f64) { return FieldType::Real; }
+
+// A type in parentheses would be none.
+// NOLINTBEGIN(bugprone-macro-parentheses)
+#define POWERANALYSIS_KEYED_ROW(type, field, factory, lower, upper, form, place) \
+  {#field,                                                                       \
+   TypeOf(type{}),                                                               \
+   offsetof(Record, field),                                                      \
+   factory,                                                                      \
+   lower,                                                                        \
+   upper,                                                                        \
+   RangeForm::form,                                                              \
+   place,                                                                        \
+   text::Key##field,                                                             \
+   text::Label##field,                                                           \
+   text::Meaning##field},
+#define POWERANALYSIS_UNKEYED_ROW(type, field, factory) \
+  {#field,                                              \
+   TypeOf(type{}),                                      \
+   offsetof(Record, field),                             \
+   factory,                                             \
+   kNoBound,                                            \
+   kNoBound,                                            \
+   RangeForm::Closed,                                   \
+   -1,                                                  \
+   text::None,                                          \
+   text::None,                                          \
+   text::None},
+// NOLINTEND(bugprone-macro-parentheses)
+
+template <class Record>
+struct Fields;
+
+#define POWERANALYSIS_FIELD_TABLE(family, macro)                                             \
+  template <>                                                                                \
+  struct Fields<family##Params> {                                                            \
+    using Record = family##Params;                                                           \
+    static constexpr Field kRows[] = {                                                       \
+        POWERANALYSIS_##macro##_FIELDS(POWERANALYSIS_KEYED_ROW, POWERANALYSIS_UNKEYED_ROW)}; \
+  };
+POWERANALYSIS_FIELD_TABLE(T1, T1)
+POWERANALYSIS_FIELD_TABLE(T2, T2)
+POWERANALYSIS_FIELD_TABLE(T3, T3)
+POWERANALYSIS_FIELD_TABLE(R2, R2)
+POWERANALYSIS_FIELD_TABLE(X2Calc, X2CALC)
+POWERANALYSIS_FIELD_TABLE(FCalc, FCALC)
+POWERANALYSIS_FIELD_TABLE(AV1, AV1)
+POWERANALYSIS_FIELD_TABLE(PC, PC)
+POWERANALYSIS_FIELD_TABLE(V1, V1)
+POWERANALYSIS_FIELD_TABLE(V2, V2)
+POWERANALYSIS_FIELD_TABLE(R, R)
+POWERANALYSIS_FIELD_TABLE(Z2R, Z2R)
+POWERANALYSIS_FIELD_TABLE(P1, P1)
+POWERANALYSIS_FIELD_TABLE(P2, P2)
+POWERANALYSIS_FIELD_TABLE(QMAC, QMAC)
+POWERANALYSIS_FIELD_TABLE(SA1, SA1)
+POWERANALYSIS_FIELD_TABLE(SA2, SA2)
+POWERANALYSIS_FIELD_TABLE(SA3, SA3)
+POWERANALYSIS_FIELD_TABLE(SEM, SEM)
+POWERANALYSIS_FIELD_TABLE(AV2, AV2)
+POWERANALYSIS_FIELD_TABLE(BinomialCalc, BINOMIALCALC)
+
+constexpr FamilyTable kFamilies[] = {
+#define POWERANALYSIS_FAMILY_ROW(family, section) \
+  {Family::family, #family, section, sizeof(family##Params), Fields<family##Params>::kRows},
+    POWERANALYSIS_FAMILIES(POWERANALYSIS_FAMILY_ROW)
+#undef POWERANALYSIS_FAMILY_ROW
+};
+
+bool SameInAnyCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return std::tolower(static_cast<unsigned char>(x)) ==
+           std::tolower(static_cast<unsigned char>(y));
+  });
+}
+
+}  // namespace
+
+const Field* FamilyTable::Find(std::string_view name) const {
+  const auto field = std::find_if(fields.begin(), fields.end(),
+                                  [name](const Field& row) { return name == row.name; });
+  return field == fields.end() ? nullptr : &*field;
+}
+
+std::span<const FamilyTable> FamilyTables() { return kFamilies; }
+
+const FamilyTable& TableOf(Family family) { return kFamilies[static_cast<std::size_t>(family)]; }
+
+const FamilyTable* FindFamily(std::string_view code) {
+  const auto* family =
+      std::find_if(std::begin(kFamilies), std::end(kFamilies),
+                   [code](const FamilyTable& row) { return SameInAnyCase(code, row.code); });
+  return family == std::end(kFamilies) ? nullptr : family;
+}
+
+void* RecordView::address(const Field& field) const {
+  return static_cast<std::byte*>(record_) + field.offset;
+}
+
+namespace {
+
+template <class T>
+double Load(const void* address) {
+  T value;
+  std::memcpy(&value, address, sizeof value);
+  return static_cast<double>(value);
+}
+
+// Held to 32 bits, and nothing for what is no number.
+std::int32_t WholeOf(double value) {
+  constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
+  constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
+  return std::isnan(value) ? 0 : static_cast<std::int32_t>(std::clamp(value, kLowest, kHighest));
+}
+
+template <class T>
+void Store(void* address, double value) {
+  // Narrowed through the wider whole number, as a value read from a file is.
+  const auto narrowed = static_cast<T>(WholeOf(value));
+  std::memcpy(address, &narrowed, sizeof narrowed);
+}
+
+template <>
+void Store<f64>(void* address, double value) {
+  std::memcpy(address, &value, sizeof value);
+}
+
+}  // namespace
+
+double RecordView::Get(const Field& field) const {
+  switch (field.type) {
+    case FieldType::Int16:
+      return Load<i16>(address(field));
+    case FieldType::Int32:
+      return Load<i32>(address(field));
+    default:
+      return Load<f64>(address(field));
+  }
+}
+
+void RecordView::Set(const Field& field, double value) const {
+  switch (field.type) {
+    case FieldType::Int16:
+      return Store<i16>(address(field), value);
+    case FieldType::Int32:
+      return Store<i32>(address(field), value);
+    default:
+      return Store<f64>(address(field), value);
+  }
+}
+
+void RecordView::CopyFrom(const RecordView& other) const {
+  std::memcpy(record_, other.record_, table_->recordSize);
+}
+
+}  // namespace poweranalysis
