@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+
+#include "distributions/SecantSearch.h"
+
+namespace poweranalysis {
+
+// What SolveParameter searches: a distribution and the variable that is free. Code 4 has no
+// distribution attached.
+enum SearchKind : std::int32_t {
+  SearchChiSquareDelta = 1,
+  SearchTDelta = 2,
+  SearchFDelta = 3,
+  SearchTQuantile = 5,
+  SearchChiSquareQuantile = 6,
+  SearchFQuantile = 7,
+  SearchFDeltaApprox = 8,
+  SearchBinomialProportion = 9,
+};
+
+// How the search of one kind treats its variable.
+const SecantPolicy& SearchPolicyOf(SearchKind kind);
+
+// One evaluation: the distribution named by the kind at the fixed argument x and the searched
+// value b, minus the target. For the quantile kinds x is the noncentrality and b the quantile; for
+// the others x is the quantile and b the noncentrality or proportion. df2 is the second degrees of
+// freedom of the F kinds.
+//
+// Domain: the kinds SearchTDelta and SearchTQuantile have their distribution in this library.
+// Fails:  NumericFailure with `failure` nonzero when the distribution fails, and with `failure` 1
+//         for a kind that has no distribution. `failure` is cleared on entry.
+// Kept:   for SearchTDelta a failed NoncentralTCdf is no failure: its value minus the target goes
+//         on as a very large residual.
+double SolveResidual(double x,
+                     double b,
+                     std::int32_t df,
+                     double target,
+                     int& failure,
+                     SearchKind kind,
+                     std::int32_t df2);
+
+// The b at which SolveResidual is zero, by SecantSearch from `start`.
+//
+// Fails:  NumericFailure with `failure` nonzero when an evaluation fails; otherwise a value, and a
+//         nonzero `status` when that value was not shown to solve the equation. Both are cleared
+//         on entry.
+double SolveParameter(double x,
+                      std::int32_t df,
+                      double target,
+                      double start,
+                      int& status,
+                      int& failure,
+                      SearchKind kind,
+                      std::int32_t df2);
+
+}  // namespace poweranalysis
