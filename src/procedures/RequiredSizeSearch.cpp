@@ -1,0 +1,349 @@
+#include "procedures/RequiredSizeSearch.h"
+
+#include <cmath>
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr std::int16_t kNullFalse = 0;
+constexpr std::int16_t kNullTrue = 1;
+constexpr std::int16_t kNullNearlyTrue = 2;
+
+// The smallest size known to exceed the goal, before any is known.
+// Kept: independent of the size limit.
+constexpr std::int64_t kUpperBracket = 1000000;
+
+constexpr double kLowestGoal = .01;
+constexpr double kHighestGoal = .999;
+constexpr double kStepResetPower = .999;
+constexpr double kEqualPowers = 1e-15;
+constexpr int kBarCount = 10;
+constexpr int kBracketBisectBarCount = 20;
+constexpr double kBracketBisectTolerance = .05;
+
+// Beyond it a step says no more, and its sum with a size must fit.
+constexpr double kLargestStep = 2e9;
+// An estimate that is not a number or beyond any size is as good as none.
+constexpr double kLargestStart = 2147483648.0;
+// More than any power that rises with size takes: a power that falls could cycle for ever.
+constexpr std::int64_t kMostTrials = 2000000;
+
+bool NullIsTrue(double effect, std::int16_t form) {
+  switch (form) {
+    case H0TwoTailed:
+    case H0Zero:
+      return effect == 0;
+    case H0AtMost:
+      return !(effect > 0);
+    case H0AtLeast:
+      return !(effect < 0);
+    default:
+      // Kept: a form that no family has passes.
+      return false;
+  }
+}
+
+}  // namespace
+
+std::int16_t NullHypothesisCheck(WindowHandle parent,
+                                 double effect,
+                                 std::int16_t form,
+                                 double tolerance,
+                                 std::int16_t useTolerance) {
+  if (NullIsTrue(effect, form)) {
+    ShowMessage(MessageStopIcon, parent, text::NullHypothesisTrue);
+    return kNullTrue;
+  }
+  if (useTolerance != 0 && std::fabs(effect) < tolerance) {
+    ShowMessage(MessageStopIcon, parent, text::NullHypothesisNearlyTrue, {tolerance});
+    return kNullNearlyTrue;
+  }
+  return kNullFalse;
+}
+
+SizeSearch::SizeSearch(const SearchPolicy& policy,
+                       const SearchRequest& request,
+                       SearchResult& result)
+    : policy_(policy),
+      request_(request),
+      result_(result),
+      limit_(policy.ownLimit == SearchPolicy::LimitOfRequest ? request.sizeLimit : policy.ownLimit),
+      lower_(policy.lowerBracket),
+      upper_(kUpperBracket),
+      step_(static_cast<double>(policy.firstStep)) {
+  if (Refused()) {
+    return;
+  }
+  bar_ = request_.showProgress && policy_.title != text::None;
+  if (bar_) {
+    ProgressStart(LoadText(policy_.title), kBarCount);
+  }
+  if (policy_.smallestDesign == SmallestDesign::NotTried) {
+    ChooseFirstTrial();
+  } else {
+    phase_ = Phase::Smallest;
+    size_ = policy_.smallestDesignSize;
+  }
+}
+
+bool SizeSearch::Refused() {
+  const std::int16_t form =
+      policy_.nullForm == SearchPolicy::FormOfRequest ? request_.form : policy_.nullForm;
+  const std::int16_t refusal =
+      NullHypothesisCheck(request_.parent, request_.effect, form, policy_.nullTolerance, 1);
+  if (refusal != 0) {
+    // Kept: the status of two variances reads as "too large" or "cancelled" though neither
+    // happened.
+    FinishWithout(policy_.statusOfNullCheck ? int{refusal} : int{SearchNullTrue});
+    return true;
+  }
+  const double goal = request_.powerGoal;
+  if (policy_.goalWindow && !(goal >= kLowestGoal && goal <= kHighestGoal)) {
+    FinishWithout(SearchGoalOutOfRange);
+    return true;
+  }
+  return false;
+}
+
+void SizeSearch::ChooseFirstTrial() {
+  phase_ = Phase::First;
+  if (policy_.fixedFirstTrial != 0) {
+    size_ = policy_.fixedFirstTrial;
+    return;
+  }
+  // The estimate may exceed any integer, so it meets the limit as a double.
+  const double first = request_.start + static_cast<double>(policy_.startOffset);
+  if (policy_.firstTrialWithinLimit && !(first <= static_cast<double>(limit_))) {
+    FinishTooLarge(NumericFailure);
+    return;
+  }
+  const bool usable = std::fabs(first) <= kLargestStart;
+  size_ = std::max(usable ? static_cast<std::int64_t>(first) : 0, policy_.firstTrialFloor);
+}
+
+void SizeSearch::Record(double power) {
+  switch (phase_) {
+    case Phase::Smallest:
+      RecordSmallest(power);
+      break;
+    case Phase::First:
+      RecordFirst(power);
+      break;
+    case Phase::Next:
+      RecordNext(power);
+      break;
+    case Phase::Done:
+      break;
+  }
+}
+
+void SizeSearch::RecordSmallest(double power) {
+  // Kept: one member wants more than the goal, the other is content with it.
+  const bool reached = policy_.smallestDesign == SmallestDesign::AboveGoal
+                           ? power > request_.powerGoal
+                           : power >= request_.powerGoal;
+  if (reached) {
+    Finish(size_, power);
+    return;
+  }
+  lower_ = std::max(lower_, size_);
+  ChooseFirstTrial();
+  // A start below the smallest design has just been tried.
+  if (size_ == policy_.smallestDesignSize && !(request_.start >= static_cast<double>(size_))) {
+    RecordFirst(power);
+  }
+}
+
+void SizeSearch::RecordFirst(double power) {
+  lastPower_ = power;
+  if (power > request_.powerGoal) {
+    Exceeded(power);
+    // With the bracket's lower end at the low stop the bracket could not close.
+    if (size_ <= policy_.lowStop) {
+      Finish(size_, power);
+      return;
+    }
+  } else {
+    FellShort();
+  }
+  phase_ = Phase::Next;
+  ChooseNextTrial();
+}
+
+void SizeSearch::RecordNext(double power) {
+  if (CancelledNow()) {
+    FinishCancelled();
+    return;
+  }
+  if (power > request_.powerGoal) {
+    Exceeded(power);
+    if (size_ == policy_.lowStop) {
+      Finish(upper_, upperPower_);
+      return;
+    }
+  } else {
+    if (FallsShortForGood()) {
+      FinishTooLarge(power);
+      return;
+    }
+    FellShort();
+  }
+  ChooseStep(power);
+  ChooseNextTrial();
+}
+
+void SizeSearch::Exceeded(double power) {
+  direction_ = -1;
+  if (size_ < upper_) {
+    upper_ = size_;
+    upperPower_ = power;
+  }
+}
+
+void SizeSearch::FellShort() {
+  direction_ = 1;
+  lower_ = std::max(lower_, size_);
+}
+
+bool SizeSearch::FallsShortForGood() const {
+  return policy_.shortTrialRule == ShortTrialRule::AboveLimit ? size_ > limit_ : size_ == limit_;
+}
+
+// The old step enters the new one, so that the step carries a memory of earlier slopes.
+// Kept: a step of 0 is legal; the bracket then moves the trial by one.
+void SizeSearch::ChooseStep(double power) {
+  const bool steep = power > kStepResetPower && (!policy_.resetOnlyUpward || direction_ == 1);
+  const double change = std::fabs(power - lastPower_);
+  if (steep || !(change > kEqualPowers)) {
+    step_ = 1;
+  } else {
+    const double scaled = step_ * std::fabs(power - request_.powerGoal) / change;
+    step_ = scaled < kLargestStep ? std::floor(scaled) : kLargestStep;
+  }
+  lastPower_ = power;
+}
+
+void SizeSearch::ChooseNextTrial() {
+  if (upper_ - lower_ == 1 && upperPower_ >= request_.powerGoal) {
+    Finish(upper_, upperPower_);
+    return;
+  }
+  if (++trials_ > kMostTrials) {
+    FinishTooLarge(lastPower_);
+    return;
+  }
+  std::int64_t candidate = static_cast<std::int64_t>(step_) * direction_ + size_;
+  if (candidate <= lower_) {
+    candidate = lower_ + 1;
+  }
+  if (!ApplyCandidateRule(candidate)) {
+    FinishTooLarge(NumericFailure);
+    return;
+  }
+  size_ = candidate < upper_ ? candidate : upper_ - 1;
+}
+
+bool SizeSearch::ApplyCandidateRule(std::int64_t& candidate) {
+  if (candidate <= limit_) {
+    return true;
+  }
+  switch (policy_.candidateRule) {
+    case CandidateRule::Fails:
+      // A bracket within the limit brings the candidate back.
+      return upper_ <= limit_;
+    case CandidateRule::MarksTooLarge:
+      // Kept: the mark stays even when the search then finds its answer.
+      status_ = SearchTooLarge;
+      return true;
+    case CandidateRule::CutToLimit:
+      candidate = limit_;
+      return true;
+  }
+  return true;
+}
+
+bool SizeSearch::CancelledNow() {
+  if (!bar_) {
+    return false;
+  }
+  ProgressStep(static_cast<int>(trials_));
+  return BreakRequested();
+}
+
+void SizeSearch::Finish(std::int64_t requiredSize, double actualPower) {
+  CloseBar();
+  result_ = {requiredSize, actualPower, status_};
+}
+
+void SizeSearch::FinishWithout(int status) {
+  CloseBar();
+  result_ = {SizeFailure, NumericFailure, status};
+}
+
+void SizeSearch::FinishTooLarge(double power) {
+  FinishWithout(SearchTooLarge);
+  if (policy_.tooLargeResult == TooLargeResult::SizeAndPower) {
+    result_.requiredSize = size_;
+  }
+  if (policy_.tooLargeResult != TooLargeResult::Nothing) {
+    result_.actualPower = power;
+  }
+  // Kept: the words speak of N also where the size is degrees of freedom.
+  ShowMessage(MessageStopIcon, request_.parent, text::SearchTooLarge, {request_.sizeLimit});
+}
+
+void SizeSearch::FinishCancelled() {
+  CloseBar();
+  if (policy_.keepsResultsWhenCancelled) {
+    result_.status = SearchCancelled;
+  } else {
+    FinishWithout(SearchCancelled);
+  }
+  ShowMessage(MessageStopIcon, request_.parent, text::CancelledAtRequest);
+}
+
+void SizeSearch::CloseBar() {
+  phase_ = Phase::Done;
+  if (bar_) {
+    ProgressStop();
+    bar_ = false;
+  }
+}
+
+bool BracketBisect::Refused() const {
+  return NullHypothesisCheck(request_.parent, request_.effect, request_.form,
+                             kBracketBisectTolerance, 1) != 0;
+}
+
+void BracketBisect::OpenBar(TextId title) const {
+  if (request_.showProgress) {
+    ProgressStart(LoadText(title), kBracketBisectBarCount);
+  }
+}
+
+bool BracketBisect::CancelledNow() {
+  ++trials_;
+  if (request_.showProgress) {
+    ProgressStep(trials_);
+  }
+  return BreakRequested();
+}
+
+void BracketBisect::CloseBar() const {
+  if (request_.showProgress) {
+    ProgressStop();
+  }
+}
+
+SearchResult BracketBisect::End(std::int64_t size, double power) const {
+  CloseBar();
+  return {size, power, SearchOk};
+}
+
+SearchResult BracketBisect::EndWithout(int status) const {
+  CloseBar();
+  return {SizeFailure, NumericFailure, status};
+}
+
+}  // namespace poweranalysis
