@@ -1,0 +1,205 @@
+#include "dialogs/Controls.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace poweranalysis {
+
+namespace {
+
+struct FieldControl {
+  std::string_view field;
+  int number;
+};
+
+// By the field's name, ascending. The numbers below 1000 are the system's own; the others count up
+// from 21001.
+constexpr FieldControl kFieldControls[] = {
+    {"Alpha", 111},
+    {"AlphaEnd", 139},
+    {"AlphaStart", 138},
+    {"BetweenGroupR", 21001},
+    {"Columns", 21002},
+    {"Confidence", 705},
+    {"CumP", 21003},
+    {"D", 21004},
+    {"DegreesOfFreedom", 21005},
+    {"Delta", 21006},
+    {"DeltaEnd", 21007},
+    {"DeltaStart", 21008},
+    {"Df1", 21009},
+    {"Df2", 21010},
+    {"DfEnd", 21011},
+    {"DfIntervals", 21012},
+    {"DfStart", 21013},
+    {"EndRMSSE", 21014},
+    {"EsEnd", 137},
+    {"EsStart", 136},
+    {"Eta", 21015},
+    {"EtaEnd", 21016},
+    {"EtaStart", 21017},
+    {"FObserved", 21079},
+    {"Groups", 21018},
+    {"Lambda1", 21019},
+    {"Lambda2", 21020},
+    {"Lambda2End", 21021},
+    {"Lambda2Start", 21022},
+    {"Mu", 112},
+    {"Mu0", 108},
+    {"Mu1", 21023},
+    {"Mu2", 21024},
+    {"N", 21025},
+    {"NEnd", 130},
+    {"NInterval", 140},
+    {"NStart", 129},
+    {"NullHypothesizedVariance", 21026},
+    {"NumberOfGroups", 21027},
+    {"ObservedChiSquare", 21028},
+    {"P", 21029},
+    {"PObserved", 21030},
+    {"Pi", 21031},
+    {"Pi0", 21032},
+    {"Pi1", 21033},
+    {"Pi2", 21034},
+    {"Pi2End", 21035},
+    {"Pi2Start", 21036},
+    {"PiEnd", 21037},
+    {"PiStart", 21038},
+    {"PopulationR2", 21039},
+    {"PopulationVariance", 21040},
+    {"PowerEnd", 406},
+    {"PowerGoal", 114},
+    {"PowerStart", 403},
+    {"R", 21041},
+    {"R0", 21042},
+    {"R2End", 21043},
+    {"R2Null", 21044},
+    {"R2Observed", 21045},
+    {"R2Start", 21046},
+    {"REnd", 21047},
+    {"RMSSE", 21048},
+    {"RMSSE_Col", 21049},
+    {"RMSSE_Int", 21050},
+    {"RMSSE_Row", 21051},
+    {"RObserved", 21052},
+    {"RStart", 21053},
+    {"Ratio", 21054},
+    {"RatioEnd", 21055},
+    {"RatioStart", 21056},
+    {"Rho", 21057},
+    {"Rho0", 21058},
+    {"Rho1", 21059},
+    {"Rho2", 21060},
+    {"RhoEnd", 21061},
+    {"RhoStart", 21062},
+    {"Rows", 21063},
+    {"SampleSize", 104},
+    {"SampleSizeN1", 21064},
+    {"SampleSizeN2", 21065},
+    {"Sigma", 119},
+    {"Sigma1", 21066},
+    {"Sigma2", 21067},
+    {"StandardizedEffect", 21068},
+    {"StartRMSSE", 21069},
+    {"SumOfSquaredWeights", 21070},
+    {"T", 21071},
+    {"T0", 21072},
+    {"TObserved", 701},
+    {"TotalNumberOfVars", 21073},
+    {"Var1", 21074},
+    {"Var2", 21075},
+    {"VarEnd", 21076},
+    {"VarStart", 21077},
+    {"XObserved", 21078},
+};
+
+constexpr bool AscendingByField() {
+  for (std::size_t i = 1; i < std::size(kFieldControls); ++i) {
+    if (!(kFieldControls[i - 1].field < kFieldControls[i].field)) {
+      return false;
+    }
+  }
+  return true;
+}
+static_assert(AscendingByField(), "kFieldControls: a field stands twice or out of order");
+
+constexpr TextId kOneMeanForms[] = {text::Caption2TailedMuMu0, text::Caption1TailedMuAtMostMu0,
+                                    text::Caption1TailedMuAtLeastMu0};
+constexpr TextId kTwoMeansForms[] = {text::Radio2TailedMeans, text::Radio1TailedMeansAtMost,
+                                     text::Radio1TailedMeansAtLeast};
+constexpr TextId kGroupToVary[] = {text::RadioEqualN, text::RadioVaryN1, text::RadioVaryN2};
+
+struct FamilyRadios {
+  Family family;
+  RadioGroup group;
+};
+
+constexpr FamilyRadios kRadios[] = {
+    {Family::T1, {"H0Type", 1210, text::GroupHypothesis, kOneMeanForms}},
+    {Family::T2, {"H0Type", 1210, text::GroupHypothesis, kTwoMeansForms}},
+    {Family::T3, {"H0Type", 1210, text::GroupHypothesis, kTwoMeansForms}},
+    {Family::T2, {"NToVary", 22030, text::GroupGroupToVary, kGroupToVary}},
+};
+
+// What a field means and what it may be, for tool tips.
+std::string HelpOf(const Field& field) {
+  return LoadText(field.meaning) + " (" + RangeText(field) + ")";
+}
+
+}  // namespace
+
+int ControlOfField(std::string_view field) {
+  const auto* row = std::lower_bound(
+      std::begin(kFieldControls), std::end(kFieldControls), field,
+      [](const FieldControl& control, std::string_view name) { return control.field < name; });
+  return row != std::end(kFieldControls) && row->field == field ? row->number : 0;
+}
+
+const RadioGroup* RadiosOf(std::string_view field, Family family) {
+  const auto* row =
+      std::find_if(std::begin(kRadios), std::end(kRadios), [&](const FamilyRadios& radios) {
+        return radios.family == family && field == radios.group.field;
+      });
+  return row == std::end(kRadios) ? nullptr : &row->group;
+}
+
+std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
+                                         const Field& field,
+                                         TextId groupCaption) {
+  std::vector<ControlSpec> controls;
+  if (const RadioGroup* radios = RadiosOf(field.name, family.family)) {
+    for (std::size_t value = 0; value < radios->buttons.size(); ++value) {
+      controls.push_back({radios->base + static_cast<int>(value), ControlKind::Radio, field.name,
+                          LoadText(radios->buttons[value]), LoadText(field.meaning),
+                          LoadText(radios->caption), static_cast<int>(value)});
+    }
+    return controls;
+  }
+  const ControlKind kind =
+      field.type == FieldType::Real ? ControlKind::RealEdit : ControlKind::IntEdit;
+  controls.push_back({ControlOfField(field.name), kind, field.name, LoadText(field.label),
+                      HelpOf(field), LoadText(groupCaption), 0});
+  return controls;
+}
+
+ControlSpec ButtonSpec(int number, std::string name, TextId caption) {
+  return {number, ControlKind::Button, std::move(name), LoadText(caption), {}, {}, 0};
+}
+
+PageSpec SettingsPageSpec() {
+  return {SettingsPage,
+          LoadText(text::CaptionSettingsIO),
+          {ButtonSpec(ControlSave, "Save", text::ButtonSave),
+           ButtonSpec(ControlSaveAs, "SaveSettingsAs", text::ButtonSaveAs),
+           ButtonSpec(ControlOpen, "Open", text::ButtonOpenSettings),
+           ButtonSpec(ControlSaveAsDefault, "SaveAsDefault", text::ButtonSaveAsDefault)}};
+}
+
+int PageOfFrame(int frame) {
+  // One above the frame would be the frame of another dialog here.
+  constexpr int kOneProportionInterval = 6307;
+  constexpr int kItsPage = 6309;
+  return frame == kOneProportionInterval ? kItsPage : frame + 1;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "host/DialogSpec.h"
+#include "settings/PowerSettings.h"
+
+// Numbers of controls: a field has one number in all dialogs.
+namespace poweranalysis {
+
+// Buttons of the frames.
+inline constexpr int ControlAccept = 1;  // OK, Compute or Calculate
+inline constexpr int ControlAcceptToo = 120;
+inline constexpr int ControlBack = 2;
+inline constexpr int ControlBackToo = 123;
+inline constexpr int ControlRestoreDefaults = 118;
+inline constexpr int ControlRestoreDefaultsToo = 12400;
+inline constexpr int ControlOutputOptions = 10710;
+inline constexpr int ControlRefresh = 133;  // the host asks for the values to be shown again
+inline constexpr int ControlChangeParams = 208;
+inline constexpr int ControlSummary = 201;
+
+// First chart button of a power and of a sample size results dialog.
+inline constexpr int ControlPowerCharts = 203;
+inline constexpr int ControlSizeCharts = 603;
+
+inline constexpr int SettingsPage = 6104;
+
+// The number of a field's edit control; 0 for a field that no control shows.
+int ControlOfField(std::string_view field);
+
+// A field that radio buttons show: the button of a value has the number `base` + value.
+struct RadioGroup {
+  const char* field;
+  int base;
+  TextId caption;                   // of the group
+  std::span<const TextId> buttons;  // by value
+};
+// The radio buttons of a field in a family's dialogs; null when it has none.
+const RadioGroup* RadiosOf(std::string_view field, Family family);
+
+// The controls that a page shows for a field: one edit, or the radio buttons of its group.
+std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
+                                         const Field& field,
+                                         TextId groupCaption);
+
+ControlSpec ButtonSpec(int number, std::string name, TextId caption);
+// The page "Settings I/O", the same in every dialog.
+PageSpec SettingsPageSpec();
+// The page with the fields stands one number above its frame.
+int PageOfFrame(int frame);
+
+}  // namespace poweranalysis

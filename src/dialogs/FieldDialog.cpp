@@ -1,0 +1,121 @@
+#include "dialogs/FieldDialog.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// How the pages show a real number.
+constexpr int kShownWidth = 12;
+constexpr int kShownDecimals = 5;
+constexpr int kEditRangeForm = 3;
+
+// The field whose lower bound limits an edit control.
+// Kept: that of the true mean takes the lower bound of the hypothesized mean, which is the same
+// number.
+std::string_view LowerLimitField(const FamilyTable& table, std::string_view field) {
+  return table.family == Family::T1 && field == "Mu" ? "Mu0" : field;
+}
+
+}  // namespace
+
+CFieldDialog::CFieldDialog(CAnalysisSupport& analysis,
+                           const CatalogueDialog& entry,
+                           Family family,
+                           std::span<const char* const> fields)
+    : CPowerAnalysisModelessDialog(analysis, entry.dialog->resource),
+      table_(TableOf(family)),
+      entry_(entry),
+      fields_(fields) {}
+
+void CFieldDialog::ShowFields() {
+  const RecordView working = View(Instance::Working);
+  for (const char* name : fields_) {
+    const Field& field = *table_.Find(name);
+    const double value = working.Get(field);
+    if (const RadioGroup* radios = RadiosOf(name, family())) {
+      const int count = static_cast<int>(radios->buttons.size());
+      // A value without a button leaves the group as it was.
+      if (value >= 0 && value < count) {
+        form().CheckRadioButton(radios->base, radios->base + count - 1,
+                                radios->base + static_cast<int>(value));
+      }
+    } else if (field.type == FieldType::Real) {
+      form().SetDlgItemDouble(ControlOfField(name), value, kShownWidth, kShownDecimals);
+    } else {
+      form().SetDlgItemLong(ControlOfField(name), static_cast<std::int64_t>(value));
+    }
+  }
+}
+
+void CFieldDialog::SetEditLimits() {
+  const RecordView lower = View(Instance::Lower);
+  const RecordView upper = View(Instance::Upper);
+  for (const char* name : fields_) {
+    const Field& field = *table_.Find(name);
+    if (RadiosOf(name, family()) != nullptr || !field.keyed()) {
+      continue;
+    }
+    const double low = lower.Get(*table_.Find(LowerLimitField(table_, name)));
+    const double high = upper.Get(field);
+    if (field.type == FieldType::Real) {
+      form().SetRealEditRange(ControlOfField(name), low, high, kEditRangeForm);
+    } else {
+      form().SetIntEditRange(ControlOfField(name), static_cast<std::int32_t>(low),
+                             static_cast<std::int32_t>(high));
+    }
+  }
+}
+
+void CFieldDialog::Refresh() {
+  ShowFields();
+  analysis().host().RestoreResults();
+}
+
+bool CFieldDialog::SettingsButton(int control) {
+  if (SettingsCommand(*Block(), window(), family(), control) == 0) {
+    return false;
+  }
+  Refresh();
+  return true;
+}
+
+bool CFieldDialog::StoreField(int control) {
+  const RecordView working = View(Instance::Working);
+  for (const char* name : fields_) {
+    const Field& field = *table_.Find(name);
+    if (const RadioGroup* radios = RadiosOf(name, family())) {
+      const int value = control - radios->base;
+      if (value >= 0 && value < static_cast<int>(radios->buttons.size())) {
+        working.Set(field, value);
+        form().CheckRadioButton(
+            radios->base, radios->base + static_cast<int>(radios->buttons.size()) - 1, control);
+        return true;
+      }
+    } else if (ControlOfField(name) == control) {
+      double value = 0;
+      if (field.type != FieldType::Real) {
+        value = form().GetDlgItemLong(control);
+      } else if (form().GetDlgItemDouble(control, value) != 0) {
+        // A text that is no number stores 0; the next check names the field.
+        value = 0;
+      }
+      working.Set(field, value);
+      return true;
+    }
+  }
+  return false;
+}
+
+bool CFieldDialog::RangesPass() { return CheckRanges(window(), FillKeys(*Block(), family())) != 0; }
+
+PageSpec CFieldDialog::FieldsPage(TextId groupCaption) const {
+  PageSpec page{PageOfFrame(resource()), LoadText(text::CaptionQuick), {}};
+  for (const char* name : fields_) {
+    for (ControlSpec& control : ControlsOfField(table_, *table_.Find(name), groupCaption)) {
+      page.controls.push_back(std::move(control));
+    }
+  }
+  return page;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "dialogs/Controls.h"
+#include "frame/PowerAnalysis.h"
+
+namespace poweranalysis {
+
+// What parameter and results dialogs have in common: a page whose controls show fields of Working
+// and store each edit at once, and the page "Settings I/O".
+class CFieldDialog : public CPowerAnalysisModelessDialog {
+ public:
+  CFieldDialog(CAnalysisSupport& analysis,
+               const CatalogueDialog& entry,
+               Family family,
+               std::span<const char* const> fields);
+
+ protected:
+  Family family() const { return table_.family; }
+  const FamilyTable& table() const { return table_; }
+  const CatalogueDialog& entry() const { return entry_; }
+  std::span<const char* const> fields() const { return fields_; }
+  RecordView View(Instance instance) const { return ViewOf(*Block(), family(), instance); }
+  void Copy(Instance from, Instance to) const { View(to).CopyFrom(View(from)); }
+
+  // Writes Working to the controls.
+  void ShowFields();
+  // Sets the typing hints of the edit controls from Lower and Upper.
+  void SetEditLimits();
+  // Shows the values again and gives the output back to the dialog.
+  void Refresh();
+  // Runs the buttons of the settings page; true when the dialog has shown its values again.
+  bool SettingsButton(int control);
+  // Stores what an edit or a radio button shows; false for a control that shows no field.
+  bool StoreField(int control);
+  bool RangesPass();
+  // Spec of the page with the fields, its edits in a group of this caption.
+  PageSpec FieldsPage(TextId groupCaption) const;
+
+ private:
+  const FamilyTable& table_;
+  CatalogueDialog entry_;
+  std::span<const char* const> fields_;
+};
+
+}  // namespace poweranalysis

@@ -1,0 +1,103 @@
+#include "dialogs/ParameterDialog.h"
+
+namespace poweranalysis {
+
+CParameterDialog::CParameterDialog(CAnalysisSupport& analysis,
+                                   const CatalogueDialog& entry,
+                                   const ParameterDialogTable& rows)
+    : CFieldDialog(analysis, entry, rows.family, rows.fields), rows_(rows) {}
+
+DialogSpec CParameterDialog::Spec() const {
+  DialogSpec spec;
+  spec.className = entry().dialog->className;
+  spec.resource = resource();
+  spec.title = LoadText(entry().dialog->title);
+  spec.defaultButton = ControlAccept;
+  spec.frame = {ButtonSpec(ControlAccept, "OK", text::ButtonOK),
+                ButtonSpec(ControlBack, "Cancel", text::ButtonBack),
+                ButtonSpec(ControlOutputOptions, "Options", text::ButtonOptions),
+                ButtonSpec(ControlRestoreDefaults, "RestoreDefaults", text::ButtonRestoreDefaults)};
+  spec.pages = {FieldsPage(text::GroupTestParameters), SettingsPageSpec()};
+  return spec;
+}
+
+long CParameterDialog::EventHandler(const DialogEvent& event) {
+  if (Block() != nullptr) {
+    if (const long taken = CommonHandler(event); taken != 0) {
+      return taken;
+    }
+  }
+  switch (event.message) {
+    case MessageStart:
+      return Start();
+    case MessageCommand:
+      return Command(event.control);
+    default:
+      return 0;
+  }
+}
+
+long CParameterDialog::Start() {
+  ResourceScope scope;
+  form().AddDlgTabs(Spec());
+  scope.Release();
+  if (Block() != nullptr) {
+    Copy(Instance::Committed, Instance::Working);
+    ShowFields();
+    SetEditLimits();
+  }
+  return 1;
+}
+
+long CParameterDialog::Command(int control) {
+  if (Block() == nullptr) {
+    // Without values the dialog can still be closed.
+    return control == ControlBack || control == ControlBackToo ? Back() : 0;
+  }
+  if (SettingsButton(control)) {
+    return 1;
+  }
+  switch (control) {
+    case ControlAccept:
+    case ControlAcceptToo:
+      return Accept();
+    case ControlBack:
+    case ControlBackToo:
+      return Back();
+    case ControlRestoreDefaults:
+    case ControlRestoreDefaultsToo:
+      return RestoreDefaults();
+    case ControlRefresh:
+      analysis().host().LockResults();
+      analysis().host().UnlockResults();
+      Refresh();
+      return 1;
+    default:
+      return StoreField(control) ? 1 : 0;
+  }
+}
+
+long CParameterDialog::Accept() {
+  if (!RangesPass() || (rows_.extraCheck != nullptr && !rows_.extraCheck(window(), *Block()))) {
+    return 0;
+  }
+  Copy(Instance::Working, Instance::Committed);
+  ExitDialog(StageResult, ExitForward, 0);
+  return 0;
+}
+
+long CParameterDialog::Back() {
+  if (Block() != nullptr) {
+    Copy(Instance::Committed, Instance::Working);
+  }
+  ExitDialog(StageStartup, ExitBack, 0);
+  return 1;
+}
+
+long CParameterDialog::RestoreDefaults() {
+  Copy(Instance::Defaults, Instance::Working);
+  ShowFields();
+  return 1;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "dialogs/FieldDialog.h"
+
+namespace poweranalysis {
+
+// One parameter dialog of a power or sample size task: the fields of its page, in tab order.
+struct ParameterDialogTable {
+  Family family;
+  int mode;
+  std::span<const char* const> fields;
+  // A check beyond the ranges, made on OK; it shows its own message and gives false.
+  bool (*extraCheck)(WindowHandle parent, PowerSettings& block) = nullptr;
+};
+
+// Shows the inputs of a task, keeps them in Working, and leads forward to the results or back to
+// the startup. One engine for all families.
+class CParameterDialog : public CFieldDialog {
+ public:
+  CParameterDialog(CAnalysisSupport& analysis,
+                   const CatalogueDialog& entry,
+                   const ParameterDialogTable& rows);
+
+  DialogSpec Spec() const override;
+
+ protected:
+  long EventHandler(const DialogEvent& event) override;
+
+ private:
+  long Start();
+  long Command(int control);
+  long Accept();
+  long Back();
+  long RestoreDefaults();
+
+  const ParameterDialogTable& rows_;
+};
+
+}  // namespace poweranalysis

@@ -1,0 +1,282 @@
+#include "dialogs/ResultsDialog.h"
+
+#include <cctype>
+
+#include "host/NumberText.h"
+#include "output/SummaryTables.h"
+#include "procedures/RequiredSizeSearch.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr ReportKind ReportOf(int mode) {
+  return mode == ModeSampleSize ? ReportKind::Size : ReportKind::Power;
+}
+
+double FieldValue(const RecordView& record, const char* name) {
+  return record.Get(*record.table().Find(name));
+}
+
+// The slots of a text as the conversions of its format want them.
+std::string FillPlotText(const PlotText& plotText, const RecordView& record, double effect) {
+  const std::string format = LoadText(plotText.id);
+  const std::string slots = FormatSlots(format);
+  std::vector<FormatArg> args;
+  for (std::size_t i = 0; i < slots.size(); ++i) {
+    const char* slot = plotText.slots[i];
+    const double value = std::string_view(slot) == EffectSlot ? effect : FieldValue(record, slot);
+    args.push_back(slots[i] == 'd' ? FormatArg(static_cast<std::int64_t>(value))
+                                   : FormatArg(value));
+  }
+  return FormatText(format, args);
+}
+
+std::string FillPlotTexts(const PlotTexts& texts, const RecordView& record, double effect) {
+  const std::size_t choice =
+      texts.byField == nullptr ? 0 : static_cast<std::size_t>(FieldValue(record, texts.byField));
+  return choice < texts.alternatives.size()
+             ? FillPlotText(texts.alternatives[choice], record, effect)
+             : std::string();
+}
+
+PlotGrid GridOf(const PlotAxis& axis, const RecordView& record) {
+  const auto whole = [&](const char* field) {
+    return static_cast<std::int32_t>(FieldValue(record, field));
+  };
+  const std::int32_t intervals = whole(axis.intervals);
+  return axis.whole
+             ? WholeGrid(whole(axis.start), whole(axis.end), intervals)
+             : RealGrid(FieldValue(record, axis.start), FieldValue(record, axis.end), intervals);
+}
+
+// The calculation's name: the caption of the results dialog without its last word.
+std::string CalculationName(const CatalogueDialog& entry) {
+  constexpr std::string_view kResults = " Results";
+  std::string title = LoadText(entry.dialog->title);
+  if (title.ends_with(kResults)) {
+    title.resize(title.size() - kResults.size());
+  }
+  return title;
+}
+
+// Family and hypothesis, "One Mean, t-Test (H0:  Mu = Mu0)".
+std::string FamilyAndHypothesis(const CatalogueDialog& entry, int tableCode, PowerSettings& block) {
+  constexpr std::size_t kThirdHeading = 2;
+  const std::string family = LoadText(Tasks(entry.mode)[static_cast<std::size_t>(entry.row)].name);
+  const std::vector<TextId> headings = TableHeadings(*FindTableDefinition(tableCode), block);
+  if (headings.size() <= kThirdHeading) {
+    return family;
+  }
+  return FormatResource(text::TitleWithDetail, {family, LoadText(headings[kThirdHeading])});
+}
+
+}  // namespace
+
+std::string PlotName(TextId caption) {
+  std::string name;
+  for (const char c : LoadText(caption)) {
+    if (c == ' ') {
+      name += '-';
+    } else if (c != '.') {
+      name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+  }
+  return name;
+}
+
+CResultsDialog::CResultsDialog(CAnalysisSupport& analysis,
+                               const CatalogueDialog& entry,
+                               const ResultsDialogTable& rows)
+    : CFieldDialog(analysis, entry, rows.family, rows.fields), rows_(rows) {}
+
+int CResultsDialog::FirstChartControl() const {
+  return rows_.mode == ModeSampleSize ? ControlSizeCharts : ControlPowerCharts;
+}
+
+DialogSpec CResultsDialog::Spec() const {
+  DialogSpec spec;
+  spec.className = entry().dialog->className;
+  spec.resource = resource();
+  spec.title = LoadText(entry().dialog->title);
+  spec.defaultButton = ControlAccept;
+  spec.frame = {{ControlSummary,
+                 ControlKind::StaticText,
+                 "Parameters",
+                 LoadText(text::GroupTestParameters),
+                 {},
+                 {},
+                 0},
+                ButtonSpec(ControlAccept, "Summary", rows_.calculateCaption),
+                ButtonSpec(ControlBack, "Cancel", text::ButtonBack),
+                ButtonSpec(ControlChangeParams, "ChangeParams", text::CaptionChangeParams),
+                ButtonSpec(ControlOutputOptions, "Options", text::ButtonOptions)};
+  PageSpec page = FieldsPage(text::GroupAxisRanges);
+  int control = FirstChartControl();
+  for (const PlotRow& plot : rows_.plots) {
+    ControlSpec button = ButtonSpec(control++, PlotName(plot.caption), plot.caption);
+    button.group = LoadText(text::GroupCharts);
+    page.controls.push_back(std::move(button));
+  }
+  spec.pages = {std::move(page), SettingsPageSpec()};
+  return spec;
+}
+
+long CResultsDialog::EventHandler(const DialogEvent& event) {
+  if (Block() != nullptr) {
+    if (const long taken = CommonHandler(event); taken != 0) {
+      return taken;
+    }
+  }
+  switch (event.message) {
+    case MessageStart:
+      return Start();
+    case MessageCommand:
+      return Command(event.control);
+    default:
+      return 0;
+  }
+}
+
+std::string CResultsDialog::FrameText() const {
+  // The inputs of the summary table, one a line; what is computed is not known yet.
+  PowerSettings& block = *Block();
+  const std::span<const ValueRow> rows = TableValueRows(rows_.tableCode);
+  const TableDefinition& definition = *FindTableDefinition(rows_.tableCode);
+  const std::vector<TitleEntry> titles = TableTitles(definition, block);
+  const RecordView committed = View(Instance::Committed);
+  Computed inputs;
+  inputs.effect = rows_.nullCheck.effect(committed);
+  const std::vector<double> values = TableValues(rows, committed, inputs);
+
+  std::string frame = LoadText(definition.headings[0]);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows[i].kind == ValueKind::Field || rows[i].kind == ValueKind::Effect) {
+      frame += "\n" + LoadText(titles[i].id) + LoadText(text::Colon) + " " + FormatCell(values[i]);
+    }
+  }
+  return frame;
+}
+
+long CResultsDialog::Start() {
+  ResourceScope scope;
+  form().AddDlgTabs(Spec());
+  scope.Release();
+  if (Block() != nullptr) {
+    form().SetDlgItemText(ControlSummary, FrameText());
+    Copy(Instance::Committed, Instance::Working);
+    ShowFields();
+    SetEditLimits();
+  }
+  return 1;
+}
+
+long CResultsDialog::Command(int control) {
+  if (Block() == nullptr) {
+    return control == ControlBack || control == ControlBackToo ? Back() : 0;
+  }
+  if (SettingsButton(control)) {
+    return 1;
+  }
+  switch (control) {
+    case ControlAccept:
+      return Calculate();
+    case ControlBack:
+    case ControlBackToo:
+      return Back();
+    case ControlChangeParams:
+      return ChangeParams();
+    case ControlRefresh:
+      analysis().host().LockResults();
+      analysis().host().UnlockResults();
+      Refresh();
+      return 1;
+    default:
+      break;
+  }
+  const int plot = control - FirstChartControl();
+  if (plot >= 0 && plot < static_cast<int>(rows_.plots.size())) {
+    return DrawPlotOf(rows_.plots[static_cast<std::size_t>(plot)]);
+  }
+  return StoreField(control) ? 1 : 0;
+}
+
+bool CResultsDialog::NullHypothesisRefuses() {
+  const RecordView working = View(Instance::Working);
+  return NullHypothesisCheck(window(), rows_.nullCheck.effect(working),
+                             static_cast<std::int16_t>(FieldValue(working, "H0Type")),
+                             rows_.nullCheck.tolerance, rows_.nullCheck.useTolerance ? 1 : 0) != 0;
+}
+
+long CResultsDialog::Calculate() {
+  Host& host = analysis().host();
+  if (!RangesPass()) {
+    host.RestoreResults();
+    return 0;
+  }
+  if (NullHypothesisRefuses()) {
+    ExitDialog(StageCompute, ExitBack, 0);
+    return 0;
+  }
+  Copy(Instance::Working, Instance::Committed);
+  PowerSettings& block = *Block();
+  const CalculationOutcome outcome = rows_.calculate(window(), block);
+  if (outcome.good) {
+    const Computed& computed = outcome.computed;
+    std::vector<double> values =
+        TableValues(TableValueRows(rows_.tableCode), View(Instance::Committed), computed);
+    ShowSummaryTable(values, rows_.tableCode, &sheet_, block);
+    host.RestoreResults();
+    if (!form().IsWindow()) {
+      return 0;
+    }
+    EmitReport(family(), ReportOf(rows_.mode), computed, block);
+  }
+  host.RestoreResults();
+  return outcome.good ? 1 : 0;
+}
+
+long CResultsDialog::Back() {
+  if (Block() != nullptr) {
+    Copy(Instance::Committed, Instance::Working);
+  }
+  ExitDialog(StageCompute, ExitBack, 0);
+  return 1;
+}
+
+long CResultsDialog::ChangeParams() {
+  if (!RangesPass()) {
+    return 0;
+  }
+  Copy(Instance::Working, Instance::Committed);
+  ExitDialog(StageCompute, ExitBack, 0);
+  return 1;
+}
+
+long CResultsDialog::DrawPlotOf(const PlotRow& plot) {
+  Host& host = analysis().host();
+  if (!RangesPass() || (plot.fixesEffect && NullHypothesisRefuses())) {
+    host.RestoreResults();
+    return 0;
+  }
+  // The ranges edited on this page must reach the plot.
+  Copy(Instance::Working, Instance::Committed);
+  PowerSettings& block = *Block();
+  const RecordView committed = View(Instance::Committed);
+  const double effect = rows_.nullCheck.effect(committed);
+
+  ChartRequest request;
+  request.kind = plot.kind;
+  request.name = PlotName(plot.caption);
+  request.titles = {CalculationName(entry()), FamilyAndHypothesis(entry(), rows_.tableCode, block),
+                    FillPlotTexts(plot.title, committed, effect)};
+  request.xLabel = FillPlotTexts(plot.xLabel, committed, effect);
+  request.yLabel = FillPlotTexts(plot.yLabel, committed, effect);
+  const PlotOutcome outcome =
+      DrawPlot(host, GridOf(plot.axis, committed), plot.point(window(), block), plot.failedPoint,
+               std::move(request));
+  host.RestoreResults();
+  return outcome == PlotOutcome::Drawn ? 1 : 0;
+}
+
+}  // namespace poweranalysis

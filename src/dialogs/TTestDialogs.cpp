@@ -1,0 +1,411 @@
+#include "dialogs/TTestDialogs.h"
+
+#include <cmath>
+
+#include "procedures/TTests.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// --- Fields.
+
+constexpr const char* kT1PowerFields[] = {"Mu0", "Mu", "Sigma", "Alpha", "SampleSize", "H0Type"};
+constexpr const char* kT1SizeFields[] = {"Mu0", "Mu", "Sigma", "Alpha", "PowerGoal", "H0Type"};
+constexpr const char* kT2PowerFields[] = {"Mu1",          "Mu2",          "Sigma", "Alpha",
+                                          "SampleSizeN1", "SampleSizeN2", "H0Type"};
+constexpr const char* kT2SizeFields[] = {"Mu1",          "Mu2",       "Sigma",
+                                         "Alpha",        "PowerGoal", "SampleSizeN1",
+                                         "SampleSizeN2", "H0Type",    "NToVary"};
+constexpr const char* kT3PowerFields[] = {"Mu1",           "Mu2",   "Sigma1",     "Sigma2",
+                                          "BetweenGroupR", "Alpha", "SampleSize", "H0Type"};
+constexpr const char* kT3SizeFields[] = {"Mu1",           "Mu2",   "Sigma1",    "Sigma2",
+                                         "BetweenGroupR", "Alpha", "PowerGoal", "H0Type"};
+
+constexpr const char* kPowerRanges[] = {"EsStart", "EsEnd", "AlphaStart", "AlphaEnd",
+                                        "NStart",  "NEnd",  "NInterval"};
+constexpr const char* kSizeRanges[] = {"EsStart",    "EsEnd",    "AlphaStart", "AlphaEnd",
+                                       "PowerStart", "PowerEnd", "NInterval"};
+
+constexpr ParameterDialogTable kParameterDialogs[] = {
+    {Family::T1, ModePower, kT1PowerFields}, {Family::T1, ModeSampleSize, kT1SizeFields},
+    {Family::T2, ModePower, kT2PowerFields}, {Family::T2, ModeSampleSize, kT2SizeFields},
+    {Family::T3, ModePower, kT3PowerFields}, {Family::T3, ModeSampleSize, kT3SizeFields},
+};
+
+// --- Designs. Each family says what its record means; power, search and plots are the same for
+// all.
+
+// A t-test as its record describes it.
+struct TTest {
+  double es = 0;
+  double alpha = 0;
+  double powerGoal = 0;
+  std::int16_t form = 0;
+  std::int64_t n1 = 0;  // the size, or that of group 1
+  std::int64_t n2 = 0;  // of group 2; 0 for one group
+  std::int16_t nToVary = 0;
+  std::int64_t sizeLimit = 0;
+};
+
+TTest DescribeT1(const PowerSettings& block) {
+  const T1Params& p = block.T1.Committed;
+  return {OneMeanEffect(p.Mu, p.Mu0, p.Sigma),
+          p.Alpha,
+          p.PowerGoal,
+          p.H0Type,
+          p.SampleSize,
+          0,
+          0,
+          block.T1.Upper.SampleSize};
+}
+
+TTest DescribeT2(const PowerSettings& block) {
+  const T2Params& p = block.T2.Committed;
+  return {TwoMeansEffect(p.Mu1, p.Mu2, p.Sigma),
+          p.Alpha,
+          p.PowerGoal,
+          p.H0Type,
+          p.SampleSizeN1,
+          p.SampleSizeN2,
+          p.NToVary,
+          block.T2.Upper.SampleSizeN1};
+}
+
+double T3Effect(const T3Params& p) {
+  return PairedMeansEffect(p.Mu1, p.Mu2, PairedSigmaDiff(p.Sigma1, p.Sigma2, p.BetweenGroupR));
+}
+
+TTest DescribeT3(const PowerSettings& block) {
+  const T3Params& p = block.T3.Committed;
+  return {T3Effect(p),  p.Alpha, p.PowerGoal, p.H0Type,
+          p.SampleSize, 0,       0,           block.T3.Upper.SampleSize};
+}
+
+using Describe = TTest (*)(const PowerSettings&);
+
+TDesign DesignOf(const TTest& test) {
+  return test.n2 == 0 ? OneGroupDesign(test.es, test.n1)
+                      : TwoGroupsDesign(test.es, test.n1, test.n2);
+}
+
+double PowerOf(WindowHandle parent, const TTest& test, CriticalTCache& criticals) {
+  return TTestPower(parent, DesignOf(test), test.alpha, test.form, criticals);
+}
+
+SearchResult RequiredNOf(WindowHandle parent,
+                         const TTest& test,
+                         bool showProgress,
+                         CriticalTCache& criticals) {
+  const TSizeRequest request = {test.es,        test.alpha,   test.powerGoal, test.form,
+                                test.sizeLimit, showProgress, parent};
+  if (test.n2 == 0) {
+    return OneGroupRequiredN(request, criticals);
+  }
+  const std::int64_t fixedN = test.nToVary == NToVaryN1 ? test.n2 : test.n1;
+  return TwoGroupsRequiredN(request, test.nToVary, fixedN, criticals);
+}
+
+// --- Calculations.
+
+template <Describe describe>
+CalculationOutcome CalculatePower(WindowHandle parent, const PowerSettings& block) {
+  const TTest test = describe(block);
+  CriticalTCache criticals;
+  CalculationOutcome outcome;
+  outcome.good = true;
+  const double critical = criticals.Find(DesignOf(test).df, test.alpha, test.form);
+  outcome.computed.effect = test.es;
+  outcome.computed.critical[0] = describe == DescribeT1
+                                     ? ShownCriticalTOfOneMean(critical, test.form)
+                                     : ShownCriticalT(critical);
+  outcome.computed.power[0] = PowerOf(parent, test, criticals);
+  return outcome;
+}
+
+template <Describe describe>
+CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block) {
+  const TTest test = describe(block);
+  CriticalTCache criticals;
+  const SearchResult found = RequiredNOf(parent, test, true, criticals);
+  CalculationOutcome outcome;
+  outcome.good = found.status == SearchOk;
+  outcome.computed.effect = test.es;
+  outcome.computed.power[0] = found.actualPower;
+  outcome.computed.size[0] = found.requiredSize;
+  if (outcome.good) {
+    outcome.computed.critical[0] =
+        test.n2 == 0 ? ShownCriticalT(criticals.Find(OneGroupDesign(test.es, found.requiredSize).df,
+                                                     test.alpha, test.form))
+                     : ShownCriticalTOfRequiredN(found.requiredSize, test.alpha, test.form);
+  }
+  return outcome;
+}
+
+// Paired means also show the standard deviation of the differences.
+template <CalculationOutcome (*calculate)(WindowHandle, const PowerSettings&)>
+CalculationOutcome WithSpread(WindowHandle parent, const PowerSettings& block) {
+  const T3Params& p = block.T3.Committed;
+  CalculationOutcome outcome = calculate(parent, block);
+  outcome.computed.spread = PairedSigmaDiff(p.Sigma1, p.Sigma2, p.BetweenGroupR);
+  return outcome;
+}
+
+// --- Points of plots: one input of the test is varied, and the critical values of equal degrees of
+// freedom are kept from point to point.
+
+using Vary = void (*)(TTest& test, double x);
+
+void VaryEffect(TTest& test, double x) { test.es = x; }
+void VaryAlpha(TTest& test, double x) { test.alpha = x; }
+void VaryGoal(TTest& test, double x) { test.powerGoal = x; }
+void VaryN1(TTest& test, double x) { test.n1 = static_cast<std::int64_t>(x); }
+void VaryN2(TTest& test, double x) { test.n2 = static_cast<std::int64_t>(x); }
+void VaryBothN(TTest& test, double x) {
+  test.n1 = static_cast<std::int64_t>(x);
+  test.n2 = test.n1;
+}
+
+template <Describe describe, Vary vary>
+PlotFunction PowerPoint(WindowHandle parent, const PowerSettings& block) {
+  return [parent, test = describe(block), criticals = CriticalTCache()](double x) mutable {
+    vary(test, x);
+    return PowerOf(parent, test, criticals);
+  };
+}
+
+template <Describe describe, Vary vary>
+PlotFunction SizePoint(WindowHandle parent, const PowerSettings& block) {
+  return [parent, test = describe(block), criticals = CriticalTCache()](double x) mutable {
+    vary(test, x);
+    return static_cast<double>(RequiredNOf(parent, test, false, criticals).requiredSize);
+  };
+}
+
+// --- Plots.
+
+constexpr PlotAxis kEsAxis = {"EsStart", "EsEnd", "NInterval", false};
+constexpr PlotAxis kAlphaAxis = {"AlphaStart", "AlphaEnd", "NInterval", false};
+constexpr PlotAxis kPowerAxis = {"PowerStart", "PowerEnd", "NInterval", false};
+constexpr PlotAxis kNAxis = {"NStart", "NEnd", "NInterval", true};
+
+constexpr PlotTexts Only(TextId id, std::array<const char*, 4> slots = {}) {
+  return {nullptr, {{{id, slots}}}};
+}
+
+constexpr PlotTexts kPowerLabel = Only(text::RowPower);
+constexpr PlotTexts kEsLabel = Only(text::StandardizedEffectEs);
+constexpr PlotTexts kAlphaLabel = Only(text::TypeIErrorRateAlpha);
+constexpr PlotTexts kGoalLabel = Only(text::PowerGoal);
+constexpr PlotTexts kNLabel = Only(text::GroupSampleSizeN);
+constexpr PlotTexts kSizeLabel = Only(text::RequiredSampleSizeN);
+constexpr PlotTexts kT2SizeLabel = {"NToVary",
+                                    {{{text::PlotRequiredSampleSizeN1N2, {}},
+                                      {text::PlotRequiredSampleSizeN1N22, {"SampleSizeN2"}},
+                                      {text::PlotRequiredSampleSizeN2N1, {"SampleSizeN1"}}}}};
+
+template <Describe describe, Vary vary>
+constexpr PlotRow PowerPlot(
+    TextId caption, int kind, PlotAxis axis, PlotTexts title, PlotTexts xLabel, bool fixesEffect) {
+  return {caption,
+          kind,
+          axis,
+          title,
+          xLabel,
+          kPowerLabel,
+          fixesEffect,
+          FailedPointRule::GoOn,
+          PowerPoint<describe, vary>};
+}
+
+template <Describe describe, Vary vary>
+constexpr PlotRow SizePlot(TextId caption,
+                           int kind,
+                           PlotAxis axis,
+                           PlotTexts title,
+                           PlotTexts xLabel,
+                           PlotTexts yLabel,
+                           bool fixesEffect) {
+  // A required size that fails ends the plot with the points before it.
+  return {caption,
+          kind,
+          axis,
+          title,
+          xLabel,
+          yLabel,
+          fixesEffect,
+          FailedPointRule::DropAndStop,
+          SizePoint<describe, vary>};
+}
+
+// One mean and paired means: the same three power plots.
+template <Describe describe>
+constexpr std::array<PlotRow, 3> OneGroupPowerPlots() {
+  return {{
+      PowerPlot<describe, VaryN1>(text::PlotPowerVsN, PowerVsSize, kNAxis,
+                                  Only(text::PlotPowerVsNEsAlpha, {EffectSlot, "Alpha"}), kNLabel,
+                                  true),
+      PowerPlot<describe, VaryEffect>(text::CaptionPowerVsEs, PowerVsEffect, kEsAxis,
+                                      Only(text::PlotPowerVsEsNAlpha, {"SampleSize", "Alpha"}),
+                                      kEsLabel, false),
+      PowerPlot<describe, VaryAlpha>(text::PlotPowerVsAlpha, PowerVsAlpha, kAlphaAxis,
+                                     Only(text::PlotPowerVsAlphaEsN, {EffectSlot, "SampleSize"}),
+                                     kAlphaLabel, true),
+  }};
+}
+
+struct SizeTitles {
+  PlotTexts vsEs;
+  PlotTexts vsAlpha;
+  PlotTexts vsPower;
+};
+
+template <Describe describe>
+constexpr std::array<PlotRow, 3> SizePlots(SizeTitles titles, PlotTexts yLabel) {
+  return {{
+      SizePlot<describe, VaryEffect>(text::CaptionNVsEs, SizeVsEffect, kEsAxis, titles.vsEs,
+                                     kEsLabel, yLabel, false),
+      SizePlot<describe, VaryAlpha>(text::PlotNVsAlpha, SizeVsAlpha, kAlphaAxis, titles.vsAlpha,
+                                    kAlphaLabel, yLabel, true),
+      SizePlot<describe, VaryGoal>(text::PlotNVsPower, SizeVsPower, kPowerAxis, titles.vsPower,
+                                   kGoalLabel, yLabel, true),
+  }};
+}
+
+constexpr std::array<PlotRow, 3> kT1PowerPlots = OneGroupPowerPlots<DescribeT1>();
+constexpr std::array<PlotRow, 3> kT3PowerPlots = OneGroupPowerPlots<DescribeT3>();
+
+constexpr PlotRow kT2PowerPlots[] = {
+    PowerPlot<DescribeT2, VaryBothN>(text::PlotPowerVsN,
+                                     PowerVsSize,
+                                     kNAxis,
+                                     Only(text::PlotPowerVsNEsAlphaN1N2N, {EffectSlot, "Alpha"}),
+                                     kNLabel,
+                                     true),
+    PowerPlot<DescribeT2, VaryN1>(
+        text::ButtonPowerVsN1,
+        PowerVsSize,
+        kNAxis,
+        Only(text::PlotPowerVsN1EsAlphaN2, {EffectSlot, "Alpha", "SampleSizeN2"}),
+        Only(text::RowSampleSizeN1),
+        true),
+    PowerPlot<DescribeT2, VaryN2>(
+        text::ButtonPowerVsN2,
+        PowerVsSize,
+        kNAxis,
+        Only(text::PlotPowerVsN2EsAlphaN1, {EffectSlot, "Alpha", "SampleSizeN1"}),
+        Only(text::RowSampleSizeN2),
+        true),
+    PowerPlot<DescribeT2, VaryEffect>(
+        text::CaptionPowerVsEs,
+        PowerVsEffect,
+        kEsAxis,
+        Only(text::PlotPowerVsEsN1N2Alpha, {"SampleSizeN1", "SampleSizeN2", "Alpha"}),
+        kEsLabel,
+        false),
+    PowerPlot<DescribeT2, VaryAlpha>(
+        text::PlotPowerVsAlpha,
+        PowerVsAlpha,
+        kAlphaAxis,
+        Only(text::PlotPowerVsAlphaEsN1N2, {EffectSlot, "SampleSizeN1", "SampleSizeN2"}),
+        kAlphaLabel,
+        true),
+};
+
+constexpr std::array<PlotRow, 3> kT1SizePlots =
+    SizePlots<DescribeT1>({Only(text::PlotSampleSizeVsEs, {"Alpha", "PowerGoal"}),
+                           Only(text::PlotSampleSizeVsAlpha, {EffectSlot, "PowerGoal"}),
+                           Only(text::PlotSampleSizeVsPower, {EffectSlot, "Alpha"})},
+                          kSizeLabel);
+
+constexpr std::array<PlotRow, 3> kT2SizePlots =
+    SizePlots<DescribeT2>({{"NToVary",
+                            {{{text::PlotNVsEsAlphaPower, {"Alpha", "PowerGoal"}},
+                              {text::PlotRequiredN1VsStandardizedEffectSizeN2, {"SampleSizeN2"}},
+                              {text::PlotRequiredN2VsStandardizedEffectSizeN1, {"SampleSizeN1"}}}}},
+                           Only(text::PlotNVsAlphaEsPower, {EffectSlot, "PowerGoal"}),
+                           Only(text::PlotNVsPowerAlphaEs, {"Alpha", EffectSlot})},
+                          kT2SizeLabel);
+
+constexpr std::array<PlotRow, 3> kT3SizePlots =
+    SizePlots<DescribeT3>({Only(text::PlotNVsEsAlphaPowerGoal, {"Alpha", "PowerGoal"}),
+                           Only(text::PlotNVsAlphaEsPower, {EffectSlot, "PowerGoal"}),
+                           Only(text::PlotNVsPowerAlphaStandardizedEffect, {"Alpha", EffectSlot})},
+                          kSizeLabel);
+
+// --- Results dialogs.
+
+double T1EffectOf(const RecordView& record) {
+  const auto& p = *static_cast<const T1Params*>(record.record());
+  return OneMeanEffect(p.Mu, p.Mu0, p.Sigma);
+}
+
+double T2EffectOf(const RecordView& record) {
+  const auto& p = *static_cast<const T2Params*>(record.record());
+  return TwoMeansEffect(p.Mu1, p.Mu2, p.Sigma);
+}
+
+double T3EffectOf(const RecordView& record) {
+  return T3Effect(*static_cast<const T3Params*>(record.record()));
+}
+
+constexpr double kTolerance = PolicyOf(SearchMember::TTest).nullTolerance;
+
+constexpr ResultsDialogTable kResultsDialogs[] = {
+    {Family::T1,
+     ModePower,
+     0,
+     text::CaptionCalculatePower,
+     kPowerRanges,
+     {T1EffectOf, kTolerance, false},
+     CalculatePower<DescribeT1>,
+     kT1PowerPlots},
+    {Family::T1,
+     ModeSampleSize,
+     1,
+     text::CaptionCalculateN,
+     kSizeRanges,
+     {T1EffectOf, kTolerance, true},
+     CalculateSize<DescribeT1>,
+     kT1SizePlots},
+    {Family::T2,
+     ModePower,
+     16,
+     text::CaptionCalculatePower,
+     kPowerRanges,
+     {T2EffectOf, kTolerance, false},
+     CalculatePower<DescribeT2>,
+     kT2PowerPlots},
+    {Family::T2,
+     ModeSampleSize,
+     17,
+     text::CaptionCalculateN,
+     kSizeRanges,
+     {T2EffectOf, kTolerance, true},
+     CalculateSize<DescribeT2>,
+     kT2SizePlots},
+    {Family::T3,
+     ModePower,
+     32,
+     text::CaptionCalculatePower,
+     kPowerRanges,
+     {T3EffectOf, kTolerance, false},
+     WithSpread<CalculatePower<DescribeT3>>,
+     kT3PowerPlots},
+    {Family::T3,
+     ModeSampleSize,
+     33,
+     text::CaptionCalculateN,
+     kSizeRanges,
+     {T3EffectOf, kTolerance, true},
+     WithSpread<CalculateSize<DescribeT3>>,
+     kT3SizePlots},
+};
+
+}  // namespace
+
+std::span<const ParameterDialogTable> TTestParameterDialogs() { return kParameterDialogs; }
+
+std::span<const ResultsDialogTable> TTestResultsDialogs() { return kResultsDialogs; }
+
+}  // namespace poweranalysis

@@ -1,0 +1,531 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "dialogs/DialogRun.h"
+#include "dialogs/ResultsDialog.h"
+#include "output/SummaryTables.h"
+
+namespace poweranalysis {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
+
+using ResultsDialog = DialogRun;
+
+TEST_F(ResultsDialog, ShowsTheInputsInItsFrame) {
+  OpenResults(ModeSampleSize, "T1");
+  EXPECT_EQ(
+      TextOf(201),
+      "Sample Size Calculation\nNull Hypothesized Mean (Mu0): 0\nTrue Population Mean (Mu): 2\n"
+      "Population S.D. (Sigma): 10\nStandardized Effect (Es): 0.2\nType I Error Rate (Alpha): "
+      "0.05\nPower Goal: 0.9");
+}
+
+TEST_F(ResultsDialog, HasTheControlsOfOneMean) {
+  OpenResults(ModeSampleSize, "T1");
+  EXPECT_EQ(OpenResource(), 6109);
+  EXPECT_EQ(form().spec().pages[0].resource, 6110);
+  EXPECT_EQ(TextOf(136), "0.3");
+  EXPECT_EQ(TextOf(137), "0.9");
+  EXPECT_EQ(TextOf(138), "0.01");
+  EXPECT_EQ(TextOf(139), "0.25");
+  EXPECT_EQ(TextOf(403), "0.65");
+  EXPECT_EQ(TextOf(406), "0.95");
+  EXPECT_EQ(TextOf(140), "10");
+  EXPECT_EQ(form().Find(603)->spec.caption, "N vs. Es");
+  EXPECT_EQ(form().Find(604)->spec.caption, "N vs. Alpha");
+  EXPECT_EQ(form().Find(605)->spec.caption, "N vs. Power");
+  EXPECT_EQ(form().Find(1)->spec.caption, "Calculate N");
+  host_.Press(2);
+  host_.Press(2);
+  OpenResults(ModePower, "T1");
+  EXPECT_EQ(form().Find(1)->spec.caption, "Calculate Power");
+  EXPECT_EQ(form().Find(203)->spec.caption, "Power vs. N");
+  EXPECT_EQ(form().Find(204)->spec.caption, "Power vs. Es");
+  EXPECT_EQ(form().Find(205)->spec.caption, "Power vs. Alpha");
+  EXPECT_EQ(form().Find(403), nullptr);
+  EXPECT_EQ(TextOf(129), "10");
+  EXPECT_EQ(TextOf(130), "100");
+}
+
+TEST_F(ResultsDialog, CalculatesTheRequiredSizeOfTwoMeans) {
+  OpenParameters(ModeSampleSize, "T2");
+  host_.Type(21023, "5");
+  host_.Type(114, "0.8");
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(1), 1);
+  EXPECT_EQ(Row("Required N (per group)"), 64);
+  EXPECT_NEAR(Row("Actual Power for Required N"), 0.8014596, 1e-6);
+  EXPECT_EQ(Items<SummaryTable>().back().code, 17);
+  EXPECT_THAT(
+      Items<SummaryTable>().back().headings,
+      ElementsAre("Sample Size Calculation", "Two Means, t-Test, Ind. Samples", "H0:  Mu1 = Mu2"));
+  ASSERT_THAT(Items<Report>(), SizeIs(1));
+  EXPECT_THAT(Items<Report>()[0].paragraphs.back(),
+              "With N = 64 in each group, the actual power is 80.15%.");
+  EXPECT_THAT(host_.messages(), IsEmpty());
+}
+
+TEST_F(ResultsDialog, WritesTheReportOfOneMeanInItsOrder) {
+  OpenResults(ModeSampleSize, "T1");
+  host_.Press(1);
+  const std::vector<Report> reports = Items<Report>();
+  ASSERT_THAT(reports, SizeIs(1));
+  EXPECT_THAT(
+      reports[0].paragraphs,
+      ElementsAre(
+          "\r\nSample Size Analysis -- The 1 Sample t-Test  ",
+          "\r\nOne goal of the proposed study is to compare the population mean to a hypothesized "
+          "value "
+          "of 0.  ",
+          "\r\nA 1 Sample t-Test will be performed, with the Type I Error rate (alpha) set at "
+          "0.05. ",
+          "\r\nThe test is two-tailed, which means that either a positive or negative deviation "
+          "from "
+          "the hypothesized value could be declared significant.  ",
+          "\r\nAssume that, in the sampled population, the actual population mean is 2, ",
+          "and that the population standard deviation (Sigma) is 10. ",
+          StartsWith(
+              "\r\nTo achieve the requested power of 90.00%, a sample size of at least N = 265 "
+              "observations is required. With N = 265, the actual power is 90.")));
+}
+
+TEST_F(ResultsDialog, ReportsAFixedGroupWithTheVariedSizeAsANumber) {
+  OpenParameters(ModeSampleSize, "T2");
+  host_.Type(21023, "5");
+  host_.Type(114, "0.8");
+  host_.Type(21065, "100");
+  host_.Press(22031);
+  host_.Press(1);
+  host_.Press(1);
+  const double n = Row("Required N (per group)");
+  EXPECT_GT(n, 30);
+  EXPECT_LT(n, 64);
+  const std::string size = std::to_string(static_cast<int>(n));
+  EXPECT_THAT(
+      Items<Report>()[0].paragraphs.back(),
+      StartsWith("\r\nTo achieve the requested power of 80.00%, with N2 fixed at 100, a sample "
+                 "size of at least N1 = " +
+                 size + " observations is required in group 1.  With N1 = " + size +
+                 " and N2 = 100, the actual power is "));
+  // The critical value takes the degrees of freedom of equal groups all the same.
+  host_.TakeWorkbook();
+}
+
+TEST_F(ResultsDialog, BackDiscardsRangeEditsAndChangeParamsKeepsThem) {
+  OpenResults(ModePower, "T1");
+  host_.Type(129, "20");
+  host_.Press(2);
+  EXPECT_EQ(OpenResource(), 6102);
+  EXPECT_EQ(block().T1.Working.NStart, 10);
+  host_.Press(1);
+  EXPECT_EQ(TextOf(129), "10");
+  host_.Type(129, "20");
+  host_.calls.exits.clear();
+  host_.Press(208);
+  ASSERT_THAT(host_.calls.exits, SizeIs(1));
+  EXPECT_EQ(host_.calls.exits[0].stage, 102);
+  EXPECT_EQ(host_.calls.exits[0].kind, 1);
+  EXPECT_EQ(block().T1.Committed.NStart, 20);
+}
+
+TEST_F(ResultsDialog, ACalculationCommitsTheRangesSoThatBackKeepsThem) {
+  OpenResults(ModePower, "T1");
+  host_.Type(129, "20");
+  host_.Press(1);
+  host_.Press(2);
+  EXPECT_EQ(block().T1.Working.NStart, 20);
+}
+
+TEST_F(ResultsDialog, AChartCommitsTheRangesItWasDrawnWith) {
+  OpenResults(ModePower, "T1");
+  host_.Type(129, "20");
+  host_.Type(130, "30");
+  EXPECT_EQ(host_.Press(203), 1);
+  const std::vector<Chart> charts = Items<Chart>();
+  ASSERT_THAT(charts, SizeIs(1));
+  EXPECT_EQ(charts[0].x.front(), 20);
+  EXPECT_EQ(charts[0].x.back(), 30);
+  host_.Press(2);
+  EXPECT_EQ(block().T1.Working.NStart, 20);
+}
+
+TEST_F(ResultsDialog, ChangeParamsStaysWhenACheckFails) {
+  OpenResults(ModePower, "T1");
+  host_.Type(140, "3");
+  EXPECT_EQ(host_.Press(208), 0);
+  EXPECT_EQ(OpenResource(), 6105);
+  EXPECT_THAT(MessageIds(), ElementsAre(12852));
+}
+
+TEST_F(ResultsDialog, CalculateStaysWhenACheckFails) {
+  OpenResults(ModePower, "T1");
+  host_.Type(140, "3");
+  EXPECT_EQ(host_.Press(1), 0);
+  EXPECT_EQ(OpenResource(), 6105);
+  EXPECT_THAT(host_.workbook().items, IsEmpty());
+  EXPECT_EQ(host_.calls.restoreResults, 1);
+}
+
+TEST_F(ResultsDialog, ATrueNullLeadsBackToTheParametersAndCommitsNothing) {
+  OpenParameters(ModePower, "T1");
+  host_.Type(112, "0");
+  host_.Press(1);
+  host_.Type(129, "20");
+  host_.Press(1);
+  EXPECT_EQ(OpenResource(), 6102);
+  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_THAT(host_.workbook().items, IsEmpty());
+  EXPECT_EQ(block().T1.Committed.NStart, 10) << "the copy comes after the check";
+  EXPECT_EQ(TextOf(112), "0") << "the user's values are kept";
+}
+
+TEST_F(ResultsDialog, AnEffectInTheDirectionOfTheNullIsATrueNull) {
+  OpenParameters(ModePower, "T1");
+  host_.Press(1212);
+  host_.Press(1);
+  host_.Press(1);
+  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+}
+
+TEST_F(ResultsDialog, ASearchRefusesAnEffectThatPowerAccepts) {
+  OpenParameters(ModeSampleSize, "T1");
+  host_.Type(112, "0.005");
+  host_.Press(1);
+  host_.Press(1);
+  ASSERT_THAT(host_.messages(), SizeIs(1));
+  EXPECT_EQ(host_.messages()[0].id, 12874);
+  EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of being true"));
+  EXPECT_EQ(host_.messages()[0].count, 1);
+  EXPECT_EQ(OpenResource(), 6107);
+  host_.Press(2);
+  host_.ClearMessages();
+  OpenParameters(ModePower, "T1");
+  host_.Type(112, "0.005");
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(1), 1);
+  EXPECT_THAT(host_.messages(), IsEmpty());
+}
+
+TEST_F(ResultsDialog, ATooLargeSizeSendsNothingAndStays) {
+  OpenParameters(ModeSampleSize, "T1");
+  host_.Type(112, "0.011");
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(1), 0);
+  ASSERT_THAT(MessageIds(), ElementsAre(12381));
+  EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 150000)"));
+  EXPECT_THAT(host_.workbook().items, IsEmpty());
+  EXPECT_EQ(OpenResource(), 6109);
+}
+
+TEST_F(ResultsDialog, ACancelledSearchSaysSoAndSendsNothing) {
+  OpenResults(ModeSampleSize, "T1");
+  host_.cancelled = [] { return true; };
+  EXPECT_EQ(host_.Press(1), 0);
+  EXPECT_THAT(MessageIds(), ElementsAre(12865));
+  EXPECT_FALSE(host_.IsProgressBarOpen());
+  EXPECT_THAT(host_.workbook().items, IsEmpty());
+  EXPECT_EQ(OpenResource(), 6109);
+}
+
+TEST_F(ResultsDialog, ACancelledChartIsNotDrawn) {
+  OpenResults(ModeSampleSize, "T1");
+  int polls = 0;
+  host_.cancelled = [&polls] { return ++polls > 3; };
+  EXPECT_EQ(host_.Press(603), 0);
+  EXPECT_THAT(Items<Chart>(), IsEmpty());
+  EXPECT_FALSE(host_.IsProgressBarOpen());
+}
+
+TEST_F(ResultsDialog, ReportsNeedTheHighestLevelOfDetailAndATarget) {
+  OpenResults(ModePower, "T1");
+  host_.supplementaryLevel = 3;
+  host_.Press(1);
+  EXPECT_THAT(Items<Report>(), IsEmpty());
+  EXPECT_THAT(Items<SummaryTable>(), SizeIs(1));
+  host_.supplementaryLevel = 4;
+  host_.resultsToReportWindow = false;
+  host_.Press(1);
+  EXPECT_THAT(Items<Report>(), IsEmpty());
+  host_.resultsToWord = true;
+  host_.Press(1);
+  EXPECT_THAT(Items<Report>(), SizeIs(1));
+}
+
+TEST_F(ResultsDialog, GivesTheOutputBackBeforeTheReportAndAtTheEnd) {
+  OpenResults(ModePower, "T1");
+  host_.Press(1);
+  EXPECT_EQ(host_.calls.restoreResults, 2);
+}
+
+TEST_F(ResultsDialog, SkipsTheReportWhenTheWindowHasGone) {
+  OpenResults(ModePower, "T1");
+  host_.form()->DestroyWindow();
+  EXPECT_EQ(host_.Press(1), 0);
+  EXPECT_THAT(Items<SummaryTable>(), SizeIs(1));
+  EXPECT_THAT(Items<Report>(), IsEmpty());
+}
+
+TEST_F(ResultsDialog, TheLowerTailTestOfOneMeanAloneShowsANegativeCriticalValue) {
+  OpenParameters(ModePower, "T1");
+  host_.Type(112, "-2");
+  host_.Press(1212);
+  host_.Press(1);
+  host_.Press(1);
+  EXPECT_NEAR(Row("Critical Value of t"), -1.7108821, 1e-6);
+  host_.Press(2);
+  host_.Press(2);
+  OpenParameters(ModePower, "T2");
+  host_.Type(21023, "-2");
+  host_.Press(1212);
+  host_.Press(1);
+  host_.Press(1);
+  EXPECT_NEAR(Row("Critical Value of t"), 1.6772242, 1e-6);
+}
+
+TEST_F(ResultsDialog, PairedMeansShowTheDeviationOfDifferencesAsAStandardError) {
+  OpenResults(ModePower, "T3");
+  host_.Press(1);
+  EXPECT_NEAR(Row("Stand. Error of Mean Diff."), std::sqrt(180.0), 1e-12);
+  EXPECT_NEAR(Row("Standardized Effect (Es)"), 8 / std::sqrt(180.0), 1e-12);
+}
+
+TEST_F(ResultsDialog, ValuesOfATableStandInTheOrderOfItsTitles) {
+  // Each input row shows the field that its title names.
+  struct Case {
+    int mode;
+    const char* family;
+    std::map<std::string, double> values;
+  };
+  const Case cases[] = {
+      {ModePower,
+       "T1",
+       {{"Null Hypothesized Mean (Mu0)", 0},
+        {"True Population Mean (Mu)", 2},
+        {"Population S.D. (Sigma)", 10},
+        {"Group Sample Size (N)", 25}}},
+      {ModePower,
+       "T2",
+       {{"Population Mean Mu1", 2},
+        {"Population Mean Mu2", 0},
+        {"Sample Size N1", 25},
+        {"Sample Size N2", 25},
+        {"Type I Error Rate (Alpha)", 0.05}}},
+      {ModeSampleSize, "T2", {{"Power Goal", 0.9}, {"Population S.D. (Sigma)", 10}}},
+      {ModePower,
+       "T3",
+       {{"Between-group Correlation", 0.1},
+        {"Group 1 S.D. (Sigma1)", 10},
+        {"Group Sample Size (N)", 25},
+        {"Population Mean Mu1", 8}}},
+      {ModeSampleSize, "T3", {{"Power Goal", 0.9}, {"Type I Error Rate (Alpha)", 0.05}}},
+  };
+  for (const Case& c : cases) {
+    OpenResults(c.mode, c.family);
+    ASSERT_EQ(host_.Press(1), 1) << c.family;
+    for (const auto& [title, value] : c.values) {
+      EXPECT_EQ(Row(title), value) << c.family << ' ' << title;
+    }
+    host_.Press(2);
+    host_.Press(2);
+  }
+}
+
+TEST_F(ResultsDialog, DrawsEveryPlotWithItsTitles) {
+  struct Case {
+    int mode;
+    const char* family;
+    int control;
+    int kind;
+    const char* name;
+    const char* title1;
+    const char* title2;
+    const char* title3;
+    const char* xLabel;
+    const char* yLabel;
+  };
+  const Case cases[] = {
+      {0, "T1", 203, 14, "power-vs-n", "1 Sample t-Test: Power Calculation",
+       "One Mean, t-Test (H0:  Mu = Mu0)", "Power vs. N (Es = 0.2, Alpha = 0.05)",
+       "Group Sample Size (N)", "Power"},
+      {0, "T1", 204, 0, "power-vs-es", "1 Sample t-Test: Power Calculation",
+       "One Mean, t-Test (H0:  Mu = Mu0)", "Power vs. Es (N = 25, Alpha = 0.05)",
+       "Standardized Effect (Es)", "Power"},
+      {0, "T1", 205, 15, "power-vs-alpha", "1 Sample t-Test: Power Calculation",
+       "One Mean, t-Test (H0:  Mu = Mu0)", "Power vs. Alpha (Es = 0.2, N = 25)",
+       "Type I Error Rate (Alpha)", "Power"},
+      {1, "T1", 603, 1, "n-vs-es", "1 Sample t-Test: Sample Size Calculation",
+       "One Mean, t-Test (H0:  Mu = Mu0)", "Sample Size vs. Es (Alpha = 0.05, Power Goal = 0.9)",
+       "Standardized Effect (Es)", "Required Sample Size (N)"},
+      {1, "T1", 604, 3, "n-vs-alpha", "1 Sample t-Test: Sample Size Calculation",
+       "One Mean, t-Test (H0:  Mu = Mu0)", "Sample Size vs. Alpha (Es = 0.2, Power Goal = 0.9)",
+       "Type I Error Rate (Alpha)", "Required Sample Size (N)"},
+      {1, "T1", 605, 2, "n-vs-power", "1 Sample t-Test: Sample Size Calculation",
+       "One Mean, t-Test (H0:  Mu = Mu0)", "Sample Size vs. Power (Es = 0.2, Alpha = 0.05)",
+       "Power Goal", "Required Sample Size (N)"},
+      {0, "T2", 203, 14, "power-vs-n", "Independent Sample t-Test: Power Calc.",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+       "Power vs. N (Es = 0.2, Alpha = 0.05, N1 = N2 = N)", "Group Sample Size (N)", "Power"},
+      {0, "T2", 204, 14, "power-vs-n1", "Independent Sample t-Test: Power Calc.",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+       "Power vs. N1 (Es = 0.2, Alpha = 0.05, N2 = 25)", "Sample Size N1", "Power"},
+      {0, "T2", 205, 14, "power-vs-n2", "Independent Sample t-Test: Power Calc.",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+       "Power vs. N2 (Es = 0.2, Alpha = 0.05, N1 = 25)", "Sample Size N2", "Power"},
+      {0, "T2", 206, 0, "power-vs-es", "Independent Sample t-Test: Power Calc.",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+       "Power vs. Es (N1 = 25, N2 = 25, Alpha = 0.05)", "Standardized Effect (Es)", "Power"},
+      {0, "T2", 207, 15, "power-vs-alpha", "Independent Sample t-Test: Power Calc.",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+       "Power vs. Alpha (Es = 0.2, N1 = 25, N2 = 25)", "Type I Error Rate (Alpha)", "Power"},
+      {1, "T2", 603, 1, "n-vs-es", "Ind. Sample t-Test: Sample Size Calculation",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)", "N vs. Es (Alpha = 0.05, Power = 0.9)",
+       "Standardized Effect (Es)", "Required Sample Size (N1 = N2)"},
+      {1, "T2", 604, 3, "n-vs-alpha", "Ind. Sample t-Test: Sample Size Calculation",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)", "N vs. Alpha (Es = 0.2, Power = 0.9)",
+       "Type I Error Rate (Alpha)", "Required Sample Size (N1 = N2)"},
+      {1, "T2", 605, 2, "n-vs-power", "Ind. Sample t-Test: Sample Size Calculation",
+       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)", "N vs. Power (Alpha = 0.05, Es = 0.2)",
+       "Power Goal", "Required Sample Size (N1 = N2)"},
+      {0, "T3", 203, 14, "power-vs-n", "Dependent Sample t-Test: Power Calculation",
+       "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
+       "Power vs. N (Es = 0.596285, Alpha = 0.05)", "Group Sample Size (N)", "Power"},
+      {1, "T3", 603, 1, "n-vs-es", "Dep. Sample t-Test: Sample Size Calculation",
+       "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
+       "N vs. Es (Alpha = 0.05, Power Goal = 0.9)", "Standardized Effect (Es)",
+       "Required Sample Size (N)"},
+      {1, "T3", 605, 2, "n-vs-power", "Dep. Sample t-Test: Sample Size Calculation",
+       "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
+       "N vs. Power (Alpha = 0.05, Standardized Effect = 0.596285)", "Power Goal",
+       "Required Sample Size (N)"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.family) + " " + c.title3);
+    host_.TakeWorkbook();
+    OpenResults(c.mode, c.family);
+    ASSERT_EQ(host_.Press(c.control), 1);
+    const std::vector<Chart> charts = Items<Chart>();
+    ASSERT_THAT(charts, SizeIs(1));
+    EXPECT_EQ(charts[0].kind, c.kind);
+    EXPECT_EQ(charts[0].name, c.name);
+    EXPECT_THAT(charts[0].titles, ElementsAre(c.title1, c.title2, c.title3));
+    EXPECT_EQ(charts[0].xLabel, c.xLabel);
+    EXPECT_EQ(charts[0].yLabel, c.yLabel);
+    EXPECT_EQ(form().Find(c.control)->spec.name, c.name);
+    host_.Press(2);
+    host_.Press(2);
+  }
+}
+
+TEST_F(ResultsDialog, ASizePlotOfOneGroupNamesTheFixedOne) {
+  OpenParameters(ModeSampleSize, "T2");
+  host_.Press(22032);
+  host_.Type(21064, "500");
+  host_.Press(1);
+  ASSERT_EQ(host_.Press(603), 1);
+  const Chart chart = Items<Chart>().back();
+  EXPECT_EQ(chart.titles[2], "Required N2 vs. Standardized Effect Size (N1 = 500)");
+  EXPECT_EQ(chart.yLabel, "Required Sample Size N2 (N1 = 500)");
+}
+
+// The power of a point is the power of the same design on its own.
+TEST_F(ResultsDialog, APlotAgreesWithTheCalculationAtEachPoint) {
+  OpenResults(ModePower, "T2");
+  host_.Press(203);
+  const Chart chart = Items<Chart>().back();
+  for (std::size_t i = 0; i < chart.x.size(); ++i) {
+    block().T2.Committed.SampleSizeN1 = static_cast<i32>(chart.x[i]);
+    block().T2.Committed.SampleSizeN2 = static_cast<i32>(chart.x[i]);
+    host_.Press(2);
+    host_.Press(1);
+    host_.Press(1);
+    EXPECT_EQ(chart.y[i], static_cast<float>(Row("Power")));
+  }
+}
+
+TEST_F(ResultsDialog, APlotAgainstTheEffectIsDrawnThoughTheEffectOfTheRecordIsNull) {
+  OpenParameters(ModePower, "T1");
+  host_.Type(112, "0");
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(204), 1) << "the effect is what this plot varies";
+  EXPECT_EQ(host_.Press(203), 0);
+  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_EQ(OpenResource(), 6105) << "a refused chart stays";
+}
+
+TEST_F(ResultsDialog, APowerPlotAcrossZeroSkipsTheRefusedPoint) {
+  OpenResults(ModePower, "T1");
+  // Steps that are exact in binary, so that a point falls on zero.
+  host_.Type(136, "-0.5");
+  host_.Type(137, "0.5");
+  host_.Type(140, "8");
+  EXPECT_EQ(host_.Press(204), 1);
+  const Chart chart = Items<Chart>().back();
+  EXPECT_EQ(host_.messageCalls(), 1);
+  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  ASSERT_THAT(chart.y, SizeIs(8));
+  EXPECT_EQ(chart.y[4], -9999)
+      << "the failed point stays in the block and the last good one falls off";
+}
+
+TEST_F(ResultsDialog, ASizePlotEndsBeforeTheFirstFailedPoint) {
+  OpenResults(ModeSampleSize, "T1");
+  host_.Type(136, "-0.5");
+  host_.Type(137, "0.5");
+  host_.Type(140, "8");
+  EXPECT_EQ(host_.Press(603), 1);
+  const Chart chart = Items<Chart>().back();
+  EXPECT_THAT(chart.y, SizeIs(4));
+  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+}
+
+TEST_F(ResultsDialog, ThePlotNameIsTheCaptionInKebabCase) {
+  EXPECT_EQ(PlotName(text::ButtonPowerVsN1), "power-vs-n1");
+  EXPECT_EQ(PlotName(text::CaptionNVsEs), "n-vs-es");
+}
+
+TEST_F(ResultsDialog, NoMemoryForATableOrAChartIsSilent) {
+  OpenResults(ModePower, "T1");
+  host_.failAllocation = 1;
+  host_.Press(1);
+  EXPECT_THAT(Items<SummaryTable>(), IsEmpty());
+  for (int failing = 1; failing <= 2; ++failing) {
+    host_.failAllocation = failing;
+    EXPECT_EQ(host_.Press(203), 0);
+  }
+  EXPECT_THAT(Items<Chart>(), IsEmpty());
+  EXPECT_THAT(host_.messages(), IsEmpty());
+  host_.failAllocation = 0;
+  EXPECT_EQ(host_.calls.allocMem - 3, host_.calls.freeMem + 1) << "all but the block are freed";
+}
+
+TEST(ReportAndTableRows, NameFieldsThatTheirFamilyHas) {
+  for (const TableDefinition& table : TableDefinitions()) {
+    for (const ValueRow& row : TableValueRows(table.code)) {
+      if (row.kind == ValueKind::Field) {
+        EXPECT_NE(TableOf(table.family).Find(row.field), nullptr) << table.code << ' ' << row.field;
+      }
+    }
+    if (!TableValueRows(table.code).empty()) {
+      EXPECT_EQ(TableValueRows(table.code).size(), table.rows.size()) << table.code;
+    }
+  }
+  for (const FamilyTable& family : FamilyTables()) {
+    for (const ReportRow& row : ReportRows(family.family)) {
+      for (int i = 0; i < row.slotCount; ++i) {
+        const Slot& slot = row.slots[static_cast<std::size_t>(i)];
+        if (slot.field != nullptr) {
+          EXPECT_NE(family.Find(slot.field), nullptr) << slot.field;
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace poweranalysis
