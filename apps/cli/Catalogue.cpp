@@ -1,0 +1,122 @@
+#include "cli/Catalogue.h"
+
+#include <fmt/format.h>
+
+#include "cli/CommandLine.h"
+#include "cli/FieldOptions.h"
+#include "cli/Run.h"
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+std::string OneLine(std::string text) {
+  for (char& c : text) {
+    c = c == '\r' || c == '\n' ? ' ' : c;
+  }
+  return text;
+}
+
+const char* TypeName(FieldType type) {
+  switch (type) {
+    case FieldType::Int16:
+      return "i16";
+    case FieldType::Int32:
+      return "i32";
+    default:
+      return "f64";
+  }
+}
+
+FieldDescription Describe(const FamilyTable& family, const Field& field) {
+  FieldDescription description;
+  description.field = field.name;
+  description.option = "--" + OptionName(field.name);
+  description.type = TypeName(field.type);
+  description.checked = field.keyed();
+  description.lower = field.lower;
+  description.upper = field.upper;
+  description.range = field.keyed() ? RangeText(field) : "";
+  description.standard = field.factory;
+  description.label = LoadText(field.label);
+  description.meaning = LoadText(field.meaning);
+  for (const ChoiceRow& choice : ChoicesOf(family, field)) {
+    description.choices.push_back({choice.name, choice.value});
+  }
+  return description;
+}
+
+FamilyDescription Describe(int row) {
+  const TaskRow& task = Tasks(ModePower)[static_cast<std::size_t>(row)];
+  const FamilyTable& family = *FindFamily(task.family);
+  FamilyDescription description;
+  description.family = family.code;
+  description.name = task.readableName;
+  description.title = LoadText(task.name);
+  description.help = OneLine(LoadText(task.help));
+  for (const Field& field : family.fields) {
+    description.fields.push_back(Describe(family, field));
+  }
+  return description;
+}
+
+std::string FieldText(const FieldDescription& field) {
+  std::string text = fmt::format("\n{} ({})\n    {}\n", field.option, field.field, field.meaning);
+  text += fmt::format("    {}; default {}", field.checked ? field.range : "any value",
+                      FormatShortest(field.standard));
+  if (!field.label.empty()) {
+    text += fmt::format("; label \"{}\"", field.label);
+  }
+  for (const auto& choice : field.choices) {
+    text += fmt::format("{} {} = {}", &choice == &field.choices.front() ? "\n   " : ",",
+                        choice.name, choice.value);
+  }
+  return text + "\n";
+}
+
+std::string ModeTitle(int mode) {
+  const std::string command = SubCommandOf(mode);
+  const std::string title = LoadText(Modes()[static_cast<std::size_t>(mode)].name);
+  return command.empty() ? title + " (not on the command line yet)\n"
+                         : fmt::format("{}: {} FAMILY\n", title, command);
+}
+
+bool SharesListWithNext(int mode) {
+  return mode + 1 < ModeCount && Tasks(mode).data() == Tasks(mode + 1).data();
+}
+
+}  // namespace
+
+std::string ListTasks() {
+  std::string text;
+  for (int mode = 0; mode < ModeCount; ++mode) {
+    text += ModeTitle(mode);
+    if (SharesListWithNext(mode)) {
+      continue;
+    }
+    int row = 0;
+    for (const TaskRow& task : Tasks(mode)) {
+      const bool waits = !SubCommandOf(mode).empty() && !IsAvailable(mode, row++);
+      text += fmt::format("  {:<9} {:<31} {}{}\n", task.family, task.readableName,
+                          LoadText(task.name), waits ? " (not available yet)" : "");
+    }
+    text += mode + 1 < ModeCount ? "\n" : "";
+  }
+  return text;
+}
+
+std::string DescribeFamily(int row, ExportFormat format) {
+  const FamilyDescription family = Describe(row);
+  if (format == ExportFormat::Json) {
+    return DescribeJson(family);
+  }
+  std::string text =
+      fmt::format("{} ({}): {}\n{}\n", family.family, family.name, family.title, family.help);
+  for (const FieldDescription& field : family.fields) {
+    text += FieldText(field);
+  }
+  return text;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,102 @@
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "cli/Errors.h"
+#include "cli/FieldOptions.h"
+#include "cli/Output.h"
+#include "cli/Run.h"
+#include "host/SvgPainter.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// A picture's bytes, or why there are none.
+struct Picture {
+  std::string bytes;
+  std::string error;
+};
+
+Picture PaintAsSvg(const DisplayList& list) { return {PaintSvg(list), {}}; }
+
+struct PictureFormat {
+  const char* extension;
+  Picture (*paint)(const DisplayList& list);
+};
+
+constexpr std::array<PictureFormat, 1> kFormats = {{{".svg", PaintAsSvg}}};
+
+const PictureFormat* FormatOf(const std::string& file) {
+  const std::string lower = LowerCase(file);
+  const auto format = std::find_if(kFormats.begin(), kFormats.end(), [&](const auto& row) {
+    const std::string extension = row.extension;
+    return lower.size() > extension.size() &&
+           lower.compare(lower.size() - extension.size(), extension.size(), extension) == 0;
+  });
+  return format == kFormats.end() ? nullptr : &*format;
+}
+
+// The second and further charts of one button go beside the first: "power-2.svg".
+std::string Numbered(const std::string& file, std::size_t index) {
+  const std::size_t dot = file.rfind('.');
+  return index == 0 ? file
+                    : fmt::format("{}-{}{}", file.substr(0, dot), index + 1, file.substr(dot));
+}
+
+void WriteChart(const Chart& chart, const std::string& file, std::vector<std::string>& errors) {
+  const Picture picture = FormatOf(file)->paint(LayOutChart(chart));
+  const std::string error = picture.error.empty() ? WriteFile(file, picture.bytes) : picture.error;
+  if (!error.empty()) {
+    errors.push_back(fmt::format("cannot write the chart '{}': {}", file, error));
+  }
+}
+
+void WriteFolder(const Study& study, const std::string& folder, std::vector<std::string>& errors) {
+  constexpr mode_t kForAll = 0777;
+  if (::mkdir(folder.c_str(), kForAll) != 0 && errno != EEXIST) {
+    errors.push_back(fmt::format("cannot make the folder '{}': {}", folder, std::strerror(errno)));
+    return;
+  }
+  for (const Chart* chart : ChartsOf(study)) {
+    WriteChart(*chart, folder + "/" + chart->name + ".svg", errors);
+  }
+}
+
+}  // namespace
+
+void CheckChartFile(const std::string& file) {
+  if (FormatOf(file) == nullptr) {
+    std::string extensions;
+    for (const PictureFormat& format : kFormats) {
+      extensions += (extensions.empty() ? "" : ", ") + std::string(format.extension);
+    }
+    throw UsageError(fmt::format("--chart: '{}' must end in one of {}", file, extensions));
+  }
+}
+
+std::vector<std::string> WriteChartFiles(const Study& study, const std::vector<ChartWish>& wishes) {
+  std::vector<std::string> errors;
+  for (const ChartWish& wish : wishes) {
+    if (wish.file.empty()) {
+      continue;
+    }
+    if (wish.name == AllCharts) {
+      WriteFolder(study, wish.file, errors);
+      continue;
+    }
+    std::size_t index = 0;
+    for (const Chart* chart : ChartsOf(study)) {
+      if (chart->name == wish.name) {
+        WriteChart(*chart, Numbered(wish.file, index++), errors);
+      }
+    }
+  }
+  return errors;
+}
+
+}  // namespace poweranalysis

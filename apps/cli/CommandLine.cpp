@@ -1,0 +1,527 @@
+#include "cli/CommandLine.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+
+#include "cli/Errors.h"
+#include "cli/FieldOptions.h"
+#include "cli/Run.h"
+#include "host/ChartLayout.h"
+#include "host/ConfigFolder.h"
+
+// The one source that knows the library which reads arguments. Only the options of the family that
+// is asked for are built, and their help texts only when help is asked for.
+namespace poweranalysis {
+
+namespace {
+
+constexpr const char* kProgram = "poweranalysis";
+constexpr const char* kWorkedExample =
+    "poweranalysis size t2 --mu1 5 --mu2 0 --sigma 10 --power-goal 0.8";
+
+struct SubCommand {
+  const char* name;
+  int mode;  // -1: no calculation
+  CommandKind kind;
+  const char* help;
+  const char* example;
+};
+
+constexpr std::array<SubCommand, 4> kSubCommands = {{
+    {"power", ModePower, CommandKind::Run, "Power of a test of given size",
+     "poweranalysis power t2 --mu1 5 --mu2 0 --sigma 10 --sample-size-n1 64 --sample-size-n2 64"},
+    {"size", ModeSampleSize, CommandKind::Run, "Sample size that a power goal requires",
+     kWorkedExample},
+    {"list", -1, CommandKind::List, "Modes and tasks, with the names of the families",
+     "poweranalysis list"},
+    {"describe", -1, CommandKind::Describe,
+     "Fields of a family: option, range, default, label and meaning", "poweranalysis describe t2"},
+}};
+
+// Options of every calculation; each takes a value but for the flags.
+struct GeneralOption {
+  const char* names;
+  const char* value;  // how help names the value; null: a flag
+  const char* help;
+};
+
+constexpr std::array<GeneralOption, 8> kGeneralOptions = {{
+    {"--set", "FIELD=VALUE", "Set a field by its own name, in any case; may be repeated"},
+    {"--settings", "FILE", "Open a settings file before the options are applied"},
+    {"--save-settings", "FILE", "Save the settings of the run to a file"},
+    {"--save-defaults", nullptr, "Make the settings of the run the defaults of later runs"},
+    {"--format", "NAME", "text (default), json, csv, markdown or html"},
+    {"-o,--output", "FILE", "Write to a file instead of standard output"},
+    {"--chart", "NAME[=FILE]",
+     "Draw a chart: to a file (.svg, .png, .pdf), or without one into the output; all=FOLDER draws "
+     "every chart; may be repeated"},
+    {"--config", "FOLDER", "Folder of the default settings, in place of the user's own"},
+}};
+
+bool IsHelp(const std::string& argument) { return argument == "--help" || argument == "-h"; }
+bool IsOption(const std::string& argument) { return argument.size() > 1 && argument[0] == '-'; }
+
+bool IsFlag(const std::string& argument) {
+  return IsHelp(argument) || argument == "--save-defaults" || argument == "--version";
+}
+
+std::vector<std::string> FamilyNames(int mode) {
+  std::vector<std::string> names;
+  for (const TaskRow& task : Tasks(mode)) {
+    names.push_back(LowerCase(task.family));
+    names.emplace_back(task.readableName);
+  }
+  return names;
+}
+
+bool HasValueBehind(const std::string& option) {
+  const bool joined = option.find('=') != std::string::npos;
+  const bool shortWithValue = option[1] != '-' && option.size() > 2;
+  return !joined && !IsFlag(option) && !shortWithValue;
+}
+
+// Takes the family out of the arguments: the options that there are depend on it. It is the first
+// word that is neither an option nor the value of one; when there is none, a value that names a
+// family, as behind an option that does not exist. Nothing when there is no such word.
+std::optional<std::string> TakeFamily(std::vector<std::string>& arguments) {
+  const auto take = [&arguments](std::size_t i) {
+    std::string family = arguments[i];
+    arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i));
+    return family;
+  };
+  std::optional<std::size_t> value;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (!IsOption(arguments[i])) {
+      return take(i);
+    }
+    if (HasValueBehind(arguments[i]) && ++i < arguments.size() &&
+        FindTask(ModePower, arguments[i]) >= 0) {
+      value = i;
+    }
+  }
+  return value ? std::optional(take(*value)) : std::nullopt;
+}
+
+int FindFamilyRow(const std::optional<std::string>& name, const SubCommand& command) {
+  if (!name) {
+    throw UsageError(fmt::format("{}: a family is missing; see '{} list'. Example: {}",
+                                 command.name, kProgram, command.example));
+  }
+  const int row = FindTask(ModePower, *name);
+  if (row < 0) {
+    throw UsageError(fmt::format("there is no family '{}'; the nearest is '{}'. See '{} list'.",
+                                 *name, Nearest(*name, FamilyNames(ModePower)), kProgram));
+  }
+  return row;
+}
+
+// "--name=" gives an empty value, which the library would not see: it becomes two arguments.
+std::vector<std::string> SplitEmptyValues(const std::vector<std::string>& arguments) {
+  std::vector<std::string> split;
+  for (const std::string& argument : arguments) {
+    const bool emptyValue = argument.rfind("--", 0) == 0 && argument.back() == '=' &&
+                            argument.find('=') == argument.size() - 1;
+    split.push_back(emptyValue ? argument.substr(0, argument.size() - 1) : argument);
+    if (emptyValue) {
+      split.emplace_back();
+    }
+  }
+  return split;
+}
+
+// --- Options of one family.
+
+// A help text in lines that stand beside the names of the options.
+std::string HelpLines(const std::string& text) {
+  constexpr std::size_t kColumns = 50;
+  const auto fits = [](const std::string& line) { return line.size() <= kColumns; };
+  return fmt::format("{}", fmt::join(WrapText(text, fits), "\n"));
+}
+
+bool Contains(const std::vector<std::string>& names, const char* name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// The headings of the help, and under which of them an option stands.
+constexpr std::array<const char*, 3> kGroups = {"Parameters", "Ranges of the charts",
+                                                "Other fields, kept in the settings"};
+
+std::size_t GroupOf(const Field& field, const TaskDialogs& dialogs) {
+  if (dialogs.parameters.empty() || Contains(dialogs.parameters, field.name)) {
+    return 0;
+  }
+  return Contains(dialogs.ranges, field.name) ? 1 : 2;
+}
+
+class FamilyParser {
+ public:
+  FamilyParser(const SubCommand& command, int row, bool withHelp);
+
+  // Reads the arguments behind the family.
+  RunRequest Parse(const std::vector<std::string>& arguments);
+  std::string Help() const { return app_.help(); }
+
+ private:
+  struct FieldOption {
+    const Field* field;
+    CLI::Option* option;
+  };
+
+  CLI::Option* AddOption(const std::string& names);
+  void AddGeneralOptions();
+  void AddFieldOption(const Field& field);
+  std::string FieldHelp(const Field& field) const;
+  std::string Footer() const;
+  const CLI::Option* Find(const char* name) const { return app_.get_option(name); }
+  // The values of an option; none when it was not given.
+  std::vector<std::string> ValuesOf(const char* name) const { return Find(name)->results(); }
+  std::optional<std::string> ValueOf(const char* name) const;
+  void RefuseUnknown() const;
+  void ReadFields(RunRequest& request) const;
+  void ReadCharts(RunRequest& request) const;
+
+  const SubCommand& command_;
+  const TaskRow& task_;
+  int row_;
+  bool withHelp_;
+  const FamilyTable& family_;
+  TaskDialogs dialogs_;  // for help alone
+  CLI::App app_;
+  std::vector<FieldOption> fields_;
+};
+
+FamilyParser::FamilyParser(const SubCommand& command, int row, bool withHelp)
+    : command_(command),
+      task_(Tasks(ModePower)[static_cast<std::size_t>(row)]),
+      row_(row),
+      withHelp_(withHelp),
+      family_(*FindFamily(task_.family)),
+      dialogs_(withHelp ? LookAtDialogs(command.mode, row) : TaskDialogs()) {
+  app_.name(fmt::format("{} {} {}", kProgram, command.name, LowerCase(task_.family)));
+  app_.set_help_flag("-h,--help", "Print this help and exit");
+  app_.allow_extras();
+  // Help shows the groups in the order of their first options.
+  const std::size_t groups = withHelp ? kGroups.size() : 1;
+  for (std::size_t group = 0; group < groups; ++group) {
+    for (const Field& field : family_.fields) {
+      if (groups == 1 || GroupOf(field, dialogs_) == group) {
+        AddFieldOption(field);
+      }
+    }
+  }
+  AddGeneralOptions();
+  if (withHelp) {
+    app_.description(fmt::format("{}: {}", command.help, LoadText(task_.name)));
+    app_.footer(Footer());
+  }
+}
+
+// An option with one value each time that it is given; how often it may be is checked behind the
+// library, so that the user gets our words.
+CLI::Option* FamilyParser::AddOption(const std::string& names) {
+  constexpr int kAnyNumber = -1;
+  return app_.add_option(names)->expected(1, kAnyNumber)->allow_extra_args(false);
+}
+
+void FamilyParser::AddGeneralOptions() {
+  for (const GeneralOption& row : kGeneralOptions) {
+    CLI::Option* option = row.value == nullptr ? app_.add_flag(row.names) : AddOption(row.names);
+    if (withHelp_) {
+      option->description(HelpLines(row.help))->group("General");
+      if (row.value != nullptr) {
+        option->option_text(row.value);
+      }
+    }
+  }
+}
+
+bool StartsWith(std::string_view text, std::string_view start) {
+  return text.substr(0, start.size()) == start;
+}
+
+void FamilyParser::AddFieldOption(const Field& field) {
+  const std::string alias = OptionAlias(field.name);
+  const std::string names =
+      "--" + OptionName(field.name) + (alias.empty() ? std::string() : ",--" + alias);
+  CLI::Option* option = AddOption(names);
+  if (withHelp_) {
+    option->description(FieldHelp(field));
+    option->option_text(field.type == FieldType::Real ? "NUMBER" : "WHOLE");
+    option->group(kGroups[GroupOf(field, dialogs_)]);
+  }
+  fields_.push_back({&field, option});
+}
+
+std::string FamilyParser::FieldHelp(const Field& field) const {
+  const std::string allowed = AllowedValues(family_, field);
+  return fmt::format("{}\n{}", HelpLines(LoadText(field.meaning)),
+                     HelpLines(fmt::format("({}{}default {})", allowed, allowed.empty() ? "" : "; ",
+                                           field.factory)));
+}
+
+std::string FamilyParser::Footer() const {
+  std::string footer;
+  for (const std::string& chart : dialogs_.charts) {
+    footer += (footer.empty() ? "Charts: " : ", ") + chart;
+  }
+  return fmt::format("{}{}Example:\n  {} {} {} --alpha 0.01", footer, footer.empty() ? "" : "\n\n",
+                     kProgram, command_.name, LowerCase(task_.family));
+}
+
+std::optional<std::string> FamilyParser::ValueOf(const char* name) const {
+  const std::vector<std::string> values = ValuesOf(name);
+  if (values.size() > 1) {
+    throw UsageError(fmt::format("{} was given twice", name));
+  }
+  return values.empty() ? std::nullopt : std::optional(values.front());
+}
+
+void FamilyParser::RefuseUnknown() const {
+  std::vector<std::string> extras = app_.remaining();
+  extras.erase(std::remove(extras.begin(), extras.end(), "--"), extras.end());
+  if (extras.empty()) {
+    return;
+  }
+  const auto unknown = std::find_if(extras.begin(), extras.end(), IsOption);
+  if (unknown == extras.end()) {
+    throw UsageError(fmt::format("'{}' was not expected", extras.front()));
+  }
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app_.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      names.push_back("--" + name);
+    }
+  }
+  const std::string word = unknown->substr(0, unknown->find('='));
+  throw UsageError(
+      fmt::format("there is no option '{}'; the nearest is '{}'. See '{} {} {} --help'.", word,
+                  Nearest(word, names), kProgram, command_.name, LowerCase(task_.family)));
+}
+
+void FamilyParser::ReadFields(RunRequest& request) const {
+  std::vector<const Field*> given;
+  const auto add = [&](const Field& field, const std::string& option, const std::string& text) {
+    if (std::find(given.begin(), given.end(), &field) != given.end()) {
+      throw UsageError(fmt::format("{}: {} was given twice", option, field.name));
+    }
+    given.push_back(&field);
+    request.values.push_back({&field, ParseFieldValue(family_, field, option, text)});
+  };
+  for (const FieldOption& row : fields_) {
+    for (const std::string& text : row.option->results()) {
+      add(*row.field, "--" + OptionName(row.field->name), text);
+    }
+  }
+  for (const std::string& text : ValuesOf("--set")) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) {
+      throw UsageError(fmt::format("--set: '{}' is not of the form FIELD=VALUE", text));
+    }
+    add(FindField(family_, text.substr(0, equals)), "--set " + text.substr(0, equals),
+        text.substr(equals + 1));
+  }
+  std::sort(request.values.begin(), request.values.end(),
+            [](const FieldValue& a, const FieldValue& b) { return a.field < b.field; });
+}
+
+void FamilyParser::ReadCharts(RunRequest& request) const {
+  for (const std::string& text : ValuesOf("--chart")) {
+    const std::size_t equals = text.find('=');
+    ChartWish wish;
+    wish.name = LowerCase(text.substr(0, equals));
+    if (equals != std::string::npos) {
+      wish.file = text.substr(equals + 1);
+      if (wish.file.empty()) {
+        throw UsageError(fmt::format("--chart: a file is missing behind '{}'", text));
+      }
+      if (wish.name != AllCharts) {
+        CheckChartFile(wish.file);
+      }
+    }
+    request.charts.push_back(std::move(wish));
+  }
+}
+
+RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
+  std::vector<std::string> reversed = SplitEmptyValues(arguments);
+  std::reverse(reversed.begin(), reversed.end());  // as the library wants them
+  try {
+    app_.parse(std::move(reversed));
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string text = error.what();
+    throw UsageError(fmt::format("{}: a value is missing", text.substr(0, text.find(':'))));
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(error.what());
+  }
+  RefuseUnknown();
+  RunRequest request;
+  request.mode = command_.mode;
+  request.row = row_;
+  request.family = &family_;
+  ReadFields(request);
+  ReadCharts(request);
+  request.settings = ValueOf("--settings");
+  request.saveSettings = ValueOf("--save-settings");
+  request.saveDefaults = Find("--save-defaults")->count() > 0;
+  request.output = ValueOf("--output").value_or("");
+  request.configFolder = ValueOf("--config").value_or(UserConfigFolder(kProgram));
+  const std::string format = ValueOf("--format").value_or("text");
+  const auto found = FindExportFormat(LowerCase(format));
+  if (!found) {
+    throw UsageError(
+        fmt::format("--format: there is no '{}'; choose from {}", format, ExportFormatNames()));
+  }
+  request.format = *found;
+  return request;
+}
+
+// --- Help that belongs to no family.
+
+std::string ProgramHelp() {
+  std::string text =
+      "Power analysis and required sample size.\n\nUsage: poweranalysis COMMAND [FAMILY] "
+      "[OPTIONS]\n\n"
+      "Commands:\n";
+  for (const SubCommand& command : kSubCommands) {
+    text += fmt::format("  {:<10}{}\n", command.name, command.help);
+  }
+  return text +
+         fmt::format(
+             "\nOptions:\n  -h, --help     Print this help and exit\n"
+             "  --version      Print the version and exit\n\n"
+             "Every command has its own help: poweranalysis size t2 --help\n\nExample:\n  {}\n",
+             kWorkedExample);
+}
+
+std::string CommandHelp(const SubCommand& command) {
+  std::string text = command.help + std::string(".\n\nUsage: ") + kProgram + " " + command.name;
+  if (command.kind == CommandKind::List) {
+    return text + "\n\nExample:\n  " + command.example + "\n";
+  }
+  text += " FAMILY [OPTIONS]\n\nFamilies, by code or by name:\n";
+  for (const TaskRow& task : Tasks(ModePower)) {
+    text += fmt::format("  {:<5} {:<31}{}\n", LowerCase(task.family), task.readableName,
+                        LoadText(task.name));
+  }
+  if (command.kind == CommandKind::Run) {
+    text += fmt::format("\nOptions of a family: {} {} t2 --help\n", kProgram, command.name);
+  } else {
+    text += "\nOptions:\n  --format NAME  text (default) or json\n";
+  }
+  return text + "\nExample:\n  " + command.example + "\n";
+}
+
+ParsedCommand TextCommand(std::string text) {
+  ParsedCommand parsed;
+  parsed.text = std::move(text);
+  return parsed;
+}
+
+const SubCommand& FindSubCommand(const std::string& name) {
+  std::vector<std::string> names;
+  for (const SubCommand& command : kSubCommands) {
+    if (name == command.name) {
+      return command;
+    }
+    names.emplace_back(command.name);
+  }
+  if (IsOption(name)) {
+    throw UsageError(
+        fmt::format("there is no option '{}' here; the nearest is '{}'. See '{} --help'.", name,
+                    Nearest(name, {"--help", "--version"}), kProgram));
+  }
+  throw UsageError(fmt::format("there is no command '{}'; the nearest is '{}'. See '{} --help'.",
+                               name, Nearest(name, names), kProgram));
+}
+
+// The format of `describe`, the one option that it has.
+ExportFormat TakeFormat(std::vector<std::string>& arguments, const SubCommand& command) {
+  std::string format = "text";
+  std::vector<std::string> rest;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    constexpr std::string_view kJoined = "--format=";
+    if (StartsWith(arguments[i], kJoined)) {
+      format = arguments[i].substr(kJoined.size());
+    } else if (arguments[i] == "--format" && i + 1 < arguments.size()) {
+      format = arguments[++i];
+    } else {
+      rest.push_back(arguments[i]);
+    }
+  }
+  arguments = rest;
+  const auto found = FindExportFormat(LowerCase(format));
+  if (found != ExportFormat::Text && found != ExportFormat::Json) {
+    throw UsageError(
+        fmt::format("--format: {} gives text or json, not '{}'", command.name, format));
+  }
+  return *found;
+}
+
+ParsedCommand ParseCatalogueCommand(const SubCommand& command, std::vector<std::string> arguments) {
+  ParsedCommand parsed;
+  parsed.kind = command.kind;
+  if (command.kind == CommandKind::Describe) {
+    parsed.run.format = TakeFormat(arguments, command);
+    parsed.run.row = FindFamilyRow(TakeFamily(arguments), command);
+    parsed.run.family =
+        FindFamily(Tasks(ModePower)[static_cast<std::size_t>(parsed.run.row)].family);
+  }
+  if (!arguments.empty()) {
+    std::vector<std::string> options = {"--help"};
+    if (command.kind == CommandKind::Describe) {
+      options.emplace_back("--format");
+    }
+    throw UsageError(fmt::format("{}: '{}' was not expected; the nearest option is '{}'",
+                                 command.name, arguments.front(),
+                                 Nearest(arguments.front(), options)));
+  }
+  return parsed;
+}
+
+}  // namespace
+
+std::string SubCommandOf(int mode) {
+  for (const SubCommand& command : kSubCommands) {
+    if (command.mode == mode) {
+      return fmt::format("{} {}", kProgram, command.name);
+    }
+  }
+  return {};
+}
+
+ParsedCommand ParseCommandLine(std::vector<std::string> arguments) {
+  if (arguments.empty()) {
+    throw UsageError(fmt::format("a command is missing; see '{} --help'. Example: {}", kProgram,
+                                 kWorkedExample));
+  }
+  if (IsHelp(arguments.front())) {
+    return TextCommand(ProgramHelp());
+  }
+  if (arguments.front() == "--version") {
+    return TextCommand(std::string(kProgram) + " " + POWERANALYSIS_VERSION + "\n");
+  }
+  const SubCommand& command = FindSubCommand(arguments.front());
+  arguments.erase(arguments.begin());
+  const bool help = std::any_of(arguments.begin(), arguments.end(), IsHelp);
+  if (command.kind != CommandKind::Run) {
+    return help ? TextCommand(CommandHelp(command))
+                : ParseCatalogueCommand(command, std::move(arguments));
+  }
+  const std::optional<std::string> family = TakeFamily(arguments);
+  if (help && !family) {
+    return TextCommand(CommandHelp(command));
+  }
+  FamilyParser parser(command, FindFamilyRow(family, command), help);
+  if (help) {
+    return TextCommand(parser.Help());
+  }
+  ParsedCommand parsed;
+  parsed.kind = CommandKind::Run;
+  parsed.run = parser.Parse(arguments);
+  return parsed;
+}
+
+}  // namespace poweranalysis

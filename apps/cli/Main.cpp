@@ -1,0 +1,143 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <exception>
+
+#include "cli/Catalogue.h"
+#include "cli/CommandLine.h"
+#include "cli/Errors.h"
+#include "cli/Output.h"
+#include "cli/Run.h"
+#include "cli/Terminal.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// A line of the program's own on standard error, its name in front.
+void Complain(const std::string& text) {
+  const bool colour = WantsColour(STDERR_FILENO);
+  WriteError((colour ? "\x1b[31mpoweranalysis:\x1b[0m " : "poweranalysis: ") + text + "\n");
+}
+
+// A message of the system, word for word.
+void Tell(const Message& message) {
+  std::string text;
+  for (std::size_t i = 0; i < message.text.size(); ++i) {
+    const bool lineFeedFollows = i + 1 < message.text.size() && message.text[i + 1] == '\n';
+    if (message.text[i] != '\r') {
+      text += message.text[i];
+    } else if (!lineFeedFollows) {
+      text += '\n';
+    }
+  }
+  if (message.count > 1) {
+    text += " (" + std::to_string(message.count) + " times)";
+  }
+  WriteError(text + "\n");
+}
+
+int Print(const std::string& text) {
+  const std::string error = WriteStandardOutput(text);
+  if (!error.empty()) {
+    Complain("cannot write the output: " + error);
+  }
+  return error.empty() ? StatusAnswer : StatusNoAnswer;
+}
+
+TextStyle StyleOf(const RunRequest& request, const Study& study) {
+  TextStyle style;
+  if (request.output.empty()) {
+    style.columns = TerminalColumns(STDOUT_FILENO);
+    style.emphasis = WantsColour(STDOUT_FILENO);
+  }
+  for (const ChartWish& wish : request.charts) {
+    for (const Chart* chart : ChartsOf(study)) {
+      const bool wanted = wish.file.empty() && (wish.name == AllCharts || wish.name == chart->name);
+      const bool first =
+          std::find(style.charts.begin(), style.charts.end(), chart->name) == style.charts.end();
+      if (wanted && first) {
+        style.charts.push_back(chart->name);
+      }
+    }
+  }
+  return style;
+}
+
+// Puts the study where it was asked for. A file stays as it was when there is nothing to put into
+// it: no answer (but for JSON, which tells of it), or a cancelled run.
+int Deliver(const RunRequest& request, const Study& study) {
+  const bool json = request.format == ExportFormat::Json;
+  const bool something = HasAnswer(study) || !ChartsOf(study).empty();
+  const bool whole = study.status != StatusCancelled;
+  if (!json && !(something && whole)) {
+    return study.status;
+  }
+  if (!request.output.empty() && request.output != "-") {
+    if (!whole) {
+      return study.status;
+    }
+    const std::string error =
+        WriteFile(request.output, Export(study, request.format, StyleOf(request, study)));
+    if (!error.empty()) {
+      Complain("cannot write '" + request.output + "': " + error);
+      return StatusNoAnswer;
+    }
+    return study.status;
+  }
+  return std::max(study.status, Print(Export(study, request.format, StyleOf(request, study))));
+}
+
+int Calculate(const RunRequest& request) {
+  HeadlessHost host;
+  ProgressBar bar;
+  if (IsCapableTerminal(STDERR_FILENO)) {
+    host.onProgress = [&bar](const ProgressState& state) { bar.Update(state); };
+  }
+  RunOutcome outcome = RunTask(request, host);
+  if (outcome.study.status != StatusCancelled) {
+    for (std::string& error : WriteChartFiles(outcome.study, request.charts)) {
+      outcome.errors.push_back(std::move(error));
+      outcome.study.status = StatusNoAnswer;
+    }
+  }
+  std::for_each(outcome.study.messages.begin(), outcome.study.messages.end(), Tell);
+  std::for_each(outcome.notes.begin(), outcome.notes.end(), Complain);
+  std::for_each(outcome.errors.begin(), outcome.errors.end(), Complain);
+  return Deliver(request, outcome.study);
+}
+
+int RunCommand(const ParsedCommand& command) {
+  switch (command.kind) {
+    case CommandKind::Run:
+      return Calculate(command.run);
+    case CommandKind::List:
+      return Print(ListTasks());
+    case CommandKind::Describe:
+      return Print(DescribeFamily(command.run.row, command.run.format));
+    default:
+      return Print(command.text);
+  }
+}
+
+int Main(std::vector<std::string> arguments) {
+  GuardStandardDescriptors();
+  WatchSignals();
+  try {
+    return RunCommand(ParseCommandLine(std::move(arguments)));
+  } catch (const UsageError& error) {
+    Complain(error.what());
+    return StatusWrongUse;
+  } catch (const std::exception& error) {
+    Complain(std::string("internal error: ") + error.what());
+    return StatusNoAnswer;
+  }
+}
+
+}  // namespace
+
+}  // namespace poweranalysis
+
+int main(int argc, char** argv) {
+  return poweranalysis::Main(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+}

@@ -1,0 +1,127 @@
+#include "cli/Output.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace poweranalysis {
+
+namespace {
+
+std::string Reason() { return std::strerror(errno); }
+
+// Closes on every way out.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { Close(); }
+
+  int number() const { return number_; }
+  bool Close() {
+    const int number = number_;
+    number_ = -1;
+    return number < 0 || ::close(number) == 0;
+  }
+
+ private:
+  int number_;
+};
+
+bool WriteAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) {
+      continue;
+    }
+    if (written < 0) {
+      return false;
+    }
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+std::string WriteInPlace(const std::string& path, std::string_view bytes) {
+  Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  return file.number() >= 0 && WriteAll(file.number(), bytes) && file.Close() ? std::string()
+                                                                              : Reason();
+}
+
+// The file that a path leads to through symbolic links; the path itself when there is none yet.
+std::string Resolved(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr),
+                                                         &std::free);
+  return real == nullptr ? path : std::string(real.get());
+}
+
+mode_t NewFileMode() {
+  constexpr mode_t kReadWriteForAll = 0666;
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return kReadWriteForAll & ~mask;
+}
+
+std::string Replace(const std::string& path, mode_t mode, std::string_view bytes) {
+  std::string temporary = path + ".XXXXXX";
+  Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+  if (file.number() < 0) {
+    return Reason();
+  }
+  const bool good = WriteAll(file.number(), bytes) && ::fchmod(file.number(), mode) == 0 &&
+                    ::fsync(file.number()) == 0 && file.Close() &&
+                    ::rename(temporary.c_str(), path.c_str()) == 0;
+  const std::string reason = good ? std::string() : Reason();
+  if (!good) {
+    ::unlink(temporary.c_str());
+  }
+  return reason;
+}
+
+}  // namespace
+
+std::string WriteFile(const std::string& path, std::string_view bytes) {
+  constexpr mode_t kPermissions = 07777;
+  struct stat status {};
+  const bool exists = ::stat(path.c_str(), &status) == 0;
+  if (exists && S_ISDIR(status.st_mode)) {
+    errno = EISDIR;
+    return Reason();
+  }
+  if (exists && !S_ISREG(status.st_mode)) {
+    return WriteInPlace(path, bytes);
+  }
+  // Replacing a file asks for the right to write in its folder alone; a file that is protected
+  // stays.
+  if (exists && ::access(path.c_str(), W_OK) != 0) {
+    return Reason();
+  }
+  return Replace(Resolved(path), exists ? status.st_mode & kPermissions : NewFileMode(), bytes);
+}
+
+std::string WriteStandardOutput(std::string_view bytes) {
+  if (WriteAll(STDOUT_FILENO, bytes)) {
+    return {};
+  }
+  return errno == EPIPE ? "the reader closed the pipe" : Reason();
+}
+
+void WriteError(std::string_view bytes) { WriteAll(STDERR_FILENO, bytes); }
+
+void GuardStandardDescriptors() {
+  for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
+    if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) {
+      // The lowest free number is this one. Reading from an output, or writing to the input, fails.
+      const int opened = ::open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY);
+      static_cast<void>(opened);
+    }
+  }
+}
+
+}  // namespace poweranalysis

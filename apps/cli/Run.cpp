@@ -1,0 +1,389 @@
+#include "cli/Run.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+
+#include "cli/Errors.h"
+#include "cli/FieldOptions.h"
+#include "cli/Terminal.h"
+#include "frame/DefineTask.h"
+#include "host/NumberText.h"
+#include "module/PowerAnalysisModule.h"
+#include "output/SummaryTables.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr int kAccept = 1;  // OK, and Calculate on a results dialog
+
+std::vector<ControlSpec> ControlsOf(const DialogSpec& spec) {
+  std::vector<ControlSpec> controls = spec.frame;
+  for (const PageSpec& page : spec.pages) {
+    controls.insert(controls.end(), page.controls.begin(), page.controls.end());
+  }
+  return controls;
+}
+
+bool IsChartButton(const ControlSpec& control) {
+  return control.kind == ControlKind::Button && control.name.find("-vs-") != std::string::npos;
+}
+
+// The code of the summary table that a task sends.
+int TableCode(Family family, int mode) {
+  const TextId heading = mode == ModePower ? text::PowerCalculation : text::SampleSizeCalculation;
+  for (const TableDefinition& table : TableDefinitions()) {
+    if (table.family == family && table.headings[0] == heading) {
+      return table.code;
+    }
+  }
+  return 0;
+}
+
+// A bare name means a file of the working folder here, as in every command; to the host it would be
+// one of the configuration folder.
+std::string AsPath(const std::string& file) {
+  return file.find('/') == std::string::npos ? "./" + file : file;
+}
+
+std::size_t ChartsIn(const Workbook& workbook) {
+  return static_cast<std::size_t>(
+      std::count_if(workbook.items.begin(), workbook.items.end(),
+                    [](const WorkbookItem& item) { return std::holds_alternative<Chart>(item); }));
+}
+
+// The analysis and its host, driven event by event.
+class ScriptedRun {
+ public:
+  ScriptedRun(HeadlessHost& host, int mode, int row) : host_(host), mode_(mode), row_(row) {}
+
+  // To the parameter dialog; false when the task has none.
+  bool OpenParameters();
+  bool OnResults() const;
+  // Puts the values into the controls of the open dialog; those put leave the list.
+  void TypeFields(std::vector<FieldValue>& values);
+  // For fields that no dialog of the task shows.
+  void SetDirectly(const FieldValue& value);
+  void Press(int control);
+  // The chart buttons of the open dialog.
+  std::vector<ControlSpec> ChartButtons() const;
+
+ private:
+  bool TypeField(const FieldValue& value);
+
+  HeadlessHost& host_;
+  int mode_;
+  int row_;
+  std::unique_ptr<CPowerAnalysis> analysis_;
+};
+
+bool ScriptedRun::OpenParameters() {
+  analysis_.reset(Zlv6NewAnalysis());
+  if (analysis_ == nullptr) {
+    return false;
+  }
+  host_.Start(*analysis_);
+  host_.Select(ControlModes, mode_);
+  host_.Select(ControlTasks, row_);
+  Press(kAccept);
+  return host_.dialog() != nullptr;
+}
+
+bool ScriptedRun::OnResults() const {
+  return host_.dialog() != nullptr && FindDialog(host_.dialog()->resource()).result;
+}
+
+void ScriptedRun::Press(int control) {
+  if (!Interrupted()) {
+    host_.Press(control);
+  }
+}
+
+void ScriptedRun::TypeFields(std::vector<FieldValue>& values) {
+  const auto typed = [this](const FieldValue& value) { return TypeField(value); };
+  values.erase(std::remove_if(values.begin(), values.end(), typed), values.end());
+}
+
+bool ScriptedRun::TypeField(const FieldValue& value) {
+  bool shown = false;
+  for (const ControlSpec& control : ControlsOf(host_.form()->spec())) {
+    if (control.name != value.field->name) {
+      continue;
+    }
+    shown = true;
+    if (control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit) {
+      host_.Type(control.number, FormatShortest(value.value));
+      return true;
+    }
+    if (control.kind == ControlKind::Radio && control.value == value.value) {
+      host_.Press(control.number);
+      return true;
+    }
+    if (control.kind == ControlKind::CheckBox && (value.value == 0 || value.value == 1)) {
+      host_.form()->CheckDlgButton(control.number, value.value != 0);
+      host_.Press(control.number);
+      return true;
+    }
+  }
+  if (shown) {
+    // A value that none of the buttons stands for, for the range check to see.
+    SetDirectly(value);
+  }
+  return shown;
+}
+
+void ScriptedRun::SetDirectly(const FieldValue& value) {
+  double held = value.value;
+  if (value.field->type == FieldType::Int16) {
+    held =
+        std::clamp<double>(held, std::numeric_limits<i16>::min(), std::numeric_limits<i16>::max());
+  } else if (value.field->type == FieldType::Int32) {
+    held =
+        std::clamp<double>(held, std::numeric_limits<i32>::min(), std::numeric_limits<i32>::max());
+  }
+  const FamilyTable* family = FindFamily(Tasks(mode_)[static_cast<std::size_t>(row_)].family);
+  ViewOf(*Block(), family->family, Instance::Working).Set(*value.field, held);
+}
+
+std::vector<ControlSpec> ScriptedRun::ChartButtons() const {
+  std::vector<ControlSpec> buttons;
+  if (host_.form() != nullptr) {
+    for (const ControlSpec& control : ControlsOf(host_.form()->spec())) {
+      if (IsChartButton(control)) {
+        buttons.push_back(control);
+      }
+    }
+  }
+  return buttons;
+}
+
+// One request from the first dialog to the last chart.
+class TaskRun {
+ public:
+  TaskRun(const RunRequest& request, HeadlessHost& host)
+      : request_(request), host_(host), script_(host, request.mode, request.row) {}
+
+  RunOutcome Run();
+
+ private:
+  bool OpenSettings();
+  bool Save();
+  void CheckWrite(const std::string& what);
+  void CheckSection(const std::string& path);
+  std::vector<ControlSpec> WantedCharts() const;
+  void Draw(const std::vector<ControlSpec>& buttons);
+  void Steps();
+  void Finish();
+
+  const RunRequest& request_;
+  HeadlessHost& host_;
+  ScriptedRun script_;
+  RunOutcome outcome_;
+  bool chartRefused_ = false;
+};
+
+bool TaskRun::OpenSettings() {
+  const std::string path = AsPath(*request_.settings);
+  if (::access(path.c_str(), R_OK) != 0) {
+    outcome_.errors.push_back(fmt::format("cannot read the settings file '{}': {}",
+                                          *request_.settings, std::strerror(errno)));
+    return false;
+  }
+  const std::size_t messages = host_.messages().size();
+  host_.openAnswers.emplace_back(path);
+  script_.Press(ControlOpen);
+  if (!host_.keywordReadError().empty()) {
+    outcome_.errors.push_back(fmt::format("cannot read the settings file '{}': {}",
+                                          *request_.settings, host_.keywordReadError()));
+    return false;
+  }
+  CheckSection(path);
+  return host_.messages().size() == messages;
+}
+
+// Opening a file without the family's settings gives the built-in values in silence; who names a
+// file expects its values.
+void TaskRun::CheckSection(const std::string& path) {
+  const std::string section = LoadText(static_cast<TextId>(request_.family->section));
+  for (const Field& field : request_.family->fields) {
+    const KeywordKind kind =
+        field.type == FieldType::Real ? KeywordKind::Double : KeywordKind::Long;
+    if (field.keyed() && host_.GetInitKeywordPrivate(kind, path, section, LoadText(field.key))) {
+      return;
+    }
+  }
+  outcome_.notes.push_back(fmt::format("'{}' holds no settings of {}: the built-in values stand",
+                                       *request_.settings, request_.family->code));
+}
+
+void TaskRun::CheckWrite(const std::string& what) {
+  if (!host_.keywordError().empty()) {
+    outcome_.errors.push_back(fmt::format("cannot save {}: {}", what, host_.keywordError()));
+  }
+}
+
+// False when the settings were refused: the calculation would only refuse them again.
+bool TaskRun::Save() {
+  const std::size_t messages = host_.messages().size();
+  if (request_.saveSettings) {
+    host_.saveAnswers.emplace_back(AsPath(*request_.saveSettings));
+    script_.Press(ControlSaveAs);
+    CheckWrite("the settings to '" + *request_.saveSettings + "'");
+  }
+  if (request_.saveDefaults) {
+    script_.Press(ControlSaveAsDefault);
+    CheckWrite("the defaults in '" + request_.configFolder + "'");
+  }
+  return host_.messages().size() == messages;
+}
+
+std::vector<ControlSpec> TaskRun::WantedCharts() const {
+  const std::vector<ControlSpec> buttons = script_.ChartButtons();
+  std::vector<std::string> names;
+  for (const ControlSpec& button : buttons) {
+    names.push_back(button.name);
+  }
+  const auto wants = [this](const std::string& name) {
+    return std::any_of(request_.charts.begin(), request_.charts.end(), [&](const ChartWish& wish) {
+      return wish.name == name || wish.name == AllCharts;
+    });
+  };
+  std::vector<ControlSpec> wanted;
+  std::copy_if(buttons.begin(), buttons.end(), std::back_inserter(wanted),
+               [&](const ControlSpec& button) { return wants(button.name); });
+  names.emplace_back(AllCharts);
+  for (const ChartWish& wish : request_.charts) {
+    if (std::find(names.begin(), names.end(), wish.name) == names.end()) {
+      throw UsageError(
+          fmt::format("--chart: there is no chart '{}'; the nearest is '{}'. Choose from {}",
+                      wish.name, Nearest(wish.name, names), fmt::join(names, ", ")));
+    }
+  }
+  return wanted;
+}
+
+void TaskRun::Draw(const std::vector<ControlSpec>& buttons) {
+  for (const ControlSpec& button : buttons) {
+    const std::size_t charts = ChartsIn(host_.workbook());
+    const std::size_t messages = host_.messages().size();
+    script_.Press(button.number);
+    if (ChartsIn(host_.workbook()) > charts) {
+      continue;
+    }
+    chartRefused_ = true;
+    if (host_.messages().size() == messages && !Interrupted()) {
+      outcome_.errors.push_back(fmt::format("the chart '{}' could not be drawn", button.name));
+    }
+    if (!script_.OnResults()) {
+      return;  // refused as a whole, back to the parameters
+    }
+  }
+}
+
+void TaskRun::Steps() {
+  if (!script_.OpenParameters()) {
+    outcome_.errors.push_back(
+        fmt::format("the family {} ({}) is not available yet", request_.family->code,
+                    LoadText(Tasks(request_.mode)[static_cast<std::size_t>(request_.row)].name)));
+    return;
+  }
+  if (!host_.keywordReadError().empty()) {
+    outcome_.notes.push_back("the default settings were not read: " + host_.keywordReadError());
+  }
+  if (request_.settings && !OpenSettings()) {
+    return;
+  }
+  std::vector<FieldValue> values = request_.values;
+  script_.TypeFields(values);
+  script_.Press(kAccept);
+  if (!script_.OnResults()) {
+    return;
+  }
+  const std::vector<ControlSpec> charts = WantedCharts();
+  script_.TypeFields(values);
+  for (const FieldValue& value : values) {
+    script_.SetDirectly(value);
+  }
+  if (!Save()) {
+    return;
+  }
+  script_.Press(kAccept);
+  if (script_.OnResults()) {
+    Draw(charts);
+  }
+}
+
+void TaskRun::Finish() {
+  Study& study = outcome_.study;
+  study.family = request_.family->code;
+  study.mode = request_.mode == ModePower ? "power" : "size";
+  study.code = TableCode(request_.family->family, request_.mode);
+  study.workbook = host_.TakeWorkbook();
+  study.messages = host_.messages();
+  if (Interrupted()) {
+    const auto cancelled = [](const Message& message) {
+      return message.id == text::CancelledAtRequest;
+    };
+    if (std::none_of(study.messages.begin(), study.messages.end(), cancelled)) {
+      study.messages.push_back({text::CancelledAtRequest, LoadText(text::CancelledAtRequest), 1});
+    }
+    study.status = StatusCancelled;
+    return;
+  }
+  if (!HasAnswer(study) && study.messages.empty() && outcome_.errors.empty()) {
+    outcome_.errors.emplace_back("the calculation gave no result");
+  }
+  const bool good = HasAnswer(study) && outcome_.errors.empty() && !chartRefused_;
+  study.status = good ? StatusAnswer : StatusNoAnswer;
+}
+
+RunOutcome TaskRun::Run() {
+  Steps();
+  Finish();
+  return std::move(outcome_);
+}
+
+}  // namespace
+
+RunOutcome RunTask(const RunRequest& request, HeadlessHost& host) {
+  host.cancelled = [] { return Interrupted(); };
+  host.configFolder = request.configFolder;
+  return TaskRun(request, host).Run();
+}
+
+TaskDialogs LookAtDialogs(int mode, int row) {
+  HeadlessHost host;
+  ScriptedRun script(host, mode, row);
+  TaskDialogs dialogs;
+  if (!script.OpenParameters()) {
+    return dialogs;
+  }
+  const auto names = [&host] {
+    std::vector<std::string> shown;
+    for (const ControlSpec& control : ControlsOf(host.form()->spec())) {
+      shown.push_back(control.name);
+    }
+    return shown;
+  };
+  dialogs.parameters = names();
+  script.Press(kAccept);
+  dialogs.ranges = names();
+  for (const ControlSpec& button : script.ChartButtons()) {
+    dialogs.charts.push_back(button.name);
+  }
+  return dialogs;
+}
+
+bool IsAvailable(int mode, int row) {
+  HeadlessHost host;
+  return ScriptedRun(host, mode, row).OpenParameters();
+}
+
+}  // namespace poweranalysis

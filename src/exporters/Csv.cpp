@@ -1,0 +1,60 @@
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "exporters/Exporters.h"
+#include "host/ChartLayout.h"
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+std::string Quoted(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) {
+    return text;
+  }
+  std::string quoted = "\"";
+  for (const char c : text) {
+    quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  }
+  return quoted + "\"";
+}
+
+std::string Number(double value) {
+  return IsMissing(value) || !std::isfinite(value) ? std::string() : FormatShortest(value);
+}
+
+std::string Single(float value) {
+  return value == FailedPoint ? std::string() : Number(ShortestDouble(value));
+}
+
+}  // namespace
+
+std::string ExportCsv(const Study& study) {
+  std::string text;
+  if (const SummaryTable* table = SummaryOf(study)) {
+    text = "Title";
+    for (const std::string& column : table->columns) {
+      text += fmt::format(",{}", Quoted(column));
+    }
+    text += "\n";
+    for (const TableRow& row : table->rows) {
+      text += Quoted(std::string(static_cast<std::size_t>(row.indent), ' ') + ShownTitle(row));
+      for (const double value : row.values) {
+        text += fmt::format(",{}", Number(value));
+      }
+      text += "\n";
+    }
+  }
+  for (const Chart* chart : ChartsOf(study)) {
+    text += fmt::format("{}{},{}\n", text.empty() ? "" : "\n", Quoted(chart->xLabel),
+                        Quoted(chart->yLabel));
+    for (std::size_t i = 0; i < chart->x.size() && i < chart->y.size(); ++i) {
+      text += fmt::format("{},{}\n", Single(chart->x[i]), Single(chart->y[i]));
+    }
+  }
+  return text;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,70 @@
+#include "exporters/Exporters.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace poweranalysis {
+
+namespace {
+
+struct FormatRow {
+  const char* name;
+  ExportFormat format;
+};
+
+constexpr std::array<FormatRow, 5> kFormats = {{{"text", ExportFormat::Text},
+                                                {"json", ExportFormat::Json},
+                                                {"csv", ExportFormat::Csv},
+                                                {"markdown", ExportFormat::Markdown},
+                                                {"html", ExportFormat::Html}}};
+
+}  // namespace
+
+std::optional<ExportFormat> FindExportFormat(std::string_view name) {
+  const auto row = std::find_if(kFormats.begin(), kFormats.end(),
+                                [name](const FormatRow& format) { return name == format.name; });
+  return row == kFormats.end() ? std::nullopt : std::optional(row->format);
+}
+
+std::string ExportFormatNames() {
+  std::string names;
+  for (const FormatRow& format : kFormats) {
+    names += (names.empty() ? "" : ", ") + std::string(format.name);
+  }
+  return names;
+}
+
+std::string Export(const Study& study, ExportFormat format, const TextStyle& style) {
+  switch (format) {
+    case ExportFormat::Json:
+      return ExportJson(study);
+    case ExportFormat::Csv:
+      return ExportCsv(study);
+    case ExportFormat::Markdown:
+      return ExportMarkdown(study);
+    case ExportFormat::Html:
+      return ExportHtml(study);
+    default:
+      return ExportText(study, style);
+  }
+}
+
+std::size_t TextLength(std::string_view utf8) {
+  return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
+    constexpr unsigned kMask = 0xC0;
+    constexpr unsigned kContinuation = 0x80;
+    return (static_cast<unsigned char>(c) & kMask) != kContinuation;
+  }));
+}
+
+double ShortestDouble(float value) {
+  constexpr std::size_t kBuffer = 32;
+  std::array<char, kBuffer> text{};
+  const char* end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  double read = 0;
+  std::from_chars(text.data(), end, read);
+  return read;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "exporters/Study.h"
+
+// Results for programs and papers. Numbers and bytes never depend on the locale: the same study
+// gives the same bytes.
+namespace poweranalysis {
+
+enum class ExportFormat { Text, Json, Csv, Markdown, Html };
+
+// By name in lower case ("json"); nothing when there is none.
+std::optional<ExportFormat> FindExportFormat(std::string_view name);
+// "text, json, csv, markdown, html"
+std::string ExportFormatNames();
+
+// How plain text is laid out.
+struct TextStyle {
+  int columns = 80;                 // the report wraps to it
+  bool emphasis = false;            // headings in bold, for terminals
+  std::vector<std::string> charts;  // names of the charts to draw in characters, in this order
+};
+
+// The table with its columns aligned at the decimal point, the report wrapped, then the charts.
+std::string ExportText(const Study& study, const TextStyle& style = {});
+
+// Version 1 of the contract in docs/json.md, with a line feed at its end.
+std::string ExportJson(const Study& study);
+
+// The table with all digits, and each chart's points as a further block after an empty line (RFC
+// 4180 quoting, line feeds).
+std::string ExportCsv(const Study& study);
+
+std::string ExportMarkdown(const Study& study);
+
+// A document of its own, with the charts drawn in it.
+std::string ExportHtml(const Study& study);
+
+std::string Export(const Study& study, ExportFormat format, const TextStyle& style = {});
+
+// --- The fields of a family, for `describe`.
+
+struct FieldDescription {
+  std::string field;
+  std::string option;
+  std::string type;      // "i16", "i32" or "f64"
+  bool checked = false;  // has a range
+  double lower = 0;
+  double upper = 0;
+  std::string range;    // in words
+  double standard = 0;  // built-in value
+  std::string label;
+  std::string meaning;
+  struct Choice {
+    std::string name;
+    int value;
+  };
+  std::vector<Choice> choices;
+};
+
+struct FamilyDescription {
+  std::string family;
+  std::string name;  // for commands: "two-means"
+  std::string title;
+  std::string help;
+  std::vector<FieldDescription> fields;
+};
+
+std::string DescribeJson(const FamilyDescription& family);
+
+// --- Shared by the exporters.
+
+// Characters of a UTF-8 text.
+std::size_t TextLength(std::string_view utf8);
+
+// The data of a chart are single precision. This is the double of the shortest decimal number that
+// reads back as the single: 0.3 and not 0.30000001192092896, digits that the plot never knew.
+double ShortestDouble(float value);
+
+}  // namespace poweranalysis

@@ -1,0 +1,114 @@
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "exporters/Exporters.h"
+#include "host/NumberText.h"
+#include "host/SvgPainter.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr const char* kStyle =
+    "body { font: 1rem/1.5 sans-serif; max-width: 50rem; margin: 2rem auto; padding: 0 1rem; }\n"
+    "table { border-collapse: collapse; }\n"
+    "caption { font-weight: bold; text-align: left; padding-bottom: .5rem; }\n"
+    "th, td { padding: .15rem 1rem .15rem 0; border-bottom: 1px solid #ddd; }\n"
+    "tbody th { font-weight: normal; text-align: left; }\n"
+    "thead th, td { text-align: right; font-variant-numeric: tabular-nums; }\n"
+    "svg { max-width: 100%; height: auto; }\n";
+
+std::string Escaped(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      case '\r':
+        break;
+      default:
+        escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::string Joined(const std::vector<std::string>& lines, const char* separator) {
+  std::string text;
+  for (const std::string& line : lines) {
+    text += (text.empty() ? "" : separator) + Escaped(line);
+  }
+  return text;
+}
+
+// The cell shows six digits and carries all of them for programs.
+std::string Cell(double value) {
+  if (IsMissing(value) || !std::isfinite(value)) {
+    return "<td></td>";
+  }
+  return fmt::format("<td data-value=\"{}\">{}</td>", FormatShortest(value), FormatCell(value));
+}
+
+void WriteTable(const SummaryTable& table, std::string& text) {
+  text += fmt::format("<table>\n<caption>{}</caption>\n<thead><tr><th></th>",
+                      Joined(table.headings, "<br>"));
+  for (const std::string& column : table.columns) {
+    text += fmt::format("<th scope=\"col\">{}</th>", Escaped(column));
+  }
+  text += "</tr></thead>\n<tbody>\n";
+  for (const TableRow& row : table.rows) {
+    text += "<tr><th scope=\"row\"";
+    if (row.indent > 0) {
+      text += fmt::format(" style=\"padding-left: {}ch\"", row.indent);
+    }
+    text += fmt::format(">{}</th>", Escaped(ShownTitle(row)));
+    for (const double value : row.values) {
+      text += Cell(value);
+    }
+    text += "</tr>\n";
+  }
+  text += "</tbody>\n</table>\n";
+}
+
+// Without the declaration that only a file of its own may begin with.
+std::string InlineSvg(const Chart& chart) {
+  const std::string svg = PaintSvg(LayOutChart(chart));
+  const std::size_t start = svg.find("<svg");
+  return start == std::string::npos ? std::string() : svg.substr(start);
+}
+
+}  // namespace
+
+std::string ExportHtml(const Study& study) {
+  const SummaryTable* table = SummaryOf(study);
+  const std::string title = table != nullptr ? Joined(table->headings, ", ") : study.family;
+  std::string text =
+      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" + title +
+      "</title>\n<style>\n" + kStyle + "</style>\n</head>\n<body>\n";
+  if (table != nullptr) {
+    WriteTable(*table, text);
+  }
+  for (const std::string& paragraph : ParagraphsOf(study)) {
+    text += fmt::format("<p>{}</p>\n", Escaped(paragraph));
+  }
+  for (const Chart* chart : ChartsOf(study)) {
+    text += fmt::format("<figure>\n{}</figure>\n", InlineSvg(*chart));
+  }
+  for (const Message& message : study.messages) {
+    text += fmt::format("<p role=\"alert\">{}</p>\n", Escaped(message.text));
+  }
+  return text + "</body>\n</html>\n";
+}
+
+}  // namespace poweranalysis

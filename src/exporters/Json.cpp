@@ -1,0 +1,178 @@
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "exporters/Exporters.h"
+#include "host/ChartLayout.h"
+#include "host/NumberText.h"
+
+// The one source that knows the JSON library.
+namespace poweranalysis {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kSchema = 1;
+
+// A missing value is null, as is whatever else JSON has no number for.
+Json NumberOrNull(double value) {
+  return IsMissing(value) || !std::isfinite(value) ? Json() : Json(value);
+}
+
+Json PointsJson(const std::vector<float>& points) {
+  Json array = Json::array();
+  for (const float point : points) {
+    const bool good = point != FailedPoint && std::isfinite(point);
+    array.push_back(good ? Json(ShortestDouble(point)) : Json());
+  }
+  return array;
+}
+
+Json RowJson(const TableRow& row) {
+  Json json = {{"title", ShownTitle(row)}, {"indent", row.indent}};
+  if (row.values.size() > 1) {
+    json["values"] = Json::array();
+    for (const double value : row.values) {
+      json["values"].push_back(NumberOrNull(value));
+    }
+  } else {
+    json["value"] = row.values.empty() ? Json() : NumberOrNull(row.values.front());
+  }
+  return json;
+}
+
+Json ChartJson(const Chart& chart) {
+  return {{"name", chart.name},
+          {"kind", chart.kind},
+          {"titles", chart.titles},
+          {"xLabel", chart.xLabel},
+          {"yLabel", chart.yLabel},
+          {"x", PointsJson(chart.x)},
+          {"y", PointsJson(chart.y)},
+          {"axes",
+           {{"xMin", ShortestDouble(chart.xAxis.min)},
+            {"xMax", ShortestDouble(chart.xAxis.max)},
+            {"xStep", ShortestDouble(chart.xAxis.step)},
+            {"yMin", ShortestDouble(chart.yAxis.min)},
+            {"yMax", ShortestDouble(chart.yAxis.max)},
+            {"yStep", ShortestDouble(chart.yAxis.step)}}}};
+}
+
+// --- Writing. The library's own writer gives doubles digits that read back, but not always the
+// fewest, and 64 as 64.0.
+
+bool IsFlat(const Json& json) {
+  constexpr std::size_t kFewMembers = 6;
+  const auto plain = [](const Json& member) { return !member.is_structured(); };
+  return std::all_of(json.begin(), json.end(), plain) &&
+         (json.is_array() ? json.empty() || json.front().is_number() || json.front().is_null()
+                          : json.size() <= kFewMembers);
+}
+
+std::string ScalarText(const Json& json) {
+  if (json.is_number_float()) {
+    return FormatShortest(json.get<double>());
+  }
+  constexpr int kCompact = -1;
+  // Texts of files and paths may hold bytes that are no UTF-8: JSON cannot.
+  return json.dump(kCompact, ' ', false, Json::error_handler_t::replace);
+}
+
+void Write(const Json& json, int depth, std::string& text) {
+  if (!json.is_structured()) {
+    text += ScalarText(json);
+    return;
+  }
+  constexpr int kIndent = 2;
+  const bool flat = IsFlat(json);
+  const auto breakLine = [&text, flat](int level) {
+    if (!flat) {
+      text += '\n';
+      text.append(static_cast<std::size_t>(level * kIndent), ' ');
+    }
+  };
+  text += json.is_array() ? '[' : '{';
+  bool first = true;
+  for (auto member = json.begin(); member != json.end(); ++member) {
+    text += first ? "" : (flat ? ", " : ",");
+    first = false;
+    breakLine(depth + 1);
+    if (json.is_object()) {
+      text += ScalarText(member.key()) + ": ";
+    }
+    Write(*member, depth + 1, text);
+  }
+  breakLine(depth);
+  text += json.is_array() ? ']' : '}';
+}
+
+std::string Written(const Json& json) {
+  std::string text;
+  Write(json, 0, text);
+  return text + "\n";
+}
+
+void AddTable(const SummaryTable* table, Json& json) {
+  const std::vector<std::string> none;
+  json["headings"] = table == nullptr ? none : table->headings;
+  json["columns"] = table == nullptr ? none : table->columns;
+  json["rows"] = Json::array();
+  if (table != nullptr) {
+    for (const TableRow& row : table->rows) {
+      json["rows"].push_back(RowJson(row));
+    }
+  }
+}
+
+}  // namespace
+
+std::string ExportJson(const Study& study) {
+  Json json = {
+      {"schema", kSchema}, {"family", study.family}, {"mode", study.mode}, {"code", study.code}};
+  AddTable(SummaryOf(study), json);
+  json["report"] = ParagraphsOf(study);
+  json["messages"] = Json::array();
+  for (const Message& message : study.messages) {
+    json["messages"].push_back(
+        {{"id", message.id}, {"text", message.text}, {"count", message.count}});
+  }
+  json["charts"] = Json::array();
+  for (const Chart* chart : ChartsOf(study)) {
+    json["charts"].push_back(ChartJson(*chart));
+  }
+  json["status"] = study.status;
+  return Written(json);
+}
+
+namespace {
+
+Json FieldJson(const FieldDescription& field) {
+  Json json = {{"field", field.field}, {"option", field.option}, {"type", field.type}};
+  if (field.checked) {
+    json["range"] = {{"lower", field.lower}, {"upper", field.upper}, {"text", field.range}};
+  } else {
+    json["range"] = nullptr;
+  }
+  json["default"] = field.standard;
+  json["label"] = field.label;
+  json["meaning"] = field.meaning;
+  json["choices"] = Json::object();
+  for (const auto& choice : field.choices) {
+    json["choices"][choice.name] = choice.value;
+  }
+  return json;
+}
+
+}  // namespace
+
+std::string DescribeJson(const FamilyDescription& family) {
+  Json json = {{"schema", kSchema},     {"family", family.family}, {"name", family.name},
+               {"title", family.title}, {"help", family.help},     {"fields", Json::array()}};
+  for (const FieldDescription& field : family.fields) {
+    json["fields"].push_back(FieldJson(field));
+  }
+  return Written(json);
+}
+
+}  // namespace poweranalysis

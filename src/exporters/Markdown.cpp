@@ -1,0 +1,81 @@
+#include <fmt/format.h>
+
+#include "exporters/Exporters.h"
+#include "host/ChartLayout.h"
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// The characters that Markdown would take as marks, behind a backslash; a line break becomes a
+// blank.
+std::string Escaped(const std::string& text) {
+  constexpr std::string_view kMarks = "\\`*_{}[]<>#|~";
+  std::string escaped;
+  for (const char c : text) {
+    if (kMarks.find(c) != std::string_view::npos) {
+      escaped += '\\';
+    }
+    escaped += c == '\n' || c == '\r' ? ' ' : c;
+  }
+  return escaped;
+}
+
+void WriteTable(const SummaryTable& table, std::string& text) {
+  const char* format = "## {}\n\n";
+  for (const std::string& heading : table.headings) {
+    text += fmt::format(fmt::runtime(format), Escaped(heading));
+    format = "{}  \n";
+  }
+  text += "\n|   |";
+  for (const std::string& column : table.columns) {
+    text += fmt::format(" {} |", Escaped(column));
+  }
+  text += "\n|:--|";
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    text += "--:|";
+  }
+  text += "\n";
+  for (const TableRow& row : table.rows) {
+    text += "| ";
+    for (int i = 0; i < row.indent; ++i) {
+      text += "&nbsp;";
+    }
+    text += Escaped(ShownTitle(row)) + " |";
+    for (const double value : row.values) {
+      text += fmt::format(" {} |", FormatCell(value));
+    }
+    text += "\n";
+  }
+}
+
+void WriteChart(const Chart& chart, std::string& text) {
+  text += fmt::format("\n### {}\n\n| {} | {} |\n|--:|--:|\n", Escaped(chart.titles.back()),
+                      Escaped(chart.xLabel), Escaped(chart.yLabel));
+  for (std::size_t i = 0; i < chart.x.size() && i < chart.y.size(); ++i) {
+    text += fmt::format("| {} | {} |\n", FormatCell(ShortestDouble(chart.x[i])),
+                        chart.y[i] == FailedPoint ? "" : FormatCell(ShortestDouble(chart.y[i])));
+  }
+}
+
+}  // namespace
+
+std::string ExportMarkdown(const Study& study) {
+  std::string text;
+  if (const SummaryTable* table = SummaryOf(study)) {
+    WriteTable(*table, text);
+  }
+  for (const std::string& paragraph : ParagraphsOf(study)) {
+    text += fmt::format("\n{}\n", Escaped(paragraph));
+  }
+  for (const Chart* chart : ChartsOf(study)) {
+    WriteChart(*chart, text);
+  }
+  for (const Message& message : study.messages) {
+    text += fmt::format("{}> {}\n", text.empty() ? "" : "\n", Escaped(message.text));
+  }
+  return text;
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,80 @@
+#include "exporters/Study.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// The title of a separator row.
+constexpr const char* kSeparator = "\x01";
+constexpr const char* kBlanks = " \t\r\n";
+
+std::string Trimmed(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  return first == std::string::npos
+             ? std::string()
+             : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+void AddParagraph(std::vector<std::string>& paragraphs, std::string& open) {
+  if (std::string text = Trimmed(open); !text.empty()) {
+    paragraphs.push_back(std::move(text));
+  }
+  open.clear();
+}
+
+void Flow(const std::string& text, std::vector<std::string>& paragraphs, std::string& open) {
+  for (const char c : text) {
+    if (c == '\n') {
+      AddParagraph(paragraphs, open);
+    } else if (c != '\r') {
+      open += c;
+    }
+  }
+}
+
+}  // namespace
+
+const SummaryTable* SummaryOf(const Study& study) {
+  for (const WorkbookItem& item : study.workbook.items) {
+    if (const auto* table = std::get_if<SummaryTable>(&item)) {
+      return table;
+    }
+  }
+  return nullptr;
+}
+
+std::vector<const Chart*> ChartsOf(const Study& study) {
+  std::vector<const Chart*> charts;
+  for (const WorkbookItem& item : study.workbook.items) {
+    if (const auto* chart = std::get_if<Chart>(&item)) {
+      charts.push_back(chart);
+    }
+  }
+  return charts;
+}
+
+std::vector<std::string> ParagraphsOf(const Study& study) {
+  std::vector<std::string> paragraphs;
+  for (const WorkbookItem& item : study.workbook.items) {
+    if (const auto* report = std::get_if<Report>(&item)) {
+      std::string open;
+      for (const std::string& text : report->paragraphs) {
+        Flow(text, paragraphs, open);
+      }
+      AddParagraph(paragraphs, open);
+    }
+  }
+  return paragraphs;
+}
+
+std::string ShownTitle(const TableRow& row) {
+  return row.title == kSeparator ? std::string() : row.title;
+}
+
+bool HasAnswer(const Study& study) {
+  const SummaryTable* table = SummaryOf(study);
+  return table != nullptr && !table->rows.empty() && !table->rows.back().values.empty() &&
+         !IsMissing(table->rows.back().values.front());
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/Workbook.h"
+
+namespace poweranalysis {
+
+// One calculation with everything that came out of it: what every face exports.
+struct Study {
+  std::string family;  // its code: "T2"
+  std::string mode;    // "power" or "size"
+  int code = 0;        // of the summary table, also when there is none
+  Workbook workbook;
+  std::vector<Message> messages;
+  int status = 0;  // as the exit status of the command line: 0 is an answer
+};
+
+// The summary table, or null when the calculation sent none.
+const SummaryTable* SummaryOf(const Study& study);
+std::vector<const Chart*> ChartsOf(const Study& study);
+
+// The report as it reads: a text that begins with a line break opens a paragraph, any other goes on
+// with the one before it. No blanks stand at the ends.
+std::vector<std::string> ParagraphsOf(const Study& study);
+
+// The title of a row as it shows: a separator row has none.
+std::string ShownTitle(const TableRow& row);
+
+// Whether the table holds what was asked for. The last row of every summary table is the answer.
+bool HasAnswer(const Study& study);
+
+}  // namespace poweranalysis

@@ -1,0 +1,133 @@
+#include <algorithm>
+
+#include "exporters/Exporters.h"
+#include "host/NumberText.h"
+#include "host/TerminalPainter.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr const char* kBold = "\x1b[1m";
+constexpr const char* kPlain = "\x1b[0m";
+
+// A number's text in two parts, so that a column lines up at the decimal point.
+struct AlignedNumber {
+  std::string whole;
+  std::string rest;
+};
+
+AlignedNumber SplitAtPoint(const std::string& text) {
+  const std::size_t point = std::min(text.find_first_of(".e"), text.size());
+  return {text.substr(0, point), text.substr(point)};
+}
+
+struct Column {
+  std::vector<AlignedNumber> cells;
+  std::size_t whole = 0;
+  std::size_t rest = 0;
+
+  std::size_t width() const { return whole + rest; }
+};
+
+Column MakeColumn(const SummaryTable& table, std::size_t index) {
+  Column column;
+  for (const TableRow& row : table.rows) {
+    const std::string text = index < row.values.size() ? FormatCell(row.values[index]) : "";
+    column.cells.push_back(SplitAtPoint(text));
+    column.whole = std::max(column.whole, column.cells.back().whole.size());
+    column.rest = std::max(column.rest, column.cells.back().rest.size());
+  }
+  if (index < table.columns.size()) {
+    const std::size_t title = TextLength(table.columns[index]);
+    column.whole += title > column.width() ? title - column.width() : 0;
+  }
+  return column;
+}
+
+std::string Blanks(std::size_t count) { return std::string(count, ' '); }
+
+void EndLine(std::string& text, std::string line) {
+  line.erase(line.find_last_not_of(' ') + 1);
+  text += line + "\n";
+}
+
+void WriteHeadings(const SummaryTable& table, bool emphasis, std::string& text) {
+  for (const std::string& heading : table.headings) {
+    text += emphasis ? kBold + heading + kPlain + "\n" : heading + "\n";
+  }
+  text += "\n";
+}
+
+void WriteRows(const SummaryTable& table, std::string& text) {
+  constexpr std::size_t kGap = 2;
+  std::size_t titles = 0;
+  for (const TableRow& row : table.rows) {
+    titles = std::max(titles, TextLength(ShownTitle(row)) + static_cast<std::size_t>(row.indent));
+  }
+  std::vector<Column> columns;
+  std::string line = Blanks(titles);
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    columns.push_back(MakeColumn(table, i));
+    line += Blanks(kGap + columns[i].width() - TextLength(table.columns[i])) + table.columns[i];
+  }
+  EndLine(text, line);
+  for (std::size_t r = 0; r < table.rows.size(); ++r) {
+    const TableRow& row = table.rows[r];
+    line = Blanks(static_cast<std::size_t>(row.indent)) + ShownTitle(row);
+    line += Blanks(titles - TextLength(line));
+    for (const Column& column : columns) {
+      const AlignedNumber& cell = column.cells[r];
+      line += Blanks(kGap + column.whole - cell.whole.size()) + cell.whole + cell.rest +
+              Blanks(column.rest - cell.rest.size());
+    }
+    EndLine(text, line);
+  }
+}
+
+// Breaks a paragraph at its blanks; a word longer than a line stands alone.
+void WriteWrapped(const std::string& paragraph, std::size_t columns, std::string& text) {
+  std::string line;
+  std::size_t position = 0;
+  while (position < paragraph.size()) {
+    const std::size_t end = std::min(paragraph.find(' ', position), paragraph.size());
+    const std::string word = paragraph.substr(position, end - position);
+    position = end + 1;
+    if (word.empty()) {
+      continue;
+    }
+    if (!line.empty() && TextLength(line) + 1 + TextLength(word) > columns) {
+      text += line + "\n";
+      line.clear();
+    }
+    line += (line.empty() ? "" : " ") + word;
+  }
+  text += line + "\n";
+}
+
+}  // namespace
+
+std::string ExportText(const Study& study, const TextStyle& style) {
+  constexpr int kNarrowest = 20;
+  std::string text;
+  if (const SummaryTable* table = SummaryOf(study)) {
+    WriteHeadings(*table, style.emphasis, text);
+    WriteRows(*table, text);
+  }
+  const auto columns = static_cast<std::size_t>(std::max(style.columns, kNarrowest));
+  for (const std::string& paragraph : ParagraphsOf(study)) {
+    text += text.empty() ? "" : "\n";
+    WriteWrapped(paragraph, columns, text);
+  }
+  for (const std::string& name : style.charts) {
+    for (const Chart* chart : ChartsOf(study)) {
+      if (chart->name == name) {
+        text += text.empty() ? "" : "\n";
+        text += PaintTerminal(*chart, {static_cast<int>(columns), TerminalSize{}.rows});
+      }
+    }
+  }
+  return text;
+}
+
+}  // namespace poweranalysis

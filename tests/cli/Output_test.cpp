@@ -1,0 +1,247 @@
+#include <pty.h>
+
+#include <chrono>
+#include <thread>
+
+#include "cli/Program.h"
+
+namespace poweranalysis {
+
+namespace {
+
+class Output : public Program {
+ protected:
+  // Runs with standard output on a file or device.
+  Result RunInto(const std::string& path, const Arguments& arguments) {
+    const int out = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    EXPECT_GE(out, 0);
+    Result result = RunOn(out, arguments);
+    ::close(out);
+    return result;
+  }
+
+  // Runs with standard output on a descriptor (-1: closed); standard error goes to a file.
+  Result RunOn(int out, const Arguments& arguments) {
+    const int err = ::open(At("err").c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const pid_t child = Start(arguments, out, err);
+    Result result;
+    result.status = Wait(child);
+    ::close(err);
+    result.err = Read("err");
+    return result;
+  }
+
+  // Runs with standard output and standard error on a terminal of 60 columns.
+  std::string RunOnTerminal(const Arguments& arguments) {
+    int master = -1;
+    int slave = -1;
+    winsize size{24, 60, 0, 0};
+    EXPECT_EQ(0, ::openpty(&master, &slave, nullptr, nullptr, &size));
+    const pid_t child = Start(arguments, slave, slave);
+    ::close(slave);
+    std::string text;
+    std::array<char, 4096> buffer{};
+    ssize_t count = 0;
+    while ((count = ::read(master, buffer.data(), buffer.size())) > 0) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    ::close(master);
+    EXPECT_EQ(0, Wait(child));
+    return text;
+  }
+};
+
+TEST_F(Output, WritesTheSameBytesToAFileAsToStandardOutput) {
+  const std::string expected = Run({"size", "t2"}).out;
+  const Result result = Run({"size", "t2", "-o", "result.txt"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("", result.out);
+  EXPECT_EQ("", result.err);
+  EXPECT_EQ(expected, Read("result.txt"));
+  EXPECT_EQ(expected, Run({"size", "t2", "--output", "-"}).out);
+}
+
+TEST_F(Output, ReplacesAFileAndKeepsItsPermissions) {
+  Write("result.txt", "old");
+  ::chmod(At("result.txt").c_str(), 0640);
+  EXPECT_EQ(0, Run({"size", "t2", "-o", At("result.txt")}).status);
+  EXPECT_EQ(Run({"size", "t2"}).out, Read("result.txt"));
+  struct stat status {};
+  ASSERT_EQ(0, ::stat(At("result.txt").c_str(), &status));
+  EXPECT_EQ(0640U, status.st_mode & 0777U);
+}
+
+TEST_F(Output, WritesThroughASymbolicLink) {
+  Write("real.txt", "old");
+  ASSERT_EQ(0, ::symlink(At("real.txt").c_str(), At("link.txt").c_str()));
+  EXPECT_EQ(0, Run({"size", "t2", "-o", "link.txt"}).status);
+  EXPECT_TRUE(std::filesystem::is_symlink(At("link.txt")));
+  EXPECT_EQ(Run({"size", "t2"}).out, Read("real.txt"));
+}
+
+TEST_F(Output, LeavesNothingBehindInAFolderItCannotWriteTo) {
+  const Result result = Run({"size", "t2", "-o", "nowhere/result.txt"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(Has(result.err, "cannot write 'nowhere/result.txt': No such file or directory"))
+      << result.err;
+  EXPECT_FALSE(Exists("nowhere"));
+  Write("file", "mine");
+  EXPECT_EQ(1, Run({"size", "t2", "-o", "file/result.txt"}).status);
+  EXPECT_EQ("mine", Read("file"));
+  EXPECT_EQ(1, Run({"size", "t2", "-o", "."}).status);
+}
+
+TEST_F(Output, ARefusalLeavesTheOldFileAlone) {
+  Write("result.txt", "old");
+  EXPECT_EQ(1, Run({"size", "t2", "--alpha", "0.5", "-o", "result.txt"}).status);
+  EXPECT_EQ("old", Read("result.txt"));
+  // But for JSON, which tells of the refusal.
+  EXPECT_EQ(1,
+            Run({"size", "t2", "--alpha", "0.5", "--format", "json", "-o", "result.txt"}).status);
+  EXPECT_EQ(1, nlohmann::json::parse(Read("result.txt"))["status"]);
+}
+
+TEST_F(Output, AFullDeviceIsAnError) {
+  const Result file = Run({"size", "t2", "-o", "/dev/full"});
+  EXPECT_EQ(1, file.status);
+  EXPECT_TRUE(Has(file.err, "No space left on device")) << file.err;
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+  const Result standard = RunInto("/dev/full", {"size", "t2"});
+  EXPECT_EQ(1, standard.status);
+  EXPECT_TRUE(Has(standard.err, "No space left on device")) << standard.err;
+  EXPECT_EQ(1, RunInto("/dev/full", {"list"}).status);
+}
+
+TEST_F(Output, AClosedPipeEndsWithAWordAndNoSignal) {
+  std::array<int, 2> pipe{};
+  ASSERT_EQ(0, ::pipe2(pipe.data(), O_CLOEXEC));
+  ::close(pipe[0]);
+  const Result result = RunOn(pipe[1], {"size", "t2"});
+  ::close(pipe[1]);
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("poweranalysis: cannot write the output: the reader closed the pipe\n", result.err);
+}
+
+TEST_F(Output, AClosedStandardOutputIsAnErrorAndNoFileTakesItsPlace) {
+  Write("settings.ini", "");
+  const Result result = RunOn(-1, {"size", "t2", "--save-settings", "settings.ini"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(Has(result.err, "cannot write the output")) << result.err;
+  EXPECT_FALSE(Has(Read("settings.ini"), "Required N"));
+}
+
+TEST_F(Output, WrapsToTheTerminalAndPrintsHeadingsInBold) {
+  const std::string text = RunOnTerminal({"size", "t2"});
+  EXPECT_TRUE(Has(text, "\x1b[1mSample Size Calculation\x1b[0m\r\n")) << text;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find("\r\n", start), text.size());
+    const std::string line = text.substr(start, end - start);
+    EXPECT_LE(line.size(), Has(line, "\x1b") ? 68U : 60U) << line;
+    start = end + 2;
+  }
+}
+
+TEST_F(Output, HonoursNoColorAndDumbTerminals) {
+  environment_["NO_COLOR"] = "1";
+  EXPECT_FALSE(Has(RunOnTerminal({"size", "t2"}), "\x1b"));
+  environment_.erase("NO_COLOR");
+  environment_["TERM"] = "dumb";
+  EXPECT_FALSE(Has(RunOnTerminal({"size", "t2"}), "\x1b"));
+  // A pipe never sees a control sequence.
+  environment_["TERM"] = "xterm";
+  EXPECT_FALSE(Has(Run({"size", "t2"}).out, "\x1b"));
+  EXPECT_FALSE(Has(Run({"size", "t2", "--alpha", "x"}).err, "\x1b"));
+}
+
+TEST_F(Output, CsvHoldsTableAndPoints) {
+  const Result result = Run({"power", "t1", "--mu", "5", "--n-start", "10", "--n-end", "50",
+                             "--n-interval", "4", "--chart", "power-vs-n", "--format", "csv"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(0U, result.out.find("Title,Value\nNull Hypothesized Mean (Mu0),0\n")) << result.out;
+  EXPECT_TRUE(Has(result.out, "\n\nGroup Sample Size (N),Power\n10,")) << result.out;
+}
+
+TEST_F(Output, MarkdownAndHtmlHoldTableReportAndCharts) {
+  const Arguments arguments = {"size", "t2", "--chart", "n-vs-es", "--format"};
+  const auto with = [&arguments](const char* format) {
+    Arguments all = arguments;
+    all.emplace_back(format);
+    return all;
+  };
+  const std::string markdown = Run(with("markdown")).out;
+  EXPECT_TRUE(Has(markdown, "| Required N (per group) | 527 |")) << markdown;
+  EXPECT_TRUE(Has(markdown, "the actual power is 90.04%."));
+  EXPECT_TRUE(Has(markdown, "### N vs. Es"));
+  const std::string html = Run(with("html")).out;
+  EXPECT_TRUE(Has(html, "<td data-value=\"527\">527</td>")) << html;
+  EXPECT_TRUE(Has(html, "<svg "));
+}
+
+// --- Long work.
+
+// Five curves of a hundred points at very large sizes.
+const std::vector<std::string> kLongWork = {"power",
+                                            "t2",
+                                            "--mu1",
+                                            "0.1",
+                                            "--sample-size-n1",
+                                            "150000",
+                                            "--sample-size-n2",
+                                            "150000",
+                                            "--n-start",
+                                            "140000",
+                                            "--n-end",
+                                            "150000",
+                                            "--n-interval",
+                                            "100",
+                                            "--chart",
+                                            "all=charts"};
+
+TEST_F(Output, AnInterruptCancelsAndLeavesNothingHalfWritten) {
+  Write("result.json", "old");
+  Arguments arguments = kLongWork;
+  arguments.insert(arguments.end(), {"-o", "result.json", "--format", "json"});
+  const int err = ::open(At("err").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const pid_t child = Start(arguments, err, err);
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  ASSERT_EQ(0, ::kill(child, SIGINT));
+  EXPECT_EQ(130, Wait(child));
+  ::close(err);
+  EXPECT_EQ("Calculation cancelled at user request.\n", Read("err"));
+  EXPECT_EQ("old", Read("result.json"));
+  EXPECT_FALSE(Exists("charts"));
+  EXPECT_EQ(2U, FilesIn(".").size());  // the result and the words, no temporary file
+}
+
+TEST_F(Output, ACancelledRunIsValidJsonOnStandardOutput) {
+  Arguments arguments = kLongWork;
+  arguments.insert(arguments.end(), {"--format", "json"});
+  const int out = ::open(At("out").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const int err = ::open(At("err").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const pid_t child = Start(arguments, out, err);
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  ASSERT_EQ(0, ::kill(child, SIGINT));
+  EXPECT_EQ(130, Wait(child));
+  ::close(out);
+  ::close(err);
+  const auto json = nlohmann::json::parse(Read("out"), nullptr, false);
+  ASSERT_FALSE(json.is_discarded());
+  EXPECT_EQ(130, json["status"]);
+  ASSERT_EQ(1U, json["messages"].size());
+  EXPECT_EQ(12865, json["messages"][0]["id"]);
+}
+
+TEST_F(Output, LongWorkShowsABarOnATerminalAndWipesIt) {
+  // One curve is long enough.
+  Arguments arguments = kLongWork;
+  arguments.back() = "power-vs-n=chart.svg";
+  const std::string text = RunOnTerminal(arguments);
+  EXPECT_TRUE(Has(text, "\rComputing Plot Data [")) << text;
+  EXPECT_TRUE(Has(text, "#")) << text;
+  EXPECT_TRUE(Has(text, "\r\x1b[K")) << text;
+}
+
+}  // namespace
+
+}  // namespace poweranalysis
