@@ -102,9 +102,10 @@ def tolerance_normal_cdf(z, p):
         return mp.mpf("1e-15") / p if z > 0 else mp.mpf("5.1e-16") / p
     if magnitude > 4:
         # The fitted tail.
-        relative = mp.mpf("3e-2") if magnitude > 7 else mp.mpf("3e-3")
+        relative = mp.mpf("3e-2") if magnitude > 7 else mp.mpf("4e-3")
         return relative if z < 0 else relative * normal_cdf(-magnitude) / p + mp.mpf("1e-15")
-    return mp.mpf("3e-10") / p
+    # Algorithm 209 is good to 1e-9.
+    return mp.mpf("1.1e-9") / p
 
 
 def normal_rows():
@@ -173,7 +174,7 @@ def t_tolerance(t, n, delta):
     left_out = mp.mpf("2e-7") if exponent >= mp.mpf("12.5") else mp.mpf(0)
     b = delta * mp.sqrt(n / (n + t * t))
     fitted = sum(
-        (mp.mpf("3e-3") * normal_cdf(-abs(z)) for z in (delta, b, b * t / mp.sqrt(n)) if abs(z) > 4),
+        (mp.mpf("4e-3") * normal_cdf(-abs(z)) for z in (delta, b, b * t / mp.sqrt(n)) if abs(z) > 4),
         mp.mpf(0),
     )
     return (mp.mpf("2e-9") + fitted) * min(growth, mp.mpf("1e3")) + left_out
