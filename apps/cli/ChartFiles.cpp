@@ -69,13 +69,17 @@ void WriteFolder(const Study& study, const std::string& folder, std::vector<std:
 
 }  // namespace
 
+std::string ChartExtensions() {
+  std::string extensions;
+  for (const PictureFormat& format : kFormats) {
+    extensions += (extensions.empty() ? "" : ", ") + std::string(format.extension);
+  }
+  return extensions;
+}
+
 void CheckChartFile(const std::string& file) {
   if (FormatOf(file) == nullptr) {
-    std::string extensions;
-    for (const PictureFormat& format : kFormats) {
-      extensions += (extensions.empty() ? "" : ", ") + std::string(format.extension);
-    }
-    throw UsageError(fmt::format("--chart: '{}' must end in one of {}", file, extensions));
+    throw UsageError(fmt::format("--chart: '{}' must end in one of {}", file, ChartExtensions()));
   }
 }
 

@@ -45,7 +45,7 @@ constexpr std::array<SubCommand, 4> kSubCommands = {{
 struct GeneralOption {
   const char* names;
   const char* value;  // how help names the value; null: a flag
-  const char* help;
+  const char* help;   // "{}" stands for the extensions of chart files
 };
 
 constexpr std::array<GeneralOption, 8> kGeneralOptions = {{
@@ -56,8 +56,9 @@ constexpr std::array<GeneralOption, 8> kGeneralOptions = {{
     {"--format", "NAME", "text (default), json, csv, markdown or html"},
     {"-o,--output", "FILE", "Write to a file instead of standard output"},
     {"--chart", "NAME[=FILE]",
-     "Draw a chart: to a file (.svg, .png, .pdf), or without one into the output; all=FOLDER draws "
-     "every chart; may be repeated"},
+     "Draw a chart: to a file ({}), or without one into the output; all=FOLDER draws every chart; "
+     "may "
+     "be repeated"},
     {"--config", "FOLDER", "Folder of the default settings, in place of the user's own"},
 }};
 
@@ -230,7 +231,8 @@ void FamilyParser::AddGeneralOptions() {
   for (const GeneralOption& row : kGeneralOptions) {
     CLI::Option* option = row.value == nullptr ? app_.add_flag(row.names) : AddOption(row.names);
     if (withHelp_) {
-      option->description(HelpLines(row.help))->group("General");
+      option->description(HelpLines(fmt::format(fmt::runtime(row.help), ChartExtensions())))
+          ->group("General");
       if (row.value != nullptr) {
         option->option_text(row.value);
       }

@@ -77,7 +77,7 @@ std::string Replace(const std::string& path, mode_t mode, std::string_view bytes
   const bool good = WriteAll(file.number(), bytes) && ::fchmod(file.number(), mode) == 0 &&
                     ::fsync(file.number()) == 0 && file.Close() &&
                     ::rename(temporary.c_str(), path.c_str()) == 0;
-  const std::string reason = good ? std::string() : Reason();
+  std::string reason = good ? std::string() : Reason();
   if (!good) {
     ::unlink(temporary.c_str());
   }

@@ -32,6 +32,13 @@ std::vector<ControlSpec> ControlsOf(const DialogSpec& spec) {
   return controls;
 }
 
+std::vector<std::string> NamesOf(const std::vector<ControlSpec>& controls) {
+  std::vector<std::string> names(controls.size());
+  std::transform(controls.begin(), controls.end(), names.begin(),
+                 [](const ControlSpec& control) { return control.name; });
+  return names;
+}
+
 bool IsChartButton(const ControlSpec& control) {
   return control.kind == ControlKind::Button && control.name.find("-vs-") != std::string::npos;
 }
@@ -246,10 +253,7 @@ bool TaskRun::Save() {
 
 std::vector<ControlSpec> TaskRun::WantedCharts() const {
   const std::vector<ControlSpec> buttons = script_.ChartButtons();
-  std::vector<std::string> names;
-  for (const ControlSpec& button : buttons) {
-    names.push_back(button.name);
-  }
+  std::vector<std::string> names = NamesOf(buttons);
   const auto wants = [this](const std::string& name) {
     return std::any_of(request_.charts.begin(), request_.charts.end(), [&](const ChartWish& wish) {
       return wish.name == name || wish.name == AllCharts;
@@ -365,19 +369,10 @@ TaskDialogs LookAtDialogs(int mode, int row) {
   if (!script.OpenParameters()) {
     return dialogs;
   }
-  const auto names = [&host] {
-    std::vector<std::string> shown;
-    for (const ControlSpec& control : ControlsOf(host.form()->spec())) {
-      shown.push_back(control.name);
-    }
-    return shown;
-  };
-  dialogs.parameters = names();
+  dialogs.parameters = NamesOf(ControlsOf(host.form()->spec()));
   script.Press(kAccept);
-  dialogs.ranges = names();
-  for (const ControlSpec& button : script.ChartButtons()) {
-    dialogs.charts.push_back(button.name);
-  }
+  dialogs.ranges = NamesOf(ControlsOf(host.form()->spec()));
+  dialogs.charts = NamesOf(script.ChartButtons());
   return dialogs;
 }
 

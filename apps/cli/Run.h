@@ -33,6 +33,9 @@ bool IsAvailable(int mode, int row);
 
 // --- Chart files.
 
+// ".svg", and what else charts can be written as.
+std::string ChartExtensions();
+
 // Throws UsageError unless the extension is one that charts can be written in.
 void CheckChartFile(const std::string& file);
 

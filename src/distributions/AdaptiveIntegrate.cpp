@@ -54,9 +54,7 @@ class IntervalList {
   }
 
   // The last position of the order that is still maintained.
-  int LastOrdered() const {
-    return (count_ > Limit / 2 + 2 ? Limit + 3 - count_ : count_) - 1;
-  }
+  int LastOrdered() const { return (count_ > Limit / 2 + 2 ? Limit + 3 - count_ : count_) - 1; }
 
   int Position() const { return position_; }
   void SetPosition(int position) { position_ = position; }

@@ -61,8 +61,7 @@ void AdaptiveIntegrate(const Integrand& f,
                        double& abserr,
                        int& neval,
                        int& ier) {
-  qags::Integrate(
-      qags::IntervalRule(f), lower, upper, epsabs, epsrel, result, abserr, neval, ier);
+  qags::Integrate(qags::IntervalRule(f), lower, upper, epsabs, epsrel, result, abserr, neval, ier);
 }
 
 }  // namespace poweranalysis

@@ -16,11 +16,11 @@ enum class BrentFirstTests {
 
 // The constants by which the root finders differ.
 struct BracketPolicy {
-  double factor = 1.6;             // how far a moved end goes, in widths of the bracket
-  bool floorsMovedEnd = false;     // a moved end below the floor is set to it, ...
+  double factor = 1.6;          // how far a moved end goes, in widths of the bracket
+  bool floorsMovedEnd = false;  // a moved end below the floor is set to it, ...
   double movedEndFloor = 0.0;
-  double residualAtFloor = 0.0;    // ... and takes this residual without an evaluation
-  bool floorsNewPoint = false;     // Brent's new point stays at or above its floor
+  double residualAtFloor = 0.0;  // ... and takes this residual without an evaluation
+  bool floorsNewPoint = false;   // Brent's new point stays at or above its floor
   double newPointFloor = 0.0;
   double halfTolerance = 5e-11;
   BrentFirstTests firstTests = BrentFirstTests::Exact;
@@ -68,9 +68,9 @@ inline bool SameSign(double u, double v) { return (u > 0.0 && v > 0.0) || (u < 0
 inline bool Converged(double xm, double tol1, double fb, BrentFirstTests tests) {
   const double distance = std::fabs(xm);
   const double magnitude = std::fabs(fb);
-  if (tests == BrentFirstTests::Exact ? distance <= tol1 || fb == 0.0
-                                      : AtMostWithSlack(distance, tol1) ||
-                                            AtMostWithSlack(magnitude, ZeroResidual)) {
+  if (tests == BrentFirstTests::Exact
+          ? distance <= tol1 || fb == 0.0
+          : AtMostWithSlack(distance, tol1) || AtMostWithSlack(magnitude, ZeroResidual)) {
     return true;
   }
   return AlmostEqual(distance, tol1) || AlmostEqual(magnitude, 0.0);

@@ -91,8 +91,8 @@ double EpsilonTable::ErrorOfLimit(double limit) {
     limits_[calls_ - 1] = limit;
     return Largest;
   }
-  const double error = std::fabs(limit - limits_[2]) + std::fabs(limit - limits_[1]) +
-                       std::fabs(limit - limits_[0]);
+  const double error =
+      std::fabs(limit - limits_[2]) + std::fabs(limit - limits_[1]) + std::fabs(limit - limits_[0]);
   limits_[0] = limits_[1];
   limits_[1] = limits_[2];
   limits_[2] = limit;

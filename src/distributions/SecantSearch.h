@@ -10,10 +10,10 @@ namespace poweranalysis {
 
 // How a secant search treats its variable.
 struct SecantPolicy {
-  bool floorAtZero = false;       // the variable stays at or above 0
-  bool ceilingAtOne = false;      // and at or below 1
-  bool triesZeroFirst = false;    // start at 1 or above, after a look at 0
-  bool nanIsLarge = false;        // a residual that is no number counts as a very large one
+  bool floorAtZero = false;     // the variable stays at or above 0
+  bool ceilingAtOne = false;    // and at or below 1
+  bool triesZeroFirst = false;  // start at 1 or above, after a look at 0
+  bool nanIsLarge = false;      // a residual that is no number counts as a very large one
 };
 
 namespace secant {
@@ -49,8 +49,7 @@ inline double NeighbourOf(double start, double h, const SecantPolicy& policy) {
 template <class Residual>
 double Evaluate(const Residual& residual, double b, const SecantPolicy& policy, int& failure) {
   failure = 0;
-  const double f =
-      std::isnan(b) ? std::numeric_limits<double>::quiet_NaN() : residual(b, failure);
+  const double f = std::isnan(b) ? std::numeric_limits<double>::quiet_NaN() : residual(b, failure);
   if (failure != 0) {
     return NumericFailure;
   }
@@ -73,11 +72,8 @@ double Evaluate(const Residual& residual, double b, const SecantPolicy& policy, 
 //         exhausted search and a final |f| above 1e-10; the value is returned all the same. Both
 //         are cleared on entry.
 template <class Residual>
-double SecantSearch(const Residual& residual,
-                    double start,
-                    const SecantPolicy& policy,
-                    int& status,
-                    int& failure) {
+double SecantSearch(
+    const Residual& residual, double start, const SecantPolicy& policy, int& status, int& failure) {
   using secant::Evaluate;
   status = 0;
   failure = 0;

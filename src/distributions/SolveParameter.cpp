@@ -55,8 +55,8 @@ constexpr KindRow Kinds[] = {
 constexpr KindRow NoKind{SearchKind{}, Free, nullptr};
 
 const KindRow& RowOf(SearchKind kind) {
-  const auto* row = std::find_if(
-      std::begin(Kinds), std::end(Kinds), [kind](const KindRow& each) { return each.kind == kind; });
+  const auto* row = std::find_if(std::begin(Kinds), std::end(Kinds),
+                                 [kind](const KindRow& each) { return each.kind == kind; });
   return row == std::end(Kinds) ? NoKind : *row;
 }
 

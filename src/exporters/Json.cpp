@@ -3,64 +3,69 @@
 #include <nlohmann/json.hpp>
 
 #include "exporters/Exporters.h"
+#include "exporters/JsonShapes.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
 
-// The one source that knows the JSON library.
 namespace poweranalysis {
 
-namespace {
+namespace json_shapes {
 
-using Json = nlohmann::ordered_json;
-
-constexpr int kSchema = 1;
-
-// A missing value is null, as is whatever else JSON has no number for.
 Json NumberOrNull(double value) {
   return IsMissing(value) || !std::isfinite(value) ? Json() : Json(value);
 }
 
-Json PointsJson(const std::vector<float>& points) {
-  Json array = Json::array();
-  for (const float point : points) {
-    const bool good = point != FailedPoint && std::isfinite(point);
-    array.push_back(good ? Json(ShortestDouble(point)) : Json());
-  }
-  return array;
+namespace {
+
+Json SingleJson(float value, NumberShape number) {
+  return number(std::isfinite(value) ? ShortestDouble(value) : static_cast<double>(value));
 }
 
-Json RowJson(const TableRow& row) {
+Json RowJson(const TableRow& row, NumberShape number) {
   Json json = {{"title", ShownTitle(row)}, {"indent", row.indent}};
   if (row.values.size() > 1) {
     json["values"] = Json::array();
     for (const double value : row.values) {
-      json["values"].push_back(NumberOrNull(value));
+      json["values"].push_back(number(value));
     }
   } else {
-    json["value"] = row.values.empty() ? Json() : NumberOrNull(row.values.front());
+    json["value"] = row.values.empty() ? Json() : number(row.values.front());
   }
   return json;
 }
 
-Json ChartJson(const Chart& chart) {
+}  // namespace
+
+Json PointsJson(const std::vector<float>& points, NumberShape number) {
+  Json array = Json::array();
+  for (const float point : points) {
+    array.push_back(point == FailedPoint ? Json() : SingleJson(point, number));
+  }
+  return array;
+}
+
+Json ChartJson(const Chart& chart, NumberShape number) {
+  const auto single = [number](float value) { return SingleJson(value, number); };
   return {{"name", chart.name},
           {"kind", chart.kind},
           {"titles", chart.titles},
           {"xLabel", chart.xLabel},
           {"yLabel", chart.yLabel},
-          {"x", PointsJson(chart.x)},
-          {"y", PointsJson(chart.y)},
+          {"x", PointsJson(chart.x, number)},
+          {"y", PointsJson(chart.y, number)},
           {"axes",
-           {{"xMin", ShortestDouble(chart.xAxis.min)},
-            {"xMax", ShortestDouble(chart.xAxis.max)},
-            {"xStep", ShortestDouble(chart.xAxis.step)},
-            {"yMin", ShortestDouble(chart.yAxis.min)},
-            {"yMax", ShortestDouble(chart.yAxis.max)},
-            {"yStep", ShortestDouble(chart.yAxis.step)}}}};
+           {{"xMin", single(chart.xAxis.min)},
+            {"xMax", single(chart.xAxis.max)},
+            {"xStep", single(chart.xAxis.step)},
+            {"yMin", single(chart.yAxis.min)},
+            {"yMax", single(chart.yAxis.max)},
+            {"yStep", single(chart.yAxis.step)}}}};
 }
 
 // --- Writing. The library's own writer gives doubles digits that read back, but not always the
 // fewest, and 64 as 64.0.
+
+namespace {
 
 bool IsFlat(const Json& json) {
   constexpr std::size_t kFewMembers = 6;
@@ -84,12 +89,12 @@ void Write(const Json& json, int depth, std::string& text) {
     text += ScalarText(json);
     return;
   }
-  constexpr int kIndent = 2;
+  constexpr std::size_t kIndent = 2;
   const bool flat = IsFlat(json);
   const auto breakLine = [&text, flat](int level) {
     if (!flat) {
       text += '\n';
-      text.append(static_cast<std::size_t>(level * kIndent), ' ');
+      text.append(static_cast<std::size_t>(level) * kIndent, ' ');
     }
   };
   text += json.is_array() ? '[' : '{';
@@ -107,39 +112,53 @@ void Write(const Json& json, int depth, std::string& text) {
   text += json.is_array() ? ']' : '}';
 }
 
+}  // namespace
+
 std::string Written(const Json& json) {
   std::string text;
   Write(json, 0, text);
   return text + "\n";
 }
 
-void AddTable(const SummaryTable* table, Json& json) {
+void AddTable(const SummaryTable* table, NumberShape number, Json& json) {
   const std::vector<std::string> none;
   json["headings"] = table == nullptr ? none : table->headings;
   json["columns"] = table == nullptr ? none : table->columns;
   json["rows"] = Json::array();
   if (table != nullptr) {
     for (const TableRow& row : table->rows) {
-      json["rows"].push_back(RowJson(row));
+      json["rows"].push_back(RowJson(row, number));
     }
   }
 }
+
+Json MessagesJson(const std::vector<Message>& messages) {
+  Json array = Json::array();
+  for (const Message& message : messages) {
+    array.push_back({{"id", message.id}, {"text", message.text}, {"count", message.count}});
+  }
+  return array;
+}
+
+}  // namespace json_shapes
+
+namespace {
+
+using namespace json_shapes;
+
+constexpr int kSchema = 1;
 
 }  // namespace
 
 std::string ExportJson(const Study& study) {
   Json json = {
       {"schema", kSchema}, {"family", study.family}, {"mode", study.mode}, {"code", study.code}};
-  AddTable(SummaryOf(study), json);
+  AddTable(SummaryOf(study), NumberOrNull, json);
   json["report"] = ParagraphsOf(study);
-  json["messages"] = Json::array();
-  for (const Message& message : study.messages) {
-    json["messages"].push_back(
-        {{"id", message.id}, {"text", message.text}, {"count", message.count}});
-  }
+  json["messages"] = MessagesJson(study.messages);
   json["charts"] = Json::array();
   for (const Chart* chart : ChartsOf(study)) {
-    json["charts"].push_back(ChartJson(*chart));
+    json["charts"].push_back(ChartJson(*chart, NumberOrNull));
   }
   json["status"] = study.status;
   return Written(json);

@@ -16,20 +16,19 @@ namespace {
 // Advance widths of the characters from blank to tilde in DejaVu Sans and DejaVu Sans Bold,
 // in thousandths of the font size.
 constexpr std::array<std::int16_t, 95> kRegularWidths = {
-    318, 401, 460, 838, 636, 950, 780, 275, 390, 390, 500, 838, 318, 361,  318, 337,
-    636, 636, 636, 636, 636, 636, 636, 636, 636, 636, 337, 337, 838, 838,  838, 531,
-    1000, 684, 686, 698, 770, 632, 575, 775, 752, 295, 295, 656, 557, 863, 748, 787,
-    603, 787, 695, 635, 611, 732, 684, 989, 685, 611, 685, 390, 337, 390,  838, 500,
-    500, 613, 635, 550, 635, 615, 352, 635, 634, 278, 278, 579, 278, 974,  634, 612,
-    635, 635, 411, 521, 392, 634, 592, 818, 592, 592, 525, 636, 337, 636,  838};
+    318, 401, 460, 838, 636, 950, 780, 275, 390, 390, 500, 838, 318, 361,  318, 337, 636, 636, 636,
+    636, 636, 636, 636, 636, 636, 636, 337, 337, 838, 838, 838, 531, 1000, 684, 686, 698, 770, 632,
+    575, 775, 752, 295, 295, 656, 557, 863, 748, 787, 603, 787, 695, 635,  611, 732, 684, 989, 685,
+    611, 685, 390, 337, 390, 838, 500, 500, 613, 635, 550, 635, 615, 352,  635, 634, 278, 278, 579,
+    278, 974, 634, 612, 635, 635, 411, 521, 392, 634, 592, 818, 592, 592,  525, 636, 337, 636, 838};
 constexpr std::array<std::int16_t, 95> kBoldWidths = {
-    348, 456, 521, 838, 696, 1002, 872, 306, 457, 457, 523, 838, 380, 415,  380, 365,
-    696, 696, 696, 696, 696, 696, 696, 696, 696, 696, 400, 400, 838, 838,  838, 580,
-    1000, 774, 762, 734, 830, 683, 683, 821, 837, 372, 372, 775, 637, 995, 837, 850,
-    733, 850, 770, 720, 682, 812, 774, 1103, 771, 724, 725, 457, 365, 457, 838, 500,
-    500, 675, 716, 593, 716, 678, 435, 716, 712, 343, 343, 665, 343, 1042, 712, 687,
-    716, 716, 493, 595, 478, 712, 652, 924, 645, 652, 582, 712, 365, 712,  838};
-constexpr int kOtherWidth = 700;   // Greek, signs, superscripts
+    348,  456, 521, 838, 696, 1002, 872, 306,  457, 457, 523, 838, 380, 415,  380, 365,
+    696,  696, 696, 696, 696, 696,  696, 696,  696, 696, 400, 400, 838, 838,  838, 580,
+    1000, 774, 762, 734, 830, 683,  683, 821,  837, 372, 372, 775, 637, 995,  837, 850,
+    733,  850, 770, 720, 682, 812,  774, 1103, 771, 724, 725, 457, 365, 457,  838, 500,
+    500,  675, 716, 593, 716, 678,  435, 716,  712, 343, 343, 665, 343, 1042, 712, 687,
+    716,  716, 493, 595, 478, 712,  652, 924,  645, 652, 582, 712, 365, 712,  838};
+constexpr int kOtherWidth = 700;  // Greek, signs, superscripts
 
 // The decimal number that a float was meant to be: 0.05, not 0.0500000007.
 double MeantBy(float value) {
@@ -154,8 +153,7 @@ bool ClipToUnitSquare(Point& a, Point& b) {
 
 bool InUnitSquare(const Point& point) {
   constexpr double kSlack = 1e-6;
-  return point.x >= -kSlack && point.x <= 1 + kSlack && point.y >= -kSlack &&
-         point.y <= 1 + kSlack;
+  return point.x >= -kSlack && point.x <= 1 + kSlack && point.y >= -kSlack && point.y <= 1 + kSlack;
 }
 
 void AddSegment(Point from, Point to, std::vector<std::vector<Point>>& pieces) {
@@ -187,7 +185,7 @@ double TextWidth(std::string_view utf8, double size, bool bold) {
 }
 
 std::vector<Tick> AxisTicks(const Axis& axis, int most) {
-  constexpr double kEnd = 1e-3;   // share of a step by which a tick may lie beyond the axis
+  constexpr double kEnd = 1e-3;  // share of a step by which a tick may lie beyond the axis
   constexpr double kMostSteps = 1e15;
   const double step = MeantBy(axis.step);
   if (!HasLength(axis) || !(step > 0)) {
@@ -237,7 +235,7 @@ double AxisFraction(const Axis& axis, double value) {
 ChartCurve VisibleCurve(const Chart& chart) {
   ChartCurve curve;
   Point previous;
-  bool joins = false;   // the point before was drawn
+  bool joins = false;  // the point before was drawn
   for (std::size_t i = 0; i < std::min(chart.x.size(), chart.y.size()); ++i) {
     if (!IsDrawn(chart.x[i]) || !IsDrawn(chart.y[i])) {
       joins = false;
@@ -258,14 +256,14 @@ ChartCurve VisibleCurve(const Chart& chart) {
 }
 
 const ChartTheme& LightTheme() {
-  static constexpr ChartTheme kTheme = {{{255, 255, 255},   // background
-                                         {226, 229, 233},   // grid
-                                         {95, 102, 112},    // axis
-                                         {63, 70, 80},      // tick text
-                                         {34, 40, 49},      // label
-                                         {17, 22, 30},      // title
-                                         {63, 70, 80},      // subtitle
-                                         {31, 95, 168}}};   // data
+  static constexpr ChartTheme kTheme = {{{255, 255, 255},  // background
+                                         {226, 229, 233},  // grid
+                                         {95, 102, 112},   // axis
+                                         {63, 70, 80},     // tick text
+                                         {34, 40, 49},     // label
+                                         {17, 22, 30},     // title
+                                         {63, 70, 80},     // subtitle
+                                         {31, 95, 168}}};  // data
   return kTheme;
 }
 
@@ -285,12 +283,12 @@ const ChartTheme& DarkTheme() {
 
 namespace {
 
-constexpr double kOuter = 18;        // blank round the picture
-constexpr double kLeading = 1.38;    // line distance in font sizes
+constexpr double kOuter = 18;      // blank round the picture
+constexpr double kLeading = 1.38;  // line distance in font sizes
 constexpr double kTickSize = 12;
 constexpr double kTickMark = 5;
 constexpr double kLabelSize = 13.5;
-constexpr double kSmallest = 0.78;   // a title shrinks so far before it wraps
+constexpr double kSmallest = 0.78;  // a title shrinks so far before it wraps
 constexpr int kMostTicks = 12;
 
 class Layout {
@@ -349,7 +347,7 @@ class Layout {
   std::vector<Tick> xTicks_;
   std::vector<Tick> yTicks_;
   double titlesEnd_ = 0;
-  double left_ = 0;   // the plot rectangle
+  double left_ = 0;  // the plot rectangle
   double right_ = 0;
   double top_ = 0;
   double bottom_ = 0;
@@ -378,16 +376,15 @@ std::string Layout::Summary() const {
          poweranalysis::Summary(chart_.yLabel.empty() ? "Y" : chart_.yLabel, chart_.y) + ".";
 }
 
-// Shrinks a text to its room, then wraps it. The first line's baseline is at `first.at`; returns the
-// distance between the first and the last.
+// Shrinks a text to its room, then wraps it. The first line's baseline is at `first.at`; returns
+// the distance between the first and the last.
 double Layout::AddLines(const std::string& text, const TextItem& first, double room) {
   const double width = TextWidth(text, first.size, first.bold);
   const double shrink = width > room ? std::max(kSmallest, room / width) : 1.0;
   TextItem item = first;
   item.size = std::floor(first.size * shrink * 10) / 10;
-  const std::vector<std::string> lines = WrapText(text, [&](const std::string& line) {
-    return TextWidth(line, item.size, item.bold) <= room;
-  });
+  const std::vector<std::string> lines = WrapText(
+      text, [&](const std::string& line) { return TextWidth(line, item.size, item.bold) <= room; });
   const double upright = item.rotation == 0 ? 1 : 0;
   double distance = 0;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -404,9 +401,10 @@ void Layout::AddTitle(const std::string& text, Role role, double size, bool bold
     return;
   }
   const double baseline = titlesEnd_ + size * 1.1;
-  titlesEnd_ = baseline + size * (kLeading - 1.1) +
-               AddLines(text, {role, {list_.width / 2, baseline}, Anchor::Middle, size, bold, 0, {}},
-                        list_.width - 2 * kOuter);
+  titlesEnd_ =
+      baseline + size * (kLeading - 1.1) +
+      AddLines(text, {role, {list_.width / 2, baseline}, Anchor::Middle, size, bold, 0, {}},
+               list_.width - 2 * kOuter);
 }
 
 void Layout::AddTitles() {
@@ -434,8 +432,8 @@ void Layout::PlacePlot() {
   bottom_ = std::max(bottom_, top_ + kLeast);
   const int mostY = std::clamp(static_cast<int>((bottom_ - top_) / kYTickDistance), 2, kMostTicks);
   yTicks_ = YAxisTicks(chart_, mostY);
-  left_ = kOuter + (chart_.yLabel.empty() ? 0 : kLabelSize + 10) + WidestLabel(yTicks_) +
-          kTickMark + 4;
+  left_ =
+      kOuter + (chart_.yLabel.empty() ? 0 : kLabelSize + 10) + WidestLabel(yTicks_) + kTickMark + 4;
   right_ = std::max(list_.width - kOuter - 10, left_ + kLeast);
   for (int most = kMostTicks; most >= 1; --most) {
     xTicks_ = AxisTicks(chart_.xAxis, most);
@@ -503,7 +501,7 @@ void Layout::AddAxes() {
 
 void Layout::AddCurve() {
   constexpr double kLine = 2;
-  constexpr double kShare = 0.3;   // of the distance of the points that a marker may cover
+  constexpr double kShare = 0.3;  // of the distance of the points that a marker may cover
   const ChartCurve curve = VisibleCurve(chart_);
   for (const std::vector<Point>& piece : curve.pieces) {
     PolylineItem line{Role::Data, {}, kLine};

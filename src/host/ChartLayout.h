@@ -8,16 +8,16 @@
 
 #include "host/Workbook.h"
 
-// The one layout of a chart. It becomes a list of simple things to draw, and thin painters (SVG, PNG
-// and PDF, a window) draw that list, so that paper, screen and notebook show the same picture.
+// The one layout of a chart. It becomes a list of simple things to draw, and thin painters (SVG,
+// PNG and PDF, a window) draw that list, so that paper, screen and notebook show the same picture.
 namespace poweranalysis {
 
-// The value of a point that could not be computed. It stays in the data of a chart and is never drawn:
-// the line breaks there.
+// The value of a point that could not be computed. It stays in the data of a chart and is never
+// drawn: the line breaks there.
 inline constexpr float FailedPoint = -9999.0F;
 
-// --- Display list. The origin is the top left corner, y grows downwards, lengths are in pixels of 1/96
-// inch.
+// --- Display list. The origin is the top left corner, y grows downwards, lengths are in pixels of
+// 1/96 inch.
 
 // What an item is, so that a painter picks the colour.
 enum class Role { Background, Grid, Axis, TickText, Label, Title, Subtitle, Data };
@@ -45,7 +45,7 @@ struct RectItem {
 
 struct PolylineItem {
   Role role;
-  std::vector<Point> points;   // two or more
+  std::vector<Point> points;  // two or more
   double width;
 };
 
@@ -58,7 +58,8 @@ struct DotItem {
 
 enum class Anchor { Start, Middle, End };
 
-// One line of text. `at` is on the baseline; the rotation in degrees turns counter-clockwise about it.
+// One line of text. `at` is on the baseline; the rotation in degrees turns counter-clockwise about
+// it.
 struct TextItem {
   Role role;
   Point at;
@@ -66,7 +67,7 @@ struct TextItem {
   double size;
   bool bold;
   double rotation;
-  std::string text;   // UTF-8
+  std::string text;  // UTF-8
 };
 
 using DisplayItem = std::variant<LineItem, RectItem, PolylineItem, DotItem, TextItem>;
@@ -74,9 +75,9 @@ using DisplayItem = std::variant<LineItem, RectItem, PolylineItem, DotItem, Text
 struct DisplayList {
   double width = 0;
   double height = 0;
-  std::string title;         // for those who do not see the picture
+  std::string title;  // for those who do not see the picture
   std::string description;
-  std::vector<DisplayItem> items;   // the later cover the earlier
+  std::vector<DisplayItem> items;  // the later cover the earlier
 };
 
 struct ChartSize {
@@ -87,8 +88,8 @@ struct ChartSize {
 // Sizes below 240 x 180 are taken as that.
 DisplayList LayOutChart(const Chart& chart, ChartSize size = {});
 
-// Width of a text in the advance widths of DejaVu Sans, the widest of the usual sans-serif fonts, so
-// that what fits here fits in all of them.
+// Width of a text in the advance widths of DejaVu Sans, the widest of the usual sans-serif fonts,
+// so that what fits here fits in all of them.
 double TextWidth(std::string_view utf8, double size, bool bold);
 
 // --- Colours
@@ -100,7 +101,7 @@ struct Rgb {
 };
 
 struct ChartTheme {
-  Rgb colours[RoleCount];   // by Role
+  Rgb colours[RoleCount];  // by Role
 
   const Rgb& operator[](Role role) const { return colours[static_cast<int>(role)]; }
 };
@@ -111,30 +112,32 @@ const ChartTheme& DarkTheme();
 // --- Parts of the layout that every painter of charts shares.
 
 struct Tick {
-  double position = 0;   // in the units of the axis
+  double position = 0;  // in the units of the axis
   std::string label;
 };
 
 // Ticks at round multiples of the axis' step, at most `most`.
 std::vector<Tick> AxisTicks(const Axis& axis, int most);
 
-// The ticks of the Y axis: those of the chart's own tick table, thinned to `most`. A label there that
-// does not tell its position (a clamped axis starts half a step beyond its bound, and the labels
-// round) would mislead the reader; the ticks of the axis stand in for such a table.
+// The ticks of the Y axis: those of the chart's own tick table, thinned to `most`. A label there
+// that does not tell its position (a clamped axis starts half a step beyond its bound, and the
+// labels round) would mislead the reader; the ticks of the axis stand in for such a table.
 std::vector<Tick> YAxisTicks(const Chart& chart, int most);
 
-// Where a value lies on an axis, 0 at its minimum and 1 at its maximum; 0.5 on an axis without length.
+// Where a value lies on an axis, 0 at its minimum and 1 at its maximum; 0.5 on an axis without
+// length.
 double AxisFraction(const Axis& axis, double value);
 
-// The points of a chart inside its axes, and the pieces of the line that joins neighbours, cut off at
-// the axes and broken at failed points. Coordinates are axis fractions.
+// The points of a chart inside its axes, and the pieces of the line that joins neighbours, cut off
+// at the axes and broken at failed points. Coordinates are axis fractions.
 struct ChartCurve {
   std::vector<Point> points;
   std::vector<std::vector<Point>> pieces;
 };
 ChartCurve VisibleCurve(const Chart& chart);
 
-// Breaks a text at blanks into lines that `fits` accepts; a word that alone does not fit stands alone.
+// Breaks a text at blanks into lines that `fits` accepts; a word that alone does not fit stands
+// alone.
 template <class Fits>
 std::vector<std::string> WrapText(const std::string& text, Fits fits) {
   std::vector<std::string> lines;

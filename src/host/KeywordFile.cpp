@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -14,6 +13,8 @@
 #include <system_error>
 #include <thread>
 #include <utility>
+
+#include "host/AtomicFile.h"
 
 namespace poweranalysis {
 
@@ -275,54 +276,6 @@ std::size_t KeywordFile::AddSection(std::string_view section) {
 
 namespace {
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { Close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int number() const { return number_; }
-  int Close() {
-    const int number = std::exchange(number_, -1);
-    return number < 0 || close(number) == 0 ? 0 : errno;
-  }
-
- private:
-  int number_;
-};
-
-// Our own words for the ordinary failures, in the language and tone of the other messages.
-std::string Reason(int error) {
-  switch (error) {
-    case ENOENT:
-      return "there is no such file or folder";
-    case ENOTDIR:
-      return "a part of its path is not a folder";
-    case EACCES:
-    case EPERM:
-      return "permission is denied";
-    case EROFS:
-      return "the disk is read-only";
-    case ENOSPC:
-      return "the disk is full";
-    case EDQUOT:
-      return "the disk quota is used up";
-    case EFBIG:
-      return "the file would be larger than is allowed";
-    case EISDIR:
-      return "it is a folder";
-    case ELOOP:
-      return "its symbolic links lead in a circle";
-    case ENAMETOOLONG:
-      return "the name is too long";
-    case EWOULDBLOCK:
-      return "another program is saving a file in the same folder";
-    default:
-      return std::generic_category().message(error);
-  }
-}
-
 std::string TooLarge() {
   return "a settings file cannot be larger than " + FormatLong(KeywordFileLimit >> 20) + " MiB";
 }
@@ -338,102 +291,18 @@ std::string PathProblem(const std::string& path) {
   return path.find('\0') == std::string::npos ? "" : "the name holds a NUL byte";
 }
 
-struct Bytes {
-  std::string text;
-  std::string problem;
-  bool exists = false;
-};
-
-// Reads to the end, or to one byte more than is allowed.
-int ReadAll(int file, std::string& text) {
-  std::array<char, 1 << 16> buffer;
-  while (text.size() <= KeywordFileLimit) {
-    const ssize_t count = read(file, buffer.data(), buffer.size());
-    if (count == 0) {
-      return 0;
-    }
-    if (count > 0) {
-      text.append(buffer.data(), static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
-      return errno;
-    }
-  }
-  return 0;
-}
-
-std::string KindProblem(const struct stat& status) {
-  if (S_ISREG(status.st_mode)) {
-    return {};
-  }
-  return S_ISDIR(status.st_mode) ? Reason(EISDIR) : "it is not a regular file";
-}
-
-// Looks before opening, since to open a FIFO or a device is to act on it; and again after, with a
-// non-blocking open between, in case the file was exchanged meanwhile.
-Bytes ReadBytes(int folder, const std::string& name) {
-  Bytes bytes;
-  struct stat status = {};
-  if (fstatat(folder, name.c_str(), &status, 0) != 0) {
-    bytes.problem = errno == ENOENT ? "" : Reason(errno);
-    return bytes;
-  }
-  bytes.exists = true;
-  bytes.problem = KindProblem(status);
-  if (!bytes.problem.empty()) {
-    return bytes;
-  }
-  const Descriptor file(openat(folder, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (file.number() < 0 || fstat(file.number(), &status) != 0) {
-    bytes.problem = Reason(errno);
-    return bytes;
-  }
-  bytes.problem = KindProblem(status);
-  if (!bytes.problem.empty()) {
-    return bytes;
-  }
-  if (const int error = ReadAll(file.number(), bytes.text); error != 0) {
-    bytes.problem = Reason(error);
-  } else if (bytes.text.size() > KeywordFileLimit) {
-    bytes.problem = TooLarge();
-  } else if (bytes.text.find('\0') != std::string::npos) {
-    bytes.problem = "it holds NUL bytes, so it is not a settings file";
-  }
-  return bytes;
-}
-
 LoadedKeywordFile Load(int folder, const std::string& name) {
-  Bytes bytes = ReadBytes(folder, name);
+  const FileBytes bytes = ReadFile(folder, name, KeywordFileLimit);
   LoadedKeywordFile loaded;
   loaded.exists = bytes.exists;
-  loaded.error = std::move(bytes.problem);
+  loaded.error = bytes.tooLarge ? TooLarge() : bytes.problem;
+  if (loaded.error.empty() && bytes.text.find('\0') != std::string::npos) {
+    loaded.error = "it holds NUL bytes, so it is not a settings file";
+  }
   if (loaded.error.empty()) {
     loaded.file = KeywordFile::Parse(bytes.text);
   }
   return loaded;
-}
-
-// With the slash at its end.
-std::string FolderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
-}
-
-std::string NameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
-// Follows the symbolic links of the last part of a path, the last of which may lead nowhere yet.
-int FollowLinks(std::string& path) {
-  constexpr int mostLinks = 40;  // as the kernel has it
-  for (int count = 0; count < mostLinks; ++count) {
-    std::array<char, 4096> target{};
-    const ssize_t length = readlink(path.c_str(), target.data(), target.size());
-    if (length < 0) {
-      return errno == EINVAL || errno == ENOENT ? 0 : errno;
-    }
-    const std::string to(target.data(), static_cast<std::size_t>(length));
-    const bool absolute = !to.empty() && to.front() == '/';
-    path = absolute ? to : FolderOf(path).append(to);
-  }
-  return ELOOP;
 }
 
 // Makes a folder and those above it that are missing, for the user alone. A folder above may exist
@@ -468,97 +337,6 @@ int LockFolder(int folder, std::chrono::milliseconds patience) {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
-  return 0;
-}
-
-// Opens a new file of a name that no other writer has, and says which; -1 and errno on failure.
-// The name is short, for the file's own may already be as long as names can be.
-int CreateTemporary(int folder, mode_t mode, std::string& name) {
-  static std::atomic<unsigned> counter{0};
-  constexpr int attempts = 100;
-  for (int i = 0; i < attempts; ++i) {
-    name = ".settings-" + Format(getpid()) + "-" + Format(counter++) + ".tmp";
-    const int file =
-        openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
-    if (file >= 0 || errno != EEXIST) {
-      return file;
-    }
-  }
-  return -1;
-}
-
-int WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = write(file, text.data(), text.size());
-    if (count >= 0) {
-      text.remove_prefix(static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
-      return errno;
-    }
-  }
-  return 0;
-}
-
-// Only root can give a file away, and only members can give it to a group: the owner is kept where
-// possible, the permissions always.
-int KeepOwnerAndMode(int file, const struct stat& old) {
-  constexpr mode_t permissions = 07777;
-  struct stat now = {};
-  if (fstat(file, &now) != 0) {
-    return errno;
-  }
-  if ((now.st_uid != old.st_uid || now.st_gid != old.st_gid) &&
-      fchown(file, old.st_uid, old.st_gid) != 0) {
-    static_cast<void>(fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0);
-  }
-  if (fstat(file, &now) != 0) {
-    return errno;
-  }
-  const bool same = (now.st_mode & permissions) == (old.st_mode & permissions);
-  return same || fchmod(file, old.st_mode & permissions) == 0 ? 0 : errno;
-}
-
-// Brings a temporary file to its full and final state, on the disk.
-int FillTemporary(Descriptor& file, const std::string& text, const struct stat* old) {
-  if (const int error = WriteAll(file.number(), text); error != 0) {
-    return error;
-  }
-  if (old != nullptr) {
-    if (const int error = KeepOwnerAndMode(file.number(), *old); error != 0) {
-      return error;
-    }
-  }
-  if (fsync(file.number()) != 0) {
-    return errno;
-  }
-  return file.Close();
-}
-
-int ReplaceFile(int folder, const std::string& name, const std::string& text) {
-  struct stat old = {};
-  const bool existed = fstatat(folder, name.c_str(), &old, 0) == 0;
-  // A rename asks for no leave of the file's own; a user who took his own right to write meant it.
-  if (existed && faccessat(folder, name.c_str(), W_OK, AT_EACCESS) != 0) {
-    return errno;
-  }
-  std::string temporary;
-  // A new file gets the permissions that the user's umask leaves; another stays private until it
-  // has those of the old one.
-  Descriptor file(CreateTemporary(folder, existed ? 0600 : 0666, temporary));
-  if (file.number() < 0) {
-    return errno;
-  }
-  int error = FillTemporary(file, text, existed ? &old : nullptr);
-  if (error == 0 && renameat(folder, temporary.c_str(), folder, name.c_str()) != 0) {
-    error = errno;
-  }
-  if (error != 0) {
-    unlinkat(folder, temporary.c_str(), 0);
-    return error;
-  }
-  // The new file is in place and whole whether or not the folder's entry has reached the disk, so
-  // a failure here is none to report.
-  static_cast<void>(fsync(folder));
   return 0;
 }
 
@@ -601,7 +379,7 @@ KeywordResult KeywordWriter::Commit() {
     std::string target = path_;
     FollowLinks(target);
     if (const int error = MakeFolders(FolderOf(target)); error != 0) {
-      Refuse(Reason(error));
+      Refuse(FileReason(error));
       return status_;
     }
     missingFolder_ = MissingFolder::Refuse;
@@ -618,7 +396,7 @@ KeywordResult KeywordWriter::Commit() {
   }
   if (problem.empty() && after != before) {
     const int error = ReplaceFile(folder_, name_, after);
-    problem = error == 0 ? "" : Reason(error);
+    problem = error == 0 ? "" : FileReason(error);
   }
   if (problem.empty()) {
     Release();
@@ -633,21 +411,21 @@ KeywordResult KeywordWriter::Commit() {
 void KeywordWriter::Open() {
   std::string target = path_;
   if (const int error = FollowLinks(target); error != 0) {
-    return Refuse(Reason(error));
+    return Refuse(FileReason(error));
   }
   name_ = NameOf(target);
   if (name_.empty()) {
-    return Refuse(Reason(EISDIR));
+    return Refuse(FileReason(EISDIR));
   }
   folder_ = open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder_ < 0) {
     if (errno != ENOENT || missingFolder_ != MissingFolder::Create) {
-      Refuse(Reason(errno));
+      Refuse(FileReason(errno));
     }
     return;
   }
   if (const int error = LockFolder(folder_, patience_); error != 0) {
-    return Refuse(Reason(error));
+    return Refuse(FileReason(error));
   }
   LoadedKeywordFile loaded = Load(folder_, name_);
   if (!loaded.error.empty()) {

@@ -9,7 +9,7 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";   // U+FFFD
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
 // Length of the well-formed UTF-8 character at the start of `text`; 0 when there is none. Follows
 // table 3-7 of The Unicode Standard.
@@ -113,7 +113,8 @@ struct Painter {
     svg += "<polyline fill=\"none\" stroke-linejoin=\"round\" stroke-linecap=\"round\"" +
            Paint("stroke", line.role) + Attribute("stroke-width", line.width) + " points=\"";
     for (std::size_t i = 0; i < line.points.size(); ++i) {
-      svg += (i == 0 ? "" : " ") + Number(line.points[i].x) + "," + Number(line.points[i].y);
+      svg += i == 0 ? "" : " ";
+      svg += Number(line.points[i].x) + "," + Number(line.points[i].y);
     }
     svg += "\"/>\n";
   }
@@ -126,14 +127,18 @@ struct Painter {
   void operator()(const TextItem& text) {
     static constexpr std::string_view kAnchors[] = {"start", "middle", "end"};
     svg += "<text xml:space=\"preserve\"" + Attribute("x", text.at.x) + Attribute("y", text.at.y) +
-           " text-anchor=\"" + std::string(kAnchors[static_cast<int>(text.anchor)]) + "\"" +
-           Attribute("font-size", text.size) + (text.bold ? " font-weight=\"bold\"" : "") +
-           Paint("fill", text.role);
+           " text-anchor=\"";
+    svg += kAnchors[static_cast<int>(text.anchor)];
+    svg += '"';
+    svg += Attribute("font-size", text.size);
+    svg += text.bold ? " font-weight=\"bold\"" : "";
+    svg += Paint("fill", text.role);
     if (text.rotation != 0) {
       svg += " transform=\"rotate(" + Number(-text.rotation) + " " + Number(text.at.x) + " " +
              Number(text.at.y) + ")\"";
     }
-    svg += ">" + Escaped(text.text) + "</text>\n";
+    svg += '>';
+    svg += Escaped(text.text) + "</text>\n";
   }
 };
 
@@ -141,13 +146,13 @@ struct Painter {
 
 std::string PaintSvg(const DisplayList& list, const ChartTheme& theme) {
   Painter painter{theme, {}};
-  painter.svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                "<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\"" +
-                Attribute("width", list.width) + Attribute("height", list.height) +
-                " viewBox=\"0 0 " + Number(list.width) + " " + Number(list.height) +
-                "\" font-family=\"'DejaVu Sans', Verdana, Arial, sans-serif\">\n<title>" +
-                Escaped(list.title) + "</title>\n<desc>" + Escaped(list.description) +
-                "</desc>\n";
+  painter.svg =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\"" +
+      Attribute("width", list.width) + Attribute("height", list.height) + " viewBox=\"0 0 " +
+      Number(list.width) + " " + Number(list.height) +
+      "\" font-family=\"'DejaVu Sans', Verdana, Arial, sans-serif\">\n<title>" +
+      Escaped(list.title) + "</title>\n<desc>" + Escaped(list.description) + "</desc>\n";
   for (const DisplayItem& item : list.items) {
     std::visit(painter, item);
   }

@@ -19,7 +19,7 @@ struct CharacterSet {
   std::string_view corner;
   std::string_view leftTick;
   std::string_view bottomTick;
-  int dotsAcross;   // dots of the curve in one character
+  int dotsAcross;  // dots of the curve in one character
   int dotsDown;
 };
 
@@ -303,8 +303,8 @@ class TerminalChart {
     }
     for (int row = 0; row < plotRows_; ++row) {
       for (int column = 0; column < plotColumns_; ++column) {
-        const std::string cell = ascii_ ? AsciiMark(dots, column, row)
-                                        : BraillePattern(dots, column, row);
+        const std::string cell =
+            ascii_ ? AsciiMark(dots, column, row) : BraillePattern(dots, column, row);
         if (cell != " ") {
           sheet.Put(left_ + 1 + column, top_ + row, cell);
         }
@@ -317,8 +317,8 @@ class TerminalChart {
   const CharacterSet& set_;
   int columns_;
   int rows_;
-  int top_ = 0;    // first row of the plot
-  int left_ = 0;   // column of the Y axis
+  int top_ = 0;   // first row of the plot
+  int left_ = 0;  // column of the Y axis
   int plotRows_ = 0;
   int plotColumns_ = 0;
   std::vector<std::string> titles_;

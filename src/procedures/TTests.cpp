@@ -30,6 +30,28 @@ constexpr SearchPolicy FixedGroupPolicy() {
 }
 constexpr SearchPolicy kFixedGroupPolicy = FixedGroupPolicy();
 
+// Once the side that delta points to has this much power, the other side is needed to some 1e-15
+// only.
+constexpr double kSidePower = .05;
+
+// Both tails. The side that delta points away from, where the exact recursion is slow, is the
+// smaller.
+double TwoTailedPower(double crit, std::int32_t df, double delta) {
+  const auto beside = [](double power) {
+    return power > kSidePower ? NoncentralTCdfBesideLarger : NoncentralTCdf;
+  };
+  double below = 0;
+  double upTo = 0;
+  if (delta > 0) {
+    upTo = NoncentralTCdf(-crit, df, delta);
+    below = beside(1 - upTo)(crit, df, delta);
+  } else {
+    below = NoncentralTCdf(crit, df, delta);
+    upTo = beside(below)(-crit, df, delta);
+  }
+  return below == NumericFailure || upTo == NumericFailure ? NumericFailure : below + 1 - upTo;
+}
+
 // Probability below the critical value.
 double TailProbability(double alpha, std::int16_t form) {
   return form == H0TwoTailed ? alpha * .5 : alpha;
@@ -127,21 +149,17 @@ double TTestPower(
       crit == NumericFailure) {
     return NumericFailure;
   }
-  if (form < H0TwoTailed || form > H0AtLeast) {
-    return 0.0;
-  }
-  const double below = form == H0AtMost ? 0.0 : NoncentralTCdf(crit, df, delta);
-  const double upTo = form == H0AtLeast ? 1.0 : NoncentralTCdf(-crit, df, delta);
-  if (below == NumericFailure || upTo == NumericFailure) {
-    return NumericFailure;
-  }
   switch (form) {
     case H0TwoTailed:
-      return below + 1 - upTo;
-    case H0AtMost:
-      return 1 - upTo;
+      return TwoTailedPower(crit, df, delta);
+    case H0AtMost: {
+      const double upTo = NoncentralTCdf(-crit, df, delta);
+      return upTo == NumericFailure ? NumericFailure : 1 - upTo;
+    }
+    case H0AtLeast:
+      return NoncentralTCdf(crit, df, delta);
     default:
-      return below;
+      return 0.0;
   }
 }
 

@@ -172,7 +172,8 @@ TEST_F(Describe, TellsRangeDefaultLabelMeaningAndChoices) {
 }
 
 TEST_F(Describe, HasNoRangeForAWorkingValue) {
-  for (const auto& field : RunJson({"describe", "t1"})["fields"]) {
+  const auto json = RunJson({"describe", "t1"});
+  for (const auto& field : json["fields"]) {
     EXPECT_EQ(field["field"] == "Delta", field["range"].is_null()) << field["field"];
   }
   EXPECT_TRUE(Has(Run({"describe", "t1"}).out, "--delta (Delta)"));

@@ -31,6 +31,27 @@ class Output : public Program {
     return result;
   }
 
+  // Control-C, a moment after the program has begun to watch for it.
+  static void Interrupt(pid_t child) {
+    constexpr auto kMoment = std::chrono::milliseconds(20);
+    while (!CatchesInterrupts(child)) {
+      std::this_thread::sleep_for(kMoment);
+    }
+    std::this_thread::sleep_for(kMoment);
+    ASSERT_EQ(0, ::kill(child, SIGINT));
+  }
+
+  // As the kernel tells; also true of a program that has already ended.
+  static bool CatchesInterrupts(pid_t child) {
+    std::ifstream status("/proc/" + std::to_string(child) + "/status");
+    const std::string text{std::istreambuf_iterator<char>(status), {}};
+    const std::size_t caught = text.find("SigCgt:");
+    constexpr unsigned long long kInterrupt = 1ULL << (SIGINT - 1);
+    constexpr int kHexadecimal = 16;
+    return caught == std::string::npos || Has(text, "State:\tZ") ||
+           (std::stoull(text.substr(caught + 7), nullptr, kHexadecimal) & kInterrupt) != 0;
+  }
+
   // Runs with standard output and standard error on a terminal of 60 columns.
   std::string RunOnTerminal(const Arguments& arguments) {
     int master = -1;
@@ -204,8 +225,7 @@ TEST_F(Output, AnInterruptCancelsAndLeavesNothingHalfWritten) {
   arguments.insert(arguments.end(), {"-o", "result.json", "--format", "json"});
   const int err = ::open(At("err").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   const pid_t child = Start(arguments, err, err);
-  std::this_thread::sleep_for(std::chrono::milliseconds(150));
-  ASSERT_EQ(0, ::kill(child, SIGINT));
+  Interrupt(child);
   EXPECT_EQ(130, Wait(child));
   ::close(err);
   EXPECT_EQ("Calculation cancelled at user request.\n", Read("err"));
@@ -220,8 +240,7 @@ TEST_F(Output, ACancelledRunIsValidJsonOnStandardOutput) {
   const int out = ::open(At("out").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   const int err = ::open(At("err").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   const pid_t child = Start(arguments, out, err);
-  std::this_thread::sleep_for(std::chrono::milliseconds(150));
-  ASSERT_EQ(0, ::kill(child, SIGINT));
+  Interrupt(child);
   EXPECT_EQ(130, Wait(child));
   ::close(out);
   ::close(err);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -24,22 +25,20 @@ template <class Function>
 Outcome Integral(const Function& f, double lower, double upper, double epsabs, double epsrel) {
   Outcome outcome;
   AdaptiveIntegrate(
-      [&f](double x) { return IntegrandValue{f(x), 0}; },
-      lower,
-      upper,
-      epsabs,
-      epsrel,
-      outcome.result,
-      outcome.abserr,
-      outcome.neval,
-      outcome.ier);
+      [&f](double x) {
+        return IntegrandValue{f(x), 0};
+      },
+      lower, upper, epsabs, epsrel, outcome.result, outcome.abserr, outcome.neval, outcome.ier);
   return outcome;
 }
 
 TEST(GaussKronrod21, IsExactForPolynomialsOfDegreeThirtyOne) {
   for (int degree = 0; degree <= 31; ++degree) {
     const auto estimate = qags::GaussKronrod21(
-        [degree](double x) { return IntegrandValue{std::pow(x, degree), 0}; }, 0.0, 1.0);
+        [degree](double x) {
+          return IntegrandValue{std::pow(x, degree), 0};
+        },
+        0.0, 1.0);
     EXPECT_LT(ErrorOf(estimate.result, 1.0 / (degree + 1)), 1e-15) << degree;
   }
 }
@@ -57,6 +56,25 @@ TEST(GaussKronrod21, WeightsOfBothRulesSumToTwo) {
   EXPECT_NEAR(gauss, 2.0, 1e-15);
 }
 
+TEST(GaussKronrod21, EstimatesItsErrorAsPublishedWhereThePowerIsNotTaken) {
+  for (double difference = 1e-30; difference < 10.0; difference *= 1.7) {
+    for (const double resabs : {1e-300, 1e-3, 1.0, 40.0}) {
+      for (const double share : {0.0, 1e-12, 1e-3, 0.5, 1.0}) {
+        const double resasc = resabs * share;
+        double expected = difference;
+        if (resasc != 0.0) {
+          expected = resasc * std::min(1.0, std::pow(200.0 * difference / resasc, 1.5));
+        }
+        if (resabs > qags::SmallestNormal / (50.0 * qags::Epsilon)) {
+          expected = std::max(qags::Epsilon * 50.0 * resabs, expected);
+        }
+        EXPECT_EQ(qags::RuleError(difference, resabs, resasc), expected);
+        EXPECT_EQ(qags::RuleError(-difference, resabs, resasc), expected);
+      }
+    }
+  }
+}
+
 TEST(AdaptiveIntegrate, SettlesASmoothIntegrandByOneRule) {
   const Outcome outcome = Integral([](double x) { return std::exp(x); }, 0.0, 1.0, 1e-12, 1e-12);
   EXPECT_LT(ErrorOf(outcome.result, std::numbers::e - 1.0), 1e-15);
@@ -67,7 +85,8 @@ TEST(AdaptiveIntegrate, SettlesASmoothIntegrandByOneRule) {
 
 TEST(AdaptiveIntegrate, TakesLimitsInEitherOrder) {
   const auto f = [](double x) { return std::cos(x); };
-  EXPECT_EQ(Integral(f, 0.0, 2.0, 1e-12, 1e-12).result, -Integral(f, 2.0, 0.0, 1e-12, 1e-12).result);
+  EXPECT_EQ(Integral(f, 0.0, 2.0, 1e-12, 1e-12).result,
+            -Integral(f, 2.0, 0.0, 1e-12, 1e-12).result);
 }
 
 TEST(AdaptiveIntegrate, GivesZeroOverAnEmptyInterval) {
@@ -146,14 +165,7 @@ TEST(AdaptiveIntegrate, AbandonsEverythingOnTheFlagOfTheIntegrand) {
         [&](double x) {
           return IntegrandValue{1.0 / (1.0 + 4e4 * x * x), ++calls == raisedAt ? 3 : 0};
         },
-        -1.0,
-        1.0,
-        1e-12,
-        1e-12,
-        outcome.result,
-        outcome.abserr,
-        outcome.neval,
-        outcome.ier);
+        -1.0, 1.0, 1e-12, 1e-12, outcome.result, outcome.abserr, outcome.neval, outcome.ier);
     EXPECT_EQ(outcome.ier, 99) << raisedAt;
     EXPECT_EQ(outcome.result, 0.0);
     EXPECT_EQ(calls, raisedAt) << "nothing is evaluated after the flag";

@@ -119,8 +119,7 @@ TEST(BracketAndBrent, StopsAtAResidualOfTenToMinusTenWhateverTheHalfTolerance) {
     double last = 1.0;
     int failure = 0;
     const auto f = [&last](double x) { return last = 1e-6 * Cubic(x); };
-    const double root =
-        BracketAndBrent({0.0, f(0.0)}, {2.0, f(2.0)}, f, policy, failure);
+    const double root = BracketAndBrent({0.0, f(0.0)}, {2.0, f(2.0)}, f, policy, failure);
     EXPECT_LE(std::fabs(1e-6 * Cubic(root)), 1.0001e-10);
     EXPECT_GT(std::fabs(root - std::cbrt(2.0)), 1e-13) << "ended by the residual, not the bracket";
   }

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "distributions/Common.h"
+#include "distributions/NoncentralTStart.h"
 #include "distributions/Normal.h"
 #include "distributions/OwenRecursion.h"
 #include "distributions/SolveParameter.h"
@@ -80,8 +81,8 @@ TEST(NoncentralTCdf, LeavesTheExponentialOutFromTwelveAndAHalf) {
   const double step = std::fabs(NoncentralTCdf(t, 3, above) - NoncentralTCdf(t, 3, below));
   EXPECT_GT(step, 5e-8);
   EXPECT_LT(step, 1.5e-7);
-  EXPECT_EQ(OwenTerms(t, 3, above).M1, OwenTerms(t, 3, above).c * OwenTerms(t, 3, above).B *
-                                           OwenTerms(t, 3, above).M0);
+  EXPECT_EQ(OwenTerms(t, 3, above).M1,
+            OwenTerms(t, 3, above).c * OwenTerms(t, 3, above).B * OwenTerms(t, 3, above).M0);
 }
 
 TEST(NoncentralTCdf, StaysAProbabilityForALargeDelta) {
@@ -155,7 +156,8 @@ TEST(NoncentralTCdf, EqualsThePlainRecursionBitForBitWhereTheStepwiseFormStands)
 
 TEST(NoncentralTCdf, EqualsThePlainRecursionToThirteenDigitsWhereTheFactoredFormStands) {
   int compared = 0;
-  for (const std::int32_t df : {2, 3, 4, 5, 6, 7, 34, 35, 36, 37, 300, 301, 3000, 9999, 16384, 16385}) {
+  for (const std::int32_t df :
+       {2, 3, 4, 5, 6, 7, 34, 35, 36, 37, 300, 301, 3000, 9999, 16384, 16385}) {
     for (const double t : {-25.0, -4.0, -1.5, -0.25, 0.0, 1e-9, 0.75, 2.5, 12.0, 31.0}) {
       for (const double magnitude : {0.0, 1e-12, 0.5, 1.0, 2.8, 7.0, 12.5}) {
         const double delta = std::copysign(magnitude, t);
@@ -266,13 +268,82 @@ TEST(NoncentralTQuantile, StartsDirectlyFromFourDegreesOfFreedom) {
   const double z = NormalQuantile(0.9);
   const double common = 1.0 - 8.0 * n + 16.0 * n * n - 8.0 * n * z * z;
   const double root = std::sqrt(8.0 * delta * delta * n + common);
-  const double start =
-      4.0 * (z * n * root + 4.0 * delta * n * n - n * delta) / common;
+  const QuantileStart start = FirstQuantileStart(delta, 4, 0.9);
+  EXPECT_TRUE(start.isDirect);
+  EXPECT_NEAR(start.t, 4.0 * (z * n * root + 4.0 * delta * n * n - n * delta) / common, 1e-13);
+  EXPECT_FALSE(FirstQuantileStart(delta, 3, 0.9).isDirect);
+  // The start stands near the quantile once n is large.
   int status = 0;
   int failure = 0;
-  EXPECT_NEAR(NoncentralTQuantile(delta, 4, 0.9, status, failure),
-              SearchFrom(start, delta, 4, 0.9).t,
-              1e-13);
+  EXPECT_NEAR(FirstQuantileStart(delta, 200, 0.9).t,
+              NoncentralTQuantile(delta, 200, 0.9, status, failure), 1e-3);
+}
+
+TEST(NoncentralTQuantile, StartsFromTheSeriesWhereTheApproximationHasNoSolution) {
+  // 8 n delta^2 + 1 - 8 n + 16 n^2 - 8 n z^2 is negative at n = 4 for |z| above 2.65 and delta 0.
+  const QuantileStart start = FirstQuantileStart(0.25, 4, 0.001);
+  EXPECT_FALSE(start.isDirect);
+  EXPECT_EQ(start.t, SecondQuantileStart(0.25, 4, 0.001));
+  int status = 1;
+  int failure = 1;
+  const double t = NoncentralTQuantile(0.25, 4, 0.001, status, failure);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(failure, 0);
+  EXPECT_NEAR(NoncentralTCdf(t, 4, 0.25), 0.001, 1.1e-10);
+}
+
+TEST(NoncentralTQuantile, SeriesStartAddsTwoTermsToTheCentralQuantile) {
+  const std::int32_t df = 12;
+  const double n = df;
+  const double delta = 0.75;
+  const double z = NormalQuantile(0.9);
+  int status = 0;
+  int failure = 0;
+  const double t0 = CentralTQuantile(df, 0.9, status, failure);
+  const double expected = t0 + delta + delta / (4.0 * n) * (2.0 * z * z + 1.0 + z * delta) +
+                          delta / (96.0 * n * n) *
+                              (3.0 * (4.0 * std::pow(z, 4) + 12.0 * z * z + 1.0) +
+                               6.0 * delta * (std::pow(z, 3) + 4.0 * z) -
+                               4.0 * delta * delta * (z * z - 1.0) - 3.0 * z * std::pow(delta, 3));
+  EXPECT_NEAR(SecondQuantileStart(delta, df, 0.9), expected, 1e-12);
+}
+
+TEST(NoncentralTQuantile, WrapsThe32BitProductOfItsSeries) {
+  EXPECT_EQ(NinetySixSquares(4729), 96 * 4729 * 4729);
+  EXPECT_EQ(NinetySixSquares(4730), -2147168896);
+  EXPECT_EQ(NinetySixSquares(16384), 0);
+  EXPECT_EQ(NinetySixSquares(147456), 0);
+}
+
+TEST(NoncentralTQuantile, LeavesTheLastTermOfTheSeriesOutWhereTheProductIsZero) {
+  const std::int32_t df = 16384;
+  const double z = NormalQuantile(0.75);
+  int status = 0;
+  int failure = 0;
+  const double t0 = CentralTQuantile(df, 0.75, status, failure);
+  EXPECT_DOUBLE_EQ(SecondQuantileStart(1.0, df, 0.75),
+                   t0 + 1.0 + 1.0 / (4.0 * df) * (2.0 * z * z + 1.0 + z));
+}
+
+TEST(NoncentralTQuantile, StartsFromTheShiftedNormalAtFirstAndTheNormalAloneAfterwards) {
+  // No t has a cumulative probability of 1, so the central search fails; z is NumericFailure then.
+  int status = 0;
+  int failure = 0;
+  CentralTQuantile(10, 1.0, status, failure);
+  ASSERT_TRUE(status != 0 || failure != 0);
+  const QuantileStart first = FirstQuantileStart(2.0, 10, 1.0);
+  EXPECT_FALSE(first.isDirect);
+  EXPECT_EQ(first.t, NumericFailure + 2.0);
+  EXPECT_EQ(SecondQuantileStart(2.0, 10, 1.0), NumericFailure);
+}
+
+TEST(NoncentralTQuantile, FailsWhenBothStartsDo) {
+  const double delta = 2e4;  // so large that the direct start exists although z is NumericFailure
+  ASSERT_TRUE(FirstQuantileStart(delta, 10, 1.0).isDirect);
+  int status = 0;
+  int failure = 0;
+  EXPECT_EQ(NoncentralTQuantile(delta, 10, 1.0, status, failure), NumericFailure);
+  EXPECT_TRUE(status != 0 || failure != 0);
 }
 
 TEST(CentralTQuantile, IsTheCentralQuantileFromTheNormalStart) {
@@ -283,12 +354,8 @@ TEST(CentralTQuantile, IsTheCentralQuantileFromTheNormalStart) {
     double p;
     double t;
   };
-  constexpr Row rows[] = {{1, 0.95, 6.314},
-                          {2, 0.975, 4.303},
-                          {5, 0.975, 2.571},
-                          {10, 0.995, 3.169},
-                          {30, 0.025, -2.042},
-                          {60, 0.95, 1.671},
+  constexpr Row rows[] = {{1, 0.95, 6.314},   {2, 0.975, 4.303},   {5, 0.975, 2.571},
+                          {10, 0.995, 3.169}, {30, 0.025, -2.042}, {60, 0.95, 1.671},
                           {120, 0.975, 1.980}};
   for (const Row& row : rows) {
     int status = 1;
@@ -296,6 +363,20 @@ TEST(CentralTQuantile, IsTheCentralQuantileFromTheNormalStart) {
     EXPECT_NEAR(CentralTQuantile(row.df, row.p, status, failure), row.t, 0.0006);
     EXPECT_EQ(status, 0);
     EXPECT_EQ(failure, 0);
+  }
+}
+
+TEST(CentralTQuantile, SettlesWhereverATestNeedsACriticalValue) {
+  for (const std::int32_t df : {1, 2, 3, 4, 5, 6, 8, 10, 15, 20, 30, 50, 99, 300, 1000, 5000}) {
+    for (const double p : {0.00005, 0.0001, 0.005, 0.025, 0.05, 0.125, 0.25}) {
+      int status = 1;
+      int failure = 1;
+      const double t = CentralTQuantile(df, p, status, failure);
+      EXPECT_EQ(status, 0) << df << " " << p;
+      EXPECT_EQ(failure, 0);
+      EXPECT_NEAR(NoncentralTCdf(t, df, 0.0), p, 1.001e-10);
+      EXPECT_LT(t, 0.0);
+    }
   }
 }
 

@@ -31,11 +31,9 @@ TEST(NormalCdf, KeepsItsOwnFitBeyondFour) {
 
 TEST(NormalCdf, FitsTheTailInTheWholeDistanceAndNotInItsHalf) {
   const double z = 4.5;
-  const double whole =
-      std::pow(10.0, -0.560159336 - 0.139082759 * z - 0.21143111 * z * z);
+  const double whole = std::pow(10.0, -0.560159336 - 0.139082759 * z - 0.21143111 * z * z);
   const double y = z / 2.0;
-  const double half =
-      std::pow(10.0, -0.560159336 - 0.139082759 * y - 0.21143111 * y * y);
+  const double half = std::pow(10.0, -0.560159336 - 0.139082759 * y - 0.21143111 * y * y);
   EXPECT_LT(ErrorOf(NormalCdf(-z), whole), 1e-9);
   EXPECT_GT(ErrorOf(NormalCdf(-z), half), 0.9);
 }

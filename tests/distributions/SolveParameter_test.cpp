@@ -14,14 +14,9 @@ namespace poweranalysis {
 namespace {
 
 constexpr double Nan = std::numeric_limits<double>::quiet_NaN();
-constexpr SearchKind AllKinds[] = {SearchChiSquareDelta,
-                                   SearchTDelta,
-                                   SearchFDelta,
-                                   SearchTQuantile,
-                                   SearchChiSquareQuantile,
-                                   SearchFQuantile,
-                                   SearchFDeltaApprox,
-                                   SearchBinomialProportion};
+constexpr SearchKind AllKinds[] = {
+    SearchChiSquareDelta,    SearchTDelta,    SearchFDelta,       SearchTQuantile,
+    SearchChiSquareQuantile, SearchFQuantile, SearchFDeltaApprox, SearchBinomialProportion};
 
 // A scripted residual under the policy of a kind, with every point it was asked for.
 struct Trace {
@@ -71,8 +66,7 @@ TEST(SecantSearch, TakesTheSmallestStepForANegativeStart) {
 
 TEST(SecantSearch, DividesTheFirstSlopeByTheWholeStepEvenAtTheFloor) {
   // Start 5e-11: the neighbour moves from -5e-11 up to 0, and |0| then ends the search at once.
-  const Trace run =
-      Search(SearchChiSquareQuantile, 5e-11, Plain([](double b) { return b - 1.0; }));
+  const Trace run = Search(SearchChiSquareQuantile, 5e-11, Plain([](double b) { return b - 1.0; }));
   ASSERT_EQ(run.points.size(), 2U);
   EXPECT_EQ(run.points[1], 0.0);
   EXPECT_EQ(run.value, 5e-11);
@@ -161,7 +155,8 @@ TEST(SecantSearch, TakesTheNextSlopeWithTheBoundedPoint) {
   // slope from there is (2 - 1) / (1 - 0) = 1, so the next point is 0 - 1 / 1, floored to 0 again.
   const Trace run = Search(SearchFDelta, 1.0, Plain([](double b) { return b * b * 4.0 + 1.0; }));
   ASSERT_GE(run.points.size(), 4U);
-  EXPECT_EQ(run.points[2], 1.0 - 5.0 / ((5.0 - (4.0 * (1.0 - 0.0001) * (1.0 - 0.0001) + 1.0)) / 0.0001));
+  EXPECT_EQ(run.points[2],
+            1.0 - 5.0 / ((5.0 - (4.0 * (1.0 - 0.0001) * (1.0 - 0.0001) + 1.0)) / 0.0001));
 }
 
 TEST(SecantSearch, FailsWhenABoundedPointIsMetTwice) {
@@ -185,9 +180,9 @@ TEST(SecantSearch, GivesUpAfterTenThousandCountsWithStatusTwo) {
   // No root: the steps of the secant wander about the minimum of b^2 + 1 for ever.
   int calls = 0;
   const Trace run = Search(SearchTQuantile, 2.0, Plain([&calls](double b) {
-                           ++calls;
-                           return std::fabs(std::fmod(b, 7.0)) + 1.0 + 0.001 * (calls % 17);
-                         }));
+                             ++calls;
+                             return std::fabs(std::fmod(b, 7.0)) + 1.0 + 0.001 * (calls % 17);
+                           }));
   EXPECT_EQ(run.status, 2);
   EXPECT_EQ(calls, 10001);
   EXPECT_TRUE(std::isfinite(run.value));

@@ -68,8 +68,8 @@ inline void ExpectTruth(const std::string& name,
   for (const TruthRow& row : rows) {
     const double actual = function(row.inputs);
     const double error = ErrorOf(actual, row.expected);
-    EXPECT_LE(error, row.tolerance) << name << ": " << row.text << " gives "
-                                    << ::testing::PrintToString(actual);
+    EXPECT_LE(error, row.tolerance)
+        << name << ": " << row.text << " gives " << ::testing::PrintToString(actual);
     worst = std::max(worst, error);
     if (row.tolerance > 0.0 && error / row.tolerance > worstShare) {
       worstShare = error / row.tolerance;
@@ -80,11 +80,8 @@ inline void ExpectTruth(const std::string& name,
   summary << worst;
   ::testing::Test::RecordProperty(name + "_worst", summary.str());
   if (std::getenv("TRUTH_VERBOSE") != nullptr) {
-    std::printf("%s: worst relative error %g; worst share of tolerance %g at %s\n",
-                name.c_str(),
-                worst,
-                worstShare,
-                worstRow.c_str());
+    std::printf("%s: worst relative error %g; worst share of tolerance %g at %s\n", name.c_str(),
+                worst, worstShare, worstRow.c_str());
   }
 }
 

@@ -157,6 +157,19 @@ TEST_F(TTestsTest, MakesAFailedCriticalValueAFailedPower) {
   EXPECT_EQ(ShownCriticalTOfOneMean(NumericFailure, H0TwoTailed), NumericFailure);
 }
 
+TEST_F(TTestsTest, SumsTheTailsToThirteenDigits) {
+  for (const std::int32_t df : {1, 2, 3, 4, 6, 8, 12, 25, 60, 126, 499, 998, 4998, 12560}) {
+    for (const double alpha : {.0001, .01, .05, .25}) {
+      const double crit = CriticalT(df, alpha, H0TwoTailed);
+      for (double delta = -16.05; delta < 16; delta += .1) {
+        const double sum = NoncentralTCdf(crit, df, delta) + 1 - NoncentralTCdf(-crit, df, delta);
+        ASSERT_NEAR(TTestPower(nullptr, crit, df, delta, H0TwoTailed), sum, 1e-13 * sum)
+            << df << ' ' << alpha << ' ' << delta;
+      }
+    }
+  }
+}
+
 TEST_F(TTestsTest, GivesTheSamePowerThroughTheCache) {
   for (const double es : {.1, .5, 1.3}) {
     const TDesign design = EqualGroupsDesign(es, 40);

@@ -165,8 +165,8 @@ def t_cdf_rows():
 def t_tolerance(t, n, delta):
     """Absolute error that the short constants leave in the distribution function.
 
-    The error of Phi(b A) enters the recursion, which magnifies it where t and delta differ in sign;
-    beyond 4 it is that of the fitted tail.
+    The error of Phi(b A) enters the recursion. Beyond 4 it is that of the fitted tail, and the
+    recursion magnifies that where t and delta differ in sign.
     The exponential term of the recursion is left out where its exponent is -12.5 or less.
     """
     growth = mp.exp(-t * delta * mp.sqrt(n / (n + t * t))) if t * delta < 0 else mp.mpf(1)
@@ -177,7 +177,7 @@ def t_tolerance(t, n, delta):
         (mp.mpf("4e-3") * normal_cdf(-abs(z)) for z in (delta, b, b * t / mp.sqrt(n)) if abs(z) > 4),
         mp.mpf(0),
     )
-    return (mp.mpf("2e-9") + fitted) * min(growth, mp.mpf("1e3")) + left_out
+    return mp.mpf("2e-9") + fitted * min(growth, mp.mpf("1e3")) + left_out
 
 
 def t_quantile_rows():

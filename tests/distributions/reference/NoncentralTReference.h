@@ -80,8 +80,8 @@ inline double NoncentralTCdf(double t, std::int32_t df, double delta) {
   double abserr = 0.0;
   int neval = 0;
   int ier = 0;
-  AdaptiveIntegrate(
-      PlainIntegrand{b}, 0.0, t / std::sqrt(n), 1e-12, 1e-12, result, abserr, neval, ier);
+  AdaptiveIntegrate(PlainIntegrand{b}, 0.0, t / std::sqrt(n), 1e-12, 1e-12, result, abserr, neval,
+                    ier);
   const double T = result * 0.159154943091896;
   if (ier != 0 || T == NumericFailure) {
     return NumericFailure;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "exporters/Study.h"
+
+// The shapes that the JSON output and the workbook file share: one shape for one thing. Only for
+// the sources that know the JSON library.
+namespace poweranalysis::json_shapes {
+
+using Json = nlohmann::ordered_json;
+
+// How a number is written that may be none.
+using NumberShape = Json (*)(double value);
+
+// A missing value is null, as is whatever else JSON has no number for.
+Json NumberOrNull(double value);
+
+// Adds `headings`, `columns` and `rows`, which are empty without a table.
+void AddTable(const SummaryTable* table, NumberShape number, Json& json);
+Json MessagesJson(const std::vector<Message>& messages);
+// Single precision numbers with their fewest digits; failed points are null.
+Json PointsJson(const std::vector<float>& points, NumberShape number);
+Json ChartJson(const Chart& chart, NumberShape number);
+
+// The text, indented, with a line feed at its end. Arrays of numbers and small objects stand on a
+// line of their own.
+std::string Written(const Json& json);
+
+}  // namespace poweranalysis::json_shapes
