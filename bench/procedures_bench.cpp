@@ -54,13 +54,13 @@ void BM_T2RequiredNBesideAFixedGroup(benchmark::State& state) {
 }
 BENCHMARK(BM_T2RequiredNBesideAFixedGroup);
 
-// Power against N, 10 to 109 a group, at d = .5.
+// Power against N, 5 to 500 a group, at d = .5.
 void BM_T2PowerCurveOverN(benchmark::State& state) {
   for (auto _ : state) {
     CriticalTCache criticals;
     for (int i = 0; i < kPoints; ++i) {
       benchmark::DoNotOptimize(
-          TTestPower(nullptr, EqualGroupsDesign(.5, 10 + i), kAlpha, H0TwoTailed, criticals));
+          TTestPower(nullptr, EqualGroupsDesign(.5, 5 * (i + 1)), kAlpha, H0TwoTailed, criticals));
     }
   }
 }
@@ -79,12 +79,12 @@ void BM_T2PowerCurveOverEffect(benchmark::State& state) {
 }
 BENCHMARK(BM_T2PowerCurveOverEffect);
 
-// Required N against d, .3 to .9.
+// Required N against d, .1 to 1.09.
 void BM_T2SizeCurveOverEffect(benchmark::State& state) {
   for (auto _ : state) {
     CriticalTCache criticals;
     for (int i = 0; i < kPoints; ++i) {
-      const double es = .3 + .6 * i / (kPoints - 1);
+      const double es = .1 + .01 * i;
       benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(es), NToVaryBoth, 0, criticals));
     }
   }
