@@ -9,18 +9,13 @@
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
 #include "cli/Output.h"
+#include "cli/PaintModule.h"
 #include "cli/Run.h"
 #include "host/SvgPainter.h"
 
 namespace poweranalysis {
 
 namespace {
-
-// A picture's bytes, or why there are none.
-struct Picture {
-  std::string bytes;
-  std::string error;
-};
 
 Picture PaintAsSvg(const DisplayList& list) { return {PaintSvg(list), {}}; }
 
@@ -29,7 +24,8 @@ struct PictureFormat {
   Picture (*paint)(const DisplayList& list);
 };
 
-constexpr std::array<PictureFormat, 1> kFormats = {{{".svg", PaintAsSvg}}};
+constexpr std::array<PictureFormat, 3> kFormats = {
+    {{".svg", PaintAsSvg}, {".png", PaintAsPng}, {".pdf", PaintAsPdf}}};
 
 const PictureFormat* FormatOf(const std::string& file) {
   const std::string lower = LowerCase(file);

@@ -6,6 +6,25 @@ namespace {
 
 using Charts = Program;
 
+TEST_F(Charts, GoToPngAndPdfByTheirExtension) {
+  const Result result =
+      Run({"power", "t1", "--chart", "power-vs-n=n.png", "--chart", "power-vs-es=es.PDF"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(Read("n.png").substr(0, 8), "\x89PNG\r\n\x1A\n");
+  EXPECT_EQ(Read("es.PDF").substr(0, 5), "%PDF-");
+}
+
+TEST_F(Charts, AreTheSameBytesOnTwoRuns) {
+  for (const char* extension : {"png", "pdf"}) {
+    for (const char* name : {"one", "two"}) {
+      Run({"power", "t1", "--chart", std::string("power-vs-n=") + name + "." + extension});
+    }
+    EXPECT_FALSE(Read(std::string("one.") + extension).empty()) << extension;
+    EXPECT_EQ(Read(std::string("one.") + extension), Read(std::string("two.") + extension))
+        << extension;
+  }
+}
+
 TEST_F(Charts, WritesSvg) {
   const Result result = Run(
       {"power", "t1", "--mu", "5", "--chart", "power-vs-n=n.svg", "--chart", "power-vs-es=es.svg"});
