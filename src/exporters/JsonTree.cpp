@@ -27,9 +27,7 @@ std::string SyntaxReason(const std::string& what) {
     const char* reason;
   };
   constexpr Row kRows[] = {{"UTF-8", "the text is no UTF-8"},
-                           {"number overflow", "the number is too large"},
-                           {"end of input", "the text breaks off"},
-                           {"missing closing quote", "the text breaks off"}};
+                           {"number overflow", "the number is too large"}};
   for (const Row& row : kRows) {
     if (what.find(row.part) != std::string::npos) {
       return row.reason;
@@ -82,9 +80,10 @@ class Builder {
   bool parse_error(std::size_t position,
                    const std::string& /*token*/,
                    const nlohmann::detail::exception& exception) {
-    // The position is behind the last byte that was read.
+    // The position is behind the last byte that was read, which may be the end itself.
+    const bool atEnd = position > text_.size();
     error_ = LineAndColumn(text_, position == 0 ? 0 : position - 1) + ": " +
-             SyntaxReason(exception.what());
+             (atEnd ? "the text breaks off" : SyntaxReason(exception.what()));
     return false;
   }
   // NOLINTEND(readability-identifier-naming)

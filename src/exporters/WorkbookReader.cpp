@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 
+#include "exporters/Exporters.h"
 #include "exporters/JsonTree.h"
 #include "exporters/WorkbookFile.h"
 #include "exporters/WorkbookMembers.h"
@@ -27,9 +28,9 @@ struct Place {
 
   std::string Text() const {
     if (parent == nullptr) {
-      return {};
+      return "the file";
     }
-    const std::string before = parent->Text();
+    const std::string before = parent->parent == nullptr ? std::string() : parent->Text();
     if (parent->json.is_array()) {
       return before + "[" + std::to_string(index) + "]";
     }
@@ -43,8 +44,7 @@ class Findings {
  public:
   void Fail(const Place& place, const std::string& reason) {
     if (error_.empty()) {
-      const std::string way = place.Text();
-      error_ = (way.empty() ? std::string("the file") : way) + ": " + reason;
+      error_ = place.Text() + ": " + reason;
     }
   }
 
@@ -143,9 +143,24 @@ double NumberAt(const Place& place, double missing, Findings& findings) {
   return missing;
 }
 
+// The single precision number that is written as this one. Rounding twice, to double and to single,
+// is wrong for one of them: 7.038531e-26 lies so near the middle of two that the double is the
+// middle itself.
+float SingleWrittenAs(double value) {
+  const auto rounded = static_cast<float>(value);
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  for (const float single :
+       {rounded, std::nextafter(rounded, kInfinity), std::nextafter(rounded, -kInfinity)}) {
+    if (std::isfinite(single) && ShortestDouble(single) == value) {
+      return single;
+    }
+  }
+  return rounded;
+}
+
 float SingleAt(const Place& place, Findings& findings) {
   const double value = NumberAt(place, static_cast<double>(FailedPoint), findings);
-  const auto single = static_cast<float>(value);
+  const float single = SingleWrittenAs(value);
   if (std::isfinite(value) && !std::isfinite(single)) {
     findings.Fail(place, "the number is too large for single precision");
   }
