@@ -1,0 +1,240 @@
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Bindings.h"
+#include "PythonHost.h"
+#include "StudyObject.h"
+#include "cli/Errors.h"
+#include "cli/FieldOptions.h"
+#include "cli/Run.h"
+#include "host/ConfigFolder.h"
+#include "host/NumberText.h"
+#include "host/SvgPainter.h"
+#include "output/SummaryTables.h"
+
+// A calculation asked for by name: the dialogs are driven as the command line drives them.
+namespace poweranalysis {
+
+namespace py = pybind11;
+
+namespace {
+
+using Values = std::vector<std::pair<std::string, py::object>>;
+
+// --- Names.
+
+// A name without what the spellings differ in: "sample-size-n1", "sample_size_n1" and
+// "SampleSizeN1" are one.
+std::string Plain(const std::string& name) {
+  std::string plain = LowerCase(name);
+  plain.erase(
+      std::remove_if(plain.begin(), plain.end(), [](char c) { return c == '-' || c == '_'; }),
+      plain.end());
+  return plain;
+}
+
+bool Names(const std::string& keyword, const Field& field) {
+  const std::string alias = OptionAlias(field.name);
+  return Plain(keyword) == Plain(field.name) || (!alias.empty() && Plain(keyword) == Plain(alias));
+}
+
+const Field& FieldOfKeyword(const FamilyTable& family, const std::string& keyword) {
+  std::vector<std::string> names;
+  for (const Field& field : family.fields) {
+    if (Names(keyword, field)) {
+      return field;
+    }
+    names.emplace_back(field.name);
+  }
+  throw py::type_error("there is no argument '" + keyword + "' for " + family.code +
+                       "; the nearest is '" + Nearest(keyword, names) + "'");
+}
+
+int RowOfFamily(const std::string& name) {
+  const int row = FindTask(ModePower, name);
+  if (row >= 0) {
+    return row;
+  }
+  std::vector<std::string> names;
+  for (const TaskRow& task : Tasks(ModePower)) {
+    if (Plain(task.readableName) == Plain(name)) {
+      return FindTask(ModePower, task.readableName);
+    }
+    names.emplace_back(task.family);
+    names.emplace_back(task.readableName);
+  }
+  throw py::type_error("there is no family '" + name + "'; the nearest is '" +
+                       Nearest(name, names) + "'");
+}
+
+// --- Values.
+
+// What was given, as it would be typed.
+std::string TextOf(const std::string& keyword, const py::object& value) {
+  if (py::isinstance<py::str>(value)) {
+    return value.cast<std::string>();
+  }
+  const double number = PyFloat_AsDouble(value.ptr());
+  if (PyErr_Occurred() != nullptr) {
+    PyErr_Clear();
+    throw py::type_error(keyword + " must be a number or the name of a choice, not " +
+                         py::repr(value).cast<std::string>());
+  }
+  return FormatShortest(number);
+}
+
+std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given) {
+  std::vector<FieldValue> values;
+  for (const auto& [keyword, value] : given) {
+    const Field& field = FieldOfKeyword(family, keyword);
+    const auto same = [&field](const FieldValue& other) { return other.field == &field; };
+    if (std::any_of(values.begin(), values.end(), same)) {
+      throw py::type_error(keyword + ": " + field.name + " was given twice");
+    }
+    try {
+      values.push_back({&field, ParseFieldValue(family, field, keyword, TextOf(keyword, value))});
+    } catch (const UsageError& error) {
+      throw py::value_error(error.what());
+    }
+  }
+  std::sort(values.begin(), values.end(),
+            [](const FieldValue& a, const FieldValue& b) { return a.field < b.field; });
+  return values;
+}
+
+std::string WithoutOption(const std::string& error) {
+  const std::string option = "--chart: ";
+  return error.rfind(option, 0) == 0 ? error.substr(option.size()) : error;
+}
+
+struct Files {
+  std::optional<std::string> settings;
+  std::optional<std::string> saveSettings;
+  bool saveDefaults = false;
+  std::optional<std::string> config;
+};
+
+RunRequest RequestOf(int mode,
+                     const std::string& family,
+                     const Values& given,
+                     const std::vector<std::string>& charts,
+                     const Files& files) {
+  RunRequest request;
+  request.mode = mode;
+  request.row = RowOfFamily(family);
+  request.family = FindFamily(Tasks(mode)[static_cast<std::size_t>(request.row)].family);
+  request.values = ValuesOf(*request.family, given);
+  for (const std::string& chart : charts) {
+    request.charts.push_back({LowerCase(chart), {}});
+  }
+  request.settings = files.settings;
+  request.saveSettings = files.saveSettings;
+  request.saveDefaults = files.saveDefaults;
+  request.configFolder = files.config.value_or(UserConfigFolder("poweranalysis"));
+  return request;
+}
+
+RunOutcome RunWithoutLock(const RunRequest& request) {
+  const py::gil_scoped_release release;
+  const ModuleStateScope own;
+  PythonHost host;
+  return RunTask(request, host);
+}
+
+StudyObject Run(int mode,
+                const std::string& family,
+                const Values& given,
+                const std::vector<std::string>& charts,
+                const std::optional<std::string>& settings,
+                const std::optional<std::string>& saveSettings,
+                bool saveDefaults,
+                const std::optional<std::string>& config) {
+  const RunRequest request =
+      RequestOf(mode, family, given, charts, {settings, saveSettings, saveDefaults, config});
+  try {
+    RunOutcome outcome = RunWithoutLock(request);
+    if (PyErr_Occurred() != nullptr) {
+      throw py::error_already_set();
+    }
+    return {std::move(outcome.study), std::move(outcome.errors), std::move(outcome.notes)};
+  } catch (const UsageError& error) {
+    throw py::type_error(WithoutOption(error.what()));
+  }
+}
+
+// --- What is known of the families.
+
+py::list ListFamilies() {
+  py::list families;
+  for (const TaskRow& task : Tasks(ModePower)) {
+    families.append(py::make_tuple(task.family, task.readableName, LoadText(task.name)));
+  }
+  return families;
+}
+
+// --- A study.
+
+py::object AnswerOf(const StudyObject& object) {
+  const SummaryTable* table = SummaryOf(object.study);
+  return HasAnswer(object.study) ? py::object(py::float_(table->rows.back().values.front()))
+                                 : py::object(py::none());
+}
+
+py::list MessagesOf(const StudyObject& object) {
+  py::list messages;
+  for (const Message& message : object.study.messages) {
+    messages.append(py::make_tuple(message.id, message.text, message.count));
+  }
+  return messages;
+}
+
+std::string ExportTo(const StudyObject& object, const std::string& format) {
+  const auto found = FindExportFormat(format);
+  if (!found) {
+    throw py::value_error("there is no format '" + format + "'; choose from " +
+                          ExportFormatNames());
+  }
+  TextStyle style;
+  for (const Chart* chart : ChartsOf(object.study)) {
+    style.charts.push_back(chart->name);
+  }
+  return Export(object.study, *found, style);
+}
+
+std::string SvgOf(const StudyObject& object, std::size_t index, bool dark) {
+  return PaintSvg(LayOutChart(*ChartsOf(object.study).at(index)),
+                  dark ? DarkTheme() : LightTheme());
+}
+
+}  // namespace
+
+StudyObject StudyOf(WorkbookItem item) {
+  StudyObject object;
+  if (const auto* table = std::get_if<SummaryTable>(&item)) {
+    object.study.code = table->code;
+  }
+  object.study.workbook.items.push_back(std::move(item));
+  return object;
+}
+
+void BindCalculations(py::module_& module) {
+  module.def("run", Run);
+  module.def("families", ListFamilies);
+  module.def("user_config_folder", [] { return UserConfigFolder("poweranalysis"); });
+  py::class_<StudyObject>(module, "Study")
+      .def_property_readonly("status", [](const StudyObject& self) { return self.study.status; })
+      .def_property_readonly("answer", AnswerOf)
+      .def_property_readonly("messages", MessagesOf)
+      .def_readonly("errors", &StudyObject::errors)
+      .def_readonly("notes", &StudyObject::notes)
+      .def("export", ExportTo)
+      .def("svg", SvgOf);
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include <string>
+#include <vector>
+
+#include "exporters/Exporters.h"
+
+namespace poweranalysis {
+
+// A calculation with all that came out of it, as Python holds it.
+struct StudyObject {
+  Study study;
+  std::vector<std::string> errors;  // beyond the messages of the system
+  std::vector<std::string> notes;
+};
+
+// One item of a workbook as a study of its own, for export.
+StudyObject StudyOf(WorkbookItem item);
+
+}  // namespace poweranalysis

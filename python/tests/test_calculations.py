@@ -1,0 +1,299 @@
+"""power and size, against the command line digit for digit."""
+
+import ctypes
+import os
+import signal
+import subprocess
+import sys
+import threading
+import time
+
+import numpy as np
+import pytest
+
+import poweranalysis as pa
+
+CASES = [
+    ("power", "T1", {"Mu0": 0, "Mu": 0.3, "Sigma": 1.5, "SampleSize": 40}),
+    ("power", "T1", {"Mu0": 0, "Mu": 0.3, "Sigma": 1.5, "H0Type": "upper", "Alpha": 0.01}),
+    ("power", "T2", {"Mu1": 5, "Mu2": 0, "Sigma": 10, "SampleSizeN1": 64, "SampleSizeN2": 70}),
+    ("power", "T3", {"Mu1": 1, "Mu2": 0.25, "BetweenGroupR": 0.625, "SampleSize": 33}),
+    ("size", "T1", {"Mu0": 0, "Mu": 0.3, "Sigma": 1.5, "PowerGoal": 0.8}),
+    ("size", "T2", {"Mu1": 5, "Mu2": 0, "Sigma": 10, "PowerGoal": 0.8}),
+    ("size", "T2", {"Mu1": 5, "Mu2": 0, "NToVary": "n1", "SampleSizeN2": 80, "EsStart": 0.5}),
+    ("size", "T3", {"Mu1": 1, "Mu2": 0.25, "Sigma1": 1.1, "H0Type": "upper"}),
+]
+
+
+def options(fields):
+    return [text for name, value in fields.items() for text in ("--set", f"{name}={value}")]
+
+
+@pytest.mark.parametrize("mode, family, fields", CASES)
+def test_gives_the_digits_of_the_command_line(cli_json, mode, family, fields):
+    result = getattr(pa, mode)(family, charts="all", **fields)
+    expected = cli_json(mode, family.lower(), *options(fields), "--chart", "all")
+    assert expected["status"] == 0 and expected["charts"]
+    assert result.to_dict() == expected
+    assert result.value == expected["rows"][-1]["value"]
+
+
+def test_a_field_goes_by_every_spelling():
+    expected = pa.power("T2", SampleSizeN1=40, H0Type=1).to_dict()
+    for spelling in ("sample_size_n1", "samplesizen1", "SAMPLESIZEN1", "sample-size-n1"):
+        for form in ({"h0": "upper"}, {"h0_type": 1}, {"H0": "UPPER"}, {"h0type": "1"}):
+            assert pa.power("T2", **{spelling: 40}, **form).to_dict() == expected
+
+
+def test_a_family_goes_by_code_and_by_readable_name():
+    expected = pa.power("T2").to_dict()
+    for name in ("t2", "two-means", "two_means", "TWO-MEANS"):
+        assert pa.power(name).to_dict() == expected
+    assert ("T2", "two-means") in [row[:2] for row in pa.families()]
+
+
+def test_numbers_of_numpy_are_numbers():
+    expected = pa.power("T2", Mu1=5.5, SampleSizeN1=40).to_dict()
+    assert pa.power("T2", Mu1=np.float64(5.5), SampleSizeN1=np.int32(40)).to_dict() == expected
+
+
+def test_the_result_is_made_of_its_parts():
+    result = pa.size("T2", Mu1=5, Mu2=0, Sigma=10, PowerGoal=0.8, charts=["n-vs-es"])
+    assert result.value == 64 and isinstance(result.value, int)
+    assert result.table["Required N (per group)"] == 64
+    assert result.table.headings[0] == "Sample Size Calculation"
+    assert [row.title for row in result.table][-1] == "Required N (per group)"
+    assert any("N = 64" in paragraph for paragraph in result.report)
+    assert result.messages == ()
+    assert [chart.name for chart in result.charts] == ["n-vs-es"]
+    assert float(result) == 64.0
+    with pytest.raises(KeyError):
+        result.table["Nothing"]
+
+
+def test_a_chart_is_arrays_and_a_picture(cli_json):
+    chart = pa.power("T1", charts="power-vs-n").charts["power-vs-n"]
+    expected = cli_json("power", "t1", "--chart", "power-vs-n")["charts"][0]
+    assert chart.x.tolist() == expected["x"] and chart.y.tolist() == expected["y"]
+    assert chart.svg().lstrip().startswith("<?xml") or chart.svg().startswith("<svg")
+    assert chart._repr_svg_() == chart.svg() != chart.svg(dark=True)
+
+
+def test_to_dict_is_the_callers_own():
+    result = pa.power("T1")
+    result.to_dict()["rows"].clear()
+    assert result.to_dict()["rows"]
+
+
+def test_a_notebook_shows_table_report_and_charts_without_the_style_of_a_page():
+    result = pa.power("T1", charts="power-vs-n")
+    html = result._repr_html_()
+    assert "<table>" in html and "<svg" in html and result.report[-1][:20] in html
+    assert "<body" not in html and "<style" not in html and "<html" not in html
+    assert result.to_html().startswith("<!DOCTYPE html>")
+    table = result.table._repr_html_()
+    assert table.startswith("<table>") and table.endswith("</table>")
+
+
+# --- What goes wrong.
+
+
+def test_a_refusal_carries_the_message_and_its_number(cli_json):
+    with pytest.raises(pa.Refused) as caught:
+        pa.power("T2", Alpha=2)
+    refused = caught.value
+    (message,) = cli_json("power", "t2", "--alpha", "2")["messages"]
+    assert (refused.message, refused.id) == (message["text"], message["id"])
+    assert str(refused) == refused.message
+    assert refused.result.value is None and refused.result.table is None
+
+
+def test_a_refused_chart_raises_and_what_there_is_stays(cli_json):
+    fields = {"Mu1": 5, "Mu2": 0, "Sigma": 10, "NToVary": "n1", "SampleSizeN2": 10}
+    expected = cli_json("size", "t2", *options(fields), "--chart", "all")
+    assert expected["status"] == 1
+    with pytest.raises(pa.Refused) as caught:
+        pa.size("T2", charts="all", **fields)
+    assert caught.value.result.to_dict() == expected
+    assert caught.value.id == expected["messages"][0]["id"]
+
+
+def test_a_true_null_hypothesis_is_refused():
+    with pytest.raises(pa.Refused) as caught:
+        pa.size("T2", Mu1=1, Mu2=1)
+    assert caught.value.id > 0 and caught.value.messages
+
+
+@pytest.mark.parametrize(
+    "arguments, fields, nearest",
+    [
+        (["T2"], {"Mu11": 5}, "'Mu1'"),
+        (["T2"], {"sigmma": 5}, "'Sigma'"),
+        (["two-meens"], {}, "'two-means'"),
+        (["T2"], {"charts": "power-vs-m"}, "'power-vs-n'"),
+    ],
+)
+def test_an_unknown_name_raises_with_the_nearest(arguments, fields, nearest):
+    with pytest.raises(TypeError, match=nearest):
+        pa.power(*arguments, **fields)
+
+
+@pytest.mark.parametrize(
+    "fields, error",
+    [
+        ({"Sigma": "wide"}, ValueError),
+        ({"H0Type": "sideways"}, ValueError),
+        ({"SampleSizeN1": 2.5}, ValueError),
+        ({"Mu1": float("nan")}, ValueError),
+        ({"Mu1": [1, 2]}, TypeError),
+        ({"Mu1": None}, TypeError),
+        ({"Mu1": 1, "mu1": 2}, TypeError),
+        ({"settings": "/nowhere/at/all.txt"}, RuntimeError),
+    ],
+)
+def test_wrong_use_raises(fields, error):
+    with pytest.raises(error):
+        pa.power("T2", **fields)
+
+
+def test_a_family_without_dialogs_says_so_or_computes():
+    try:
+        assert pa.power("SEM").value is not None
+    except RuntimeError as error:
+        assert "not available yet" in str(error)
+
+
+# --- Settings.
+
+
+def test_defaults_live_in_the_users_folder_and_in_the_one_given(config_folder, tmp_path):
+    own = pa.power("T1").value
+    pa.power("T1", Alpha=0.01, save_defaults=True)
+    assert list(config_folder.iterdir())
+    assert pa.power("T1").value < own
+    assert pa.power("T1", config=tmp_path / "other").value == own
+
+
+def test_settings_are_saved_and_opened(tmp_path):
+    file = tmp_path / "settings.ini"
+    expected = pa.power("T2", Mu1=4.5, Sigma=9, save_settings=file).to_dict()
+    assert pa.power("T2", settings=file).to_dict() == expected
+
+
+# --- Threads and interrupts.
+
+
+def test_calculations_of_two_threads_do_not_disturb_each_other():
+    expected = {n: pa.size("T2", Mu1=5, Mu2=0, Sigma=n).value for n in (8, 10, 12, 14)}
+    found = {}
+
+    def work(n):
+        for _ in range(20):
+            found.setdefault(n, set()).add(pa.size("T2", Mu1=5, Mu2=0, Sigma=n).value)
+
+    threads = [threading.Thread(target=work, args=(n,)) for n in expected]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    assert found == {n: {value} for n, value in expected.items()}
+
+
+# Some tenths of a second of work in one call.
+LONG = {"Mu0": 0, "Mu": 0.02, "Sigma": 1, "PowerGoal": 0.95}
+RANGES = {"EsStart": 0.012, "EsEnd": 0.02, "NInterval": 100}
+
+
+def long_call():
+    return pa.size("T1", charts="all", **LONG, **RANGES)
+
+
+def long_array():
+    return pa.distributions.NoncentralTCdf(1.5, 100001, np.full(2000, 0.5))
+
+
+def long_dialog():
+    app = pa.Application()
+    startup = app.StartAnalysis()
+    startup.AnalysisItem = pa.PowAnalysisItem.scPowSampleSizeCalculation
+    startup.AnalysisType = pa.PowAnalysisType.scPowOneMeanTTest
+    startup.OK()
+    for name, value in LONG.items():
+        app.Dialog.SetField(name, value)
+    app.Dialog.OK()
+    results = app.Dialog
+    for name, value in RANGES.items():
+        results.SetField(name, value)
+    try:
+        return results.GraphOfSampleSizeVsEs
+    except KeyboardInterrupt:
+        # The application goes on.
+        assert results.IsOpen() and results.NumberOfSteps == 100 and results.Summary is not None
+        raise
+
+
+@pytest.mark.parametrize("work", [long_call, long_array, long_dialog])
+def test_an_interrupt_stops_the_work(work):
+    begin = time.perf_counter()
+    work()
+    whole = time.perf_counter() - begin
+
+    def interrupt(*_):
+        raise KeyboardInterrupt
+
+    before = signal.signal(signal.SIGALRM, interrupt)
+    try:
+        signal.setitimer(signal.ITIMER_REAL, whole / 4)
+        begin = time.perf_counter()
+        with pytest.raises(KeyboardInterrupt):
+            work()
+        assert time.perf_counter() - begin < 0.8 * whole
+    finally:
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.signal(signal.SIGALRM, before)
+
+
+def test_another_thread_can_stop_the_work():
+    # As a Stop button does that belongs to the window of another thread.
+    stopped = []
+
+    def work():
+        try:
+            long_array()
+        except KeyboardInterrupt:
+            stopped.append(time.perf_counter())
+
+    begin = time.perf_counter()
+    long_array()
+    whole = time.perf_counter() - begin
+    begin = time.perf_counter()
+    thread = threading.Thread(target=work)
+    thread.start()
+    time.sleep(whole / 4)
+    raised = ctypes.pythonapi.PyThreadState_SetAsyncExc(
+        ctypes.c_ulong(thread.ident), ctypes.py_object(KeyboardInterrupt)
+    )
+    thread.join()
+    assert raised == 1 and stopped and stopped[0] - begin < 0.8 * whole
+
+
+CONTROL_C = """\
+import poweranalysis as pa
+print("started", flush=True)
+try:
+    while True:
+        pa.size("T1", Mu0=0, Mu=0.012, Sigma=1, PowerGoal=0.99)
+except KeyboardInterrupt:
+    print("interrupted", flush=True)
+"""
+
+
+def test_control_c_is_a_keyboard_interrupt():
+    process = subprocess.Popen(
+        [sys.executable, "-c", CONTROL_C], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True
+    )
+    assert process.stdout.readline() == "started\n"
+    time.sleep(0.2)
+    os.kill(process.pid, signal.SIGINT)
+    out, err = process.communicate(timeout=60)
+    assert out == "interrupted\n", err
