@@ -30,7 +30,7 @@ struct SubCommand {
   const char* example;
 };
 
-constexpr std::array<SubCommand, 4> kSubCommands = {{
+constexpr std::array<SubCommand, 5> kSubCommands = {{
     {"power", ModePower, CommandKind::Run, "Power of a test of given size",
      "poweranalysis power t2 --mu1 5 --mu2 0 --sigma 10 --sample-size-n1 64 --sample-size-n2 64"},
     {"size", ModeSampleSize, CommandKind::Run, "Sample size that a power goal requires",
@@ -39,6 +39,8 @@ constexpr std::array<SubCommand, 4> kSubCommands = {{
      "poweranalysis list"},
     {"describe", -1, CommandKind::Describe,
      "Fields of a family: option, range, default, label and meaning", "poweranalysis describe t2"},
+    {"macro", -1, CommandKind::Macro, "Run a macro: a Python script of the dialogs",
+     "poweranalysis macro run study.py"},
 }};
 
 // Options of every calculation; each takes a value but for the flags.
@@ -403,6 +405,9 @@ std::string CommandHelp(const SubCommand& command) {
   if (command.kind == CommandKind::List) {
     return text + "\n\nExample:\n  " + command.example + "\n";
   }
+  if (command.kind == CommandKind::Macro) {
+    return text + " run FILE\n\nExample:\n  " + command.example + "\n";
+  }
   text += " FAMILY [OPTIONS]\n\nFamilies, by code or by name:\n";
   for (const TaskRow& task : Tasks(ModePower)) {
     text += fmt::format("  {:<5} {:<31}{}\n", LowerCase(task.family), task.readableName,
@@ -483,6 +488,19 @@ ParsedCommand ParseCatalogueCommand(const SubCommand& command, std::vector<std::
   return parsed;
 }
 
+ParsedCommand ParseMacroCommand(const SubCommand& command,
+                                const std::vector<std::string>& arguments) {
+  constexpr std::size_t kWords = 2;  // run FILE
+  if (arguments.size() != kWords || arguments.front() != "run") {
+    throw UsageError(
+        fmt::format("{}: wanted is 'run FILE'. Example: {}", command.name, command.example));
+  }
+  ParsedCommand parsed;
+  parsed.kind = CommandKind::Macro;
+  parsed.text = arguments.back();
+  return parsed;
+}
+
 }  // namespace
 
 std::string SubCommandOf(int mode) {
@@ -508,6 +526,9 @@ ParsedCommand ParseCommandLine(std::vector<std::string> arguments) {
   const SubCommand& command = FindSubCommand(arguments.front());
   arguments.erase(arguments.begin());
   const bool help = std::any_of(arguments.begin(), arguments.end(), IsHelp);
+  if (command.kind == CommandKind::Macro && !help) {
+    return ParseMacroCommand(command, arguments);
+  }
   if (command.kind != CommandKind::Run) {
     return help ? TextCommand(CommandHelp(command))
                 : ParseCatalogueCommand(command, std::move(arguments));

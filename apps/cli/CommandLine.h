@@ -39,12 +39,12 @@ struct RunRequest {
   std::string output;  // empty: standard output
 };
 
-enum class CommandKind { Run, List, Describe, Text };
+enum class CommandKind { Run, List, Describe, Macro, Text };
 
 struct ParsedCommand {
   CommandKind kind = CommandKind::Text;
   RunRequest run;    // Run and Describe
-  std::string text;  // what to print: help, version
+  std::string text;  // what to print (help, version), or the file of a macro
 };
 
 // Reads the arguments behind the program's name. Throws UsageError.

@@ -6,6 +6,7 @@
 #include "cli/Catalogue.h"
 #include "cli/CommandLine.h"
 #include "cli/Errors.h"
+#include "cli/Macro.h"
 #include "cli/Output.h"
 #include "cli/Run.h"
 #include "cli/Terminal.h"
@@ -115,6 +116,9 @@ int RunCommand(const ParsedCommand& command) {
       return Print(ListTasks());
     case CommandKind::Describe:
       return Print(DescribeFamily(command.run.row, command.run.format));
+    case CommandKind::Macro:
+      Complain(RunMacro(command.text));
+      return StatusNoAnswer;
     default:
       return Print(command.text);
   }

@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <array>
-#include <climits>
 
+#include "cli/ProgramFolder.h"
 #include "cli/cairo/CairoPainter.h"
 
 namespace poweranalysis {
@@ -13,17 +13,6 @@ namespace poweranalysis {
 namespace {
 
 using Paint = decltype(&PowerAnalysisPaint);
-
-// The folder of the running program, with a slash at its end; empty when it cannot be told.
-std::string ProgramFolder() {
-  std::array<char, PATH_MAX> path{};
-  const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
-  if (length <= 0) {
-    return {};
-  }
-  const std::string program(path.data(), static_cast<std::size_t>(length));
-  return program.substr(0, program.rfind('/') + 1);
-}
 
 // The painter beside the program as built, or as installed; null with the reason in `error`.
 Paint OpenPainter(std::string& error) {

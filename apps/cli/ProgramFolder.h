@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace poweranalysis {
+
+// The folder of the running program, with a slash at its end; empty when it cannot be told. What
+// ships beside the program is looked for from there.
+std::string ProgramFolder();
+
+}  // namespace poweranalysis
