@@ -39,6 +39,26 @@ double MeantBy(float value) {
   return meant;
 }
 
+// The step of an axis as a reader counts: as it is with up to two digits, else the largest of 1, 2
+// and 5 times a power of ten below it.
+double TidyStep(float axisStep) {
+  const double step = MeantBy(axisStep);
+  if (!(step > 0) || !std::isfinite(step)) {
+    return 0;
+  }
+  const double power = std::pow(10.0, std::floor(std::log10(step)));
+  const double tenths = step / power * 10;
+  if (std::abs(tenths - std::round(tenths)) <= 1e-9 * tenths) {
+    return step;
+  }
+  for (const double digit : {5.0, 2.0}) {
+    if (tenths >= digit * 10) {
+      return digit * power;
+    }
+  }
+  return power;
+}
+
 // Decimals that a multiple of the step needs; nothing when it has more than a label bears.
 std::optional<int> DecimalsOf(double step) {
   constexpr int kMost = 9;
@@ -86,12 +106,13 @@ bool HasLength(const Axis& axis) {
 // The tables of a chart, read back.
 struct TickTable {
   std::vector<Tick> ticks;
-  bool tellsTruth = true;
+  bool isRound = true;     // every position a multiple of the step
+  bool tellsTruth = true;  // every label its position
 };
 
 TickTable ReadTickTable(const Chart& chart) {
-  constexpr double kEnd = 1e-3;       // share of a step by which a tick may lie beyond the axis
-  constexpr double kTruthful = 1e-2;  // share of a step by which a label may be off
+  constexpr double kEnd = 1e-3;    // share of a step by which a tick may lie beyond the axis
+  constexpr double kSlack = 1e-2;  // share of a step by which a position or a label may be off
   TickTable table;
   const double step = chart.yAxis.step;
   for (std::size_t i = 0; i < std::min(chart.tickPositions.size(), chart.tickLabels.size()); ++i) {
@@ -103,7 +124,9 @@ TickTable ReadTickTable(const Chart& chart) {
     label.erase(0, label.find_first_not_of(' '));
     double told = std::numeric_limits<double>::quiet_NaN();
     std::from_chars(label.data(), label.data() + label.size(), told);
-    table.tellsTruth = table.tellsTruth && std::abs(told - position) <= kTruthful * step;
+    const double steps = position / step;
+    table.isRound = table.isRound && std::abs(steps - std::round(steps)) <= kSlack;
+    table.tellsTruth = table.tellsTruth && std::abs(told - position) <= kSlack * step;
     table.ticks.push_back({position, std::move(label)});
   }
   return table;
@@ -146,8 +169,13 @@ bool ClipToUnitSquare(Point& a, Point& b) {
       !cut(way.y, 1 - start.y)) {
     return false;
   }
-  a = {start.x + enter * way.x, start.y + enter * way.y};
-  b = {start.x + leave * way.x, start.y + leave * way.y};
+  // An end inside stays as it is, bit for bit, so that the next segment joins it.
+  if (enter > 0) {
+    a = {start.x + enter * way.x, start.y + enter * way.y};
+  }
+  if (leave < 1) {
+    b = {start.x + leave * way.x, start.y + leave * way.y};
+  }
   return true;
 }
 
@@ -187,7 +215,7 @@ double TextWidth(std::string_view utf8, double size, bool bold) {
 std::vector<Tick> AxisTicks(const Axis& axis, int most) {
   constexpr double kEnd = 1e-3;  // share of a step by which a tick may lie beyond the axis
   constexpr double kMostSteps = 1e15;
-  const double step = MeantBy(axis.step);
+  const double step = TidyStep(axis.step);
   if (!HasLength(axis) || !(step > 0)) {
     return {};
   }
@@ -213,8 +241,10 @@ std::vector<Tick> AxisTicks(const Axis& axis, int most) {
 
 std::vector<Tick> YAxisTicks(const Chart& chart, int most) {
   const TickTable table = ReadTickTable(chart);
-  const double step = MeantBy(chart.yAxis.step);
-  if (table.ticks.size() < 2 || !table.tellsTruth || !HasLength(chart.yAxis) || !(step > 0)) {
+  const double step = chart.yAxis.step;
+  const bool isTidy = step > 0 && TidyStep(chart.yAxis.step) == MeantBy(chart.yAxis.step);
+  if (table.ticks.size() < 2 || !isTidy || !table.isRound || !table.tellsTruth ||
+      !HasLength(chart.yAxis)) {
     return AxisTicks(chart.yAxis, most);
   }
   Thinning thinning;
@@ -302,7 +332,7 @@ class Layout {
 
   DisplayList Make() {
     Add(RectItem{Role::Background, {0, 0}, list_.width, list_.height});
-    list_.title = Describe(' ');
+    list_.title = Describe();
     list_.description = Summary();
     AddTitles();
     PlacePlot();
@@ -318,12 +348,11 @@ class Layout {
     list_.items.emplace_back(std::move(item));
   }
 
-  std::string Describe(char separator) const {
+  // The titles in one line.
+  std::string Describe() const {
     std::string text;
     for (const std::string& title : chart_.titles) {
-      if (!title.empty()) {
-        text += (text.empty() ? std::string() : std::string(1, ';') + separator) + title;
-      }
+      text.append(text.empty() || title.empty() ? "" : "; ").append(title);
     }
     return text;
   }
@@ -331,7 +360,7 @@ class Layout {
   std::string Summary() const;
   void AddTitles();
   void AddTitle(const std::string& text, Role role, double size, bool bold);
-  double AddLines(const std::string& text, const TextItem& first, double room);
+  double AddLines(const std::string& text, const TextItem& first, double room, double least);
   void PlacePlot();
   void AddGrid();
   void AddAxes();
@@ -376,15 +405,17 @@ std::string Layout::Summary() const {
          poweranalysis::Summary(chart_.yLabel.empty() ? "Y" : chart_.yLabel, chart_.y) + ".";
 }
 
-// Shrinks a text to its room, then wraps it. The first line's baseline is at `first.at`; returns
-// the distance between the first and the last.
-double Layout::AddLines(const std::string& text, const TextItem& first, double room) {
+// Shrinks a text to its room, at the least to that share of its size, then wraps it. The first
+// line's baseline is at `first.at`; returns the distance between the first and the last.
+double Layout::AddLines(const std::string& text, const TextItem& first, double room, double least) {
   const double width = TextWidth(text, first.size, first.bold);
-  const double shrink = width > room ? std::max(kSmallest, room / width) : 1.0;
+  const double shrink = width > room ? std::max(least, room / width) : 1.0;
   TextItem item = first;
   item.size = std::floor(first.size * shrink * 10) / 10;
-  const std::vector<std::string> lines = WrapText(
-      text, [&](const std::string& line) { return TextWidth(line, item.size, item.bold) <= room; });
+  const auto fits = [&](const std::string& line) {
+    return TextWidth(line, item.size, item.bold) <= room;
+  };
+  const std::vector<std::string> lines = WrapText(text, fits);
   const double upright = item.rotation == 0 ? 1 : 0;
   double distance = 0;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -404,7 +435,7 @@ void Layout::AddTitle(const std::string& text, Role role, double size, bool bold
   titlesEnd_ =
       baseline + size * (kLeading - 1.1) +
       AddLines(text, {role, {list_.width / 2, baseline}, Anchor::Middle, size, bold, 0, {}},
-               list_.width - 2 * kOuter);
+               list_.width - 2 * kOuter, kSmallest);
 }
 
 void Layout::AddTitles() {
@@ -454,8 +485,15 @@ void Layout::AddGrid() {
   }
 }
 
+// Room of a text centred at `middle` of a picture `length` long.
+double RoomAbout(double middle, double length) {
+  constexpr double kBlank = kOuter / 2;
+  return 2 * (std::min(middle, length - middle) - kBlank);
+}
+
 void Layout::AddAxes() {
   constexpr double kWidth = 1.2;
+  constexpr double kOneLine = 0;  // a label beside its axis has no room for a second line
   for (const Tick& tick : xTicks_) {
     const double x = X(tick.position);
     Add(LineItem{Role::Axis, {x, bottom_}, {x, bottom_ + kTickMark}, kWidth});
@@ -487,7 +525,7 @@ void Layout::AddAxes() {
             false,
             0,
             {}},
-           list_.width - 2 * kOuter);
+           RoomAbout((left_ + right_) / 2, list_.width), kOneLine);
   AddLines(chart_.yLabel,
            {Role::Label,
             {kOuter + kLabelSize * 0.75, (top_ + bottom_) / 2},
@@ -496,7 +534,7 @@ void Layout::AddAxes() {
             false,
             90,
             {}},
-           list_.height - 2 * kOuter);
+           RoomAbout((top_ + bottom_) / 2, list_.height), kOneLine);
 }
 
 void Layout::AddCurve() {

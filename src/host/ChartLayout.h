@@ -116,12 +116,13 @@ struct Tick {
   std::string label;
 };
 
-// Ticks at round multiples of the axis' step, at most `most`.
+// Ticks at round multiples of the axis' step, at most `most`. A step of many digits counts as the
+// round one below it.
 std::vector<Tick> AxisTicks(const Axis& axis, int most);
 
-// The ticks of the Y axis: those of the chart's own tick table, thinned to `most`. A label there
-// that does not tell its position (a clamped axis starts half a step beyond its bound, and the
-// labels round) would mislead the reader; the ticks of the axis stand in for such a table.
+// The ticks of the Y axis: those of the chart's own tick table, thinned to `most`. The table of a
+// clamped axis starts half a step beyond its bound: its positions are not round, and where its
+// labels round them they would mislead the reader. The ticks of the axis stand in for such a table.
 std::vector<Tick> YAxisTicks(const Chart& chart, int most);
 
 // Where a value lies on an axis, 0 at its minimum and 1 at its maximum; 0.5 on an axis without
@@ -153,7 +154,8 @@ std::vector<std::string> WrapText(const std::string& text, Fits fits) {
       }
       end = blank;
     }
-    lines.push_back(text.substr(start, end - start));
+    const std::size_t last = text.find_last_not_of(' ', end - 1);
+    lines.push_back(text.substr(start, last == std::string::npos ? 0 : last + 1 - start));
     start = text.find_first_not_of(' ', end);
     start = start == std::string::npos ? text.size() : start;
   }

@@ -73,15 +73,21 @@ std::string InAscii(const std::string& text) {
   return ascii;
 }
 
+// Place of a cell in a table stored row by row.
+std::size_t Index(int column, int row, int columns) {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+         static_cast<std::size_t>(column);
+}
+
 // A sheet of character cells.
 class Sheet {
  public:
   Sheet(int columns, int rows)
-      : columns_(columns), rows_(rows), cells_(static_cast<std::size_t>(columns * rows), " ") {}
+      : columns_(columns), rows_(rows), cells_(Index(0, rows, columns), " ") {}
 
   void Put(int column, int row, std::string_view character) {
     if (column >= 0 && column < columns_ && row >= 0 && row < rows_) {
-      cells_[static_cast<std::size_t>(row * columns_ + column)] = character;
+      cells_[Index(column, row, columns_)] = character;
     }
   }
 
@@ -95,7 +101,7 @@ class Sheet {
     std::string text;
     for (int row = 0; row < rows_; ++row) {
       for (int column = 0; column < columns_; ++column) {
-        text += cells_[static_cast<std::size_t>(row * columns_ + column)];
+        text += cells_[Index(column, row, columns_)];
       }
       text.erase(text.find_last_not_of(' ') + 1);
       text += '\n';
@@ -115,7 +121,7 @@ class Dots {
   Dots(int columns, int rows, const CharacterSet& set)
       : across_(columns * set.dotsAcross),
         down_(rows * set.dotsDown),
-        marks_(static_cast<std::size_t>(across_ * down_), 0) {}
+        marks_(Index(0, down_, across_), 0) {}
 
   // Of a piece of the line, in axis fractions.
   void Line(const Point& from, const Point& to) {
@@ -132,17 +138,13 @@ class Dots {
     mark = std::max(mark, kind);
   }
 
-  std::uint8_t At(int column, int row) const {
-    return marks_[static_cast<std::size_t>(row * across_ + column)];
-  }
+  std::uint8_t At(int column, int row) const { return marks_[Index(column, row, across_)]; }
 
   static constexpr std::uint8_t kOnLine = 1;
   static constexpr std::uint8_t kOnPoint = 2;
 
  private:
-  std::uint8_t& At(int column, int row) {
-    return marks_[static_cast<std::size_t>(row * across_ + column)];
-  }
+  std::uint8_t& At(int column, int row) { return marks_[Index(column, row, across_)]; }
   int Column(const Point& at) const {
     return std::clamp(static_cast<int>(std::lround(at.x * (across_ - 1))), 0, across_ - 1);
   }
