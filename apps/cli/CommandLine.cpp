@@ -182,6 +182,8 @@ class FamilyParser {
   // The values of an option; none when it was not given.
   std::vector<std::string> ValuesOf(const char* name) const { return Find(name)->results(); }
   std::optional<std::string> ValueOf(const char* name) const;
+  // The same for a file or folder, whose name cannot be empty.
+  std::optional<std::string> PathOf(const char* name) const;
   void RefuseUnknown() const;
   void ReadFields(RunRequest& request) const;
   void ReadCharts(RunRequest& request) const;
@@ -283,6 +285,14 @@ std::optional<std::string> FamilyParser::ValueOf(const char* name) const {
   return values.empty() ? std::nullopt : std::optional(values.front());
 }
 
+std::optional<std::string> FamilyParser::PathOf(const char* name) const {
+  std::optional<std::string> path = ValueOf(name);
+  if (path && path->empty()) {
+    throw UsageError(fmt::format("{}: a value is missing", name));
+  }
+  return path;
+}
+
 void FamilyParser::RefuseUnknown() const {
   std::vector<std::string> extras = app_.remaining();
   extras.erase(std::remove(extras.begin(), extras.end(), "--"), extras.end());
@@ -300,9 +310,14 @@ void FamilyParser::RefuseUnknown() const {
     }
   }
   const std::string word = unknown->substr(0, unknown->find('='));
+  const std::string nearest = Nearest(word, names);
+  if (nearest == word) {
+    // It stood behind "--", where nothing is an option.
+    throw UsageError(fmt::format("'{}' was not expected", *unknown));
+  }
   throw UsageError(
       fmt::format("there is no option '{}'; the nearest is '{}'. See '{} {} {} --help'.", word,
-                  Nearest(word, names), kProgram, command_.name, LowerCase(task_.family)));
+                  nearest, kProgram, command_.name, LowerCase(task_.family)));
 }
 
 void FamilyParser::ReadFields(RunRequest& request) const {
@@ -367,11 +382,11 @@ RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
   request.family = &family_;
   ReadFields(request);
   ReadCharts(request);
-  request.settings = ValueOf("--settings");
-  request.saveSettings = ValueOf("--save-settings");
+  request.settings = PathOf("--settings");
+  request.saveSettings = PathOf("--save-settings");
   request.saveDefaults = Find("--save-defaults")->count() > 0;
-  request.output = ValueOf("--output").value_or("");
-  request.configFolder = ValueOf("--config").value_or(UserConfigFolder(kProgram));
+  request.output = PathOf("--output").value_or("");
+  request.configFolder = PathOf("--config").value_or(UserConfigFolder(kProgram));
   const std::string format = ValueOf("--format").value_or("text");
   const auto found = FindExportFormat(LowerCase(format));
   if (!found) {

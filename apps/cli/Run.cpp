@@ -276,13 +276,14 @@ std::vector<ControlSpec> TaskRun::WantedCharts() const {
 void TaskRun::Draw(const std::vector<ControlSpec>& buttons) {
   for (const ControlSpec& button : buttons) {
     const std::size_t charts = ChartsIn(host_.workbook());
-    const std::size_t messages = host_.messages().size();
+    // Counted one by one: a repeat of the last message is a message as well.
+    const int messages = host_.messageCalls();
     script_.Press(button.number);
     if (ChartsIn(host_.workbook()) > charts) {
       continue;
     }
     chartRefused_ = true;
-    if (host_.messages().size() == messages && !Interrupted()) {
+    if (host_.messageCalls() == messages && !Interrupted()) {
       outcome_.errors.push_back(fmt::format("the chart '{}' could not be drawn", button.name));
     }
     if (!script_.OnResults()) {

@@ -145,9 +145,9 @@ class Builder {
     for (std::size_t i = 0; i + 1 < open_.size(); ++i) {
       const Level& level = open_[i];
       if (level.container->is_array()) {
-        place += "[" + std::to_string(level.container->size() - 1) + "]";
+        place.append("[").append(std::to_string(level.container->size() - 1)).append("]");
       } else {
-        place += (place.empty() ? "" : ".") + level.name;
+        place.append(place.empty() ? "" : ".").append(level.name);
       }
     }
     return place.empty() ? "the file" : place;

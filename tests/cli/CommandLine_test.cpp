@@ -166,6 +166,15 @@ TEST_F(CommandLine, ValuesOutOfRangeGetTheMessageOfTheSystem) {
   ExpectRefused({"power", "t1", "--sigma", "0"}, "1e-10 < PopulationSigma <= 1e+30");
 }
 
+// Calculate and each chart refuse it with the same message, which says all there is to say.
+TEST_F(CommandLine, ARangeRefusedOnEveryButtonIsToldOnceAndCounted) {
+  const Result result = Run({"power", "t1", "--n-interval", "200", "--chart", "all"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(Has(result.err, "4 <= No. Of Steps <= 100")) << result.err;
+  EXPECT_TRUE(Has(result.err, "(4 times)")) << result.err;
+  EXPECT_FALSE(Has(result.err, "could not be drawn")) << result.err;
+}
+
 TEST_F(CommandLine, ATrueNullHypothesisIsRefused) {
   const std::string message = "The null hypothesis is TRUE";
   ExpectRefused({"power", "t1", "--mu", "0"}, message);
@@ -192,6 +201,7 @@ TEST_F(CommandLine, UnknownOptionsNameTheNearest) {
   ExpectWrongUse({"power", "t1", "-x"}, {"'-x'"});
   ExpectWrongUse({"power", "t1", "stray"}, {"'stray'"});
   ExpectWrongUse({"power", "t1", "--", "stray"}, {"'stray'"});
+  ExpectWrongUse({"power", "t1", "--", "--alpha", "0.1"}, {"'--alpha' was not expected"});
   ExpectWrongUse({"list", "--al"}, {"'--al'", "'--help'"});
   ExpectWrongUse({"describe", "t1", "--fromat"}, {"'--fromat'", "'--format'"});
 }
@@ -213,6 +223,9 @@ TEST_F(CommandLine, MissingPiecesAreWrongUse) {
   ExpectWrongUse({"power", "--mu", "5"}, {"family is missing"});
   ExpectWrongUse({"power", "t1", "--mu"}, {"--mu: a value is missing"});
   ExpectWrongUse({"power", "t1", "-o"}, {"--output: a value is missing"});
+  for (const char* path : {"--output", "--settings", "--save-settings", "--config"}) {
+    ExpectWrongUse({"power", "t1", path, ""}, {std::string(path) + ": a value is missing"});
+  }
   ExpectWrongUse({"power", "t1", "--set", "Mu"}, {"FIELD=VALUE"});
   ExpectWrongUse({"power", "t1", "--chart", "power-vs-n="}, {"file is missing"});
 }

@@ -234,6 +234,27 @@ TEST_F(Output, AnInterruptCancelsAndLeavesNothingHalfWritten) {
   EXPECT_EQ(2U, FilesIn(".").size());  // the result and the words, no temporary file
 }
 
+// They are saved before the work begins, and are whole.
+TEST_F(Output, AnInterruptKeepsTheSettingsThatWereSaved) {
+  Arguments arguments = kLongWork;
+  arguments.insert(arguments.end(), {"--save-settings", "study.ini"});
+  const int err = ::open(At("err").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const pid_t child = Start(arguments, err, err);
+  for (int moment = 0; !Exists("study.ini") && moment < 1000; ++moment) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  Interrupt(child);
+  EXPECT_EQ(130, Wait(child));
+  ::close(err);
+  EXPECT_EQ("Calculation cancelled at user request.\n", Read("err"));
+  // The same without the curves, not interrupted.
+  arguments.assign(kLongWork.begin(), kLongWork.end() - 2);
+  arguments.insert(arguments.end(), {"--save-settings", "whole.ini"});
+  EXPECT_EQ(0, Run(arguments).status);
+  EXPECT_FALSE(Read("study.ini").empty());
+  EXPECT_EQ(Read("whole.ini"), Read("study.ini"));
+}
+
 TEST_F(Output, ACancelledRunIsValidJsonOnStandardOutput) {
   Arguments arguments = kLongWork;
   arguments.insert(arguments.end(), {"--format", "json"});

@@ -5,6 +5,7 @@
 #include "dialogs/DialogRun.h"
 #include "dialogs/ResultsDialog.h"
 #include "output/SummaryTables.h"
+#include "procedures/TTests.h"
 
 namespace poweranalysis {
 namespace {
@@ -114,7 +115,8 @@ TEST_F(ResultsDialog, ReportsAFixedGroupWithTheVariedSizeAsANumber) {
                  size + " observations is required in group 1.  With N1 = " + size +
                  " and N2 = 100, the actual power is "));
   // The critical value takes the degrees of freedom of equal groups all the same.
-  host_.TakeWorkbook();
+  const auto equalGroups = static_cast<std::int32_t>(2 * n - 2);
+  EXPECT_EQ(Row("Critical Value of t"), -CriticalT(equalGroups, 0.05, H0TwoTailed));
 }
 
 TEST_F(ResultsDialog, BackDiscardsRangeEditsAndChangeParamsKeepsThem) {

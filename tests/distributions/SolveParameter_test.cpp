@@ -151,12 +151,14 @@ TEST(SecantSearch, KeepsTheProportionAtOrBelowOneAndNoOther) {
 }
 
 TEST(SecantSearch, TakesTheNextSlopeWithTheBoundedPoint) {
-  // f = b^2 + 1 from 1: the first step leaves the unit interval below, to 0, where f is 1; the
-  // slope from there is (2 - 1) / (1 - 0) = 1, so the next point is 0 - 1 / 1, floored to 0 again.
-  const Trace run = Search(SearchFDelta, 1.0, Plain([](double b) { return b * b * 4.0 + 1.0; }));
-  ASSERT_GE(run.points.size(), 4U);
-  EXPECT_EQ(run.points[2],
-            1.0 - 5.0 / ((5.0 - (4.0 * (1.0 - 0.0001) * (1.0 - 0.0001) + 1.0)) / 0.0001));
+  // The slope 1 at the start leads from 1 to -1, which the floor makes 0, and there f is -2. With
+  // that 0 the slope is (2 + 2) / (1 - 0) and the next point 1/2; with the -1 it would be 2, and 1.
+  const Trace run =
+      Search(SearchFDelta, 1.0, Plain([](double b) { return b > 0.75 ? b + 1.0 : 4.0 * b - 2.0; }));
+  ASSERT_EQ(run.points.size(), 4U);
+  EXPECT_EQ(run.points[2], 0.0);
+  EXPECT_NEAR(run.points[3], 0.5, 1e-9);
+  EXPECT_EQ(run.status, 0);
 }
 
 TEST(SecantSearch, FailsWhenABoundedPointIsMetTwice) {

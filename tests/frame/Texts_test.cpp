@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 #include <string>
 
 #include "frame/FormatText.h"
 #include "support/DataTable.h"
+#include "support/TemporaryFolder.h"
 
 namespace poweranalysis {
 namespace {
@@ -133,6 +135,37 @@ TEST(Texts, OddWordingsStayVerbatim) {
   EXPECT_EQ(LoadText(13182), "Followup T must be greater than or equal to accrual period T0");
   EXPECT_EQ(LoadText(12669).substr(2, 3), "One");
   EXPECT_EQ(LoadText(12730), "With a total sample size of %s, actual power is %s.");
+}
+
+// A bracket that is not closed, two blanks, and a blank too few.
+TEST(Texts, OddChartTitlesStayVerbatim) {
+  EXPECT_EQ(LoadText(text::PlotNVsAlphaLambda1Lambda2T0T),
+            "N vs. Alpha (Lambda1 = %g, Lambda2 = %g, T0 = %ld, T = %ld");
+  EXPECT_EQ(LoadText(text::PlotRhoAlpha), "%s (Rho = %g,  Alpha = %g)");
+  EXPECT_EQ(LoadText(text::PlotNVsPowerLambda1Lambda2T0TAlpha),
+            "N vs. Power (Lambda1 = %g, Lambda2= %g, T0 = %ld, T = %ld, Alpha = %g)");
+}
+
+// The name offered for a new file is a text of its own: its two halves are there and nothing loads
+// them.
+TEST(Texts, TheHalvesOfANewFilesNameAreUsedNowhere) {
+  EXPECT_EQ(LoadText(13828) + "." + LoadText(13829), "NEW.INI");
+  const std::filesystem::path root = std::filesystem::path(TEST_DATA_DIR) / "../../..";
+  int sources = 0;
+  for (const char* folder : {"src", "apps"}) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root / folder)) {
+      const std::string extension = entry.path().extension();
+      if (extension != ".cpp" && extension != ".h") {
+        continue;
+      }
+      ++sources;
+      const std::string content = testing::ReadWhole(entry.path());
+      for (const char* use : {"text::NewName", "text::IniName", "13828", "13829"}) {
+        EXPECT_EQ(content.find(use), std::string::npos) << entry.path() << " uses " << use;
+      }
+    }
+  }
+  EXPECT_GT(sources, 50);
 }
 
 TEST(Texts, ATrueNullOfTheModelFitStandsOutOfOrder) {

@@ -1,0 +1,492 @@
+#include "exporters/office/Xlsx.h"
+
+#include <unistd.h>
+#include <xlsxwriter.h>
+#include <clocale>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <system_error>
+
+#include "exporters/Exporters.h"
+#include "exporters/office/XmlText.h"
+#include "exporters/office/Zip.h"
+#include "host/AtomicFile.h"
+#include "host/ChartLayout.h"
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr std::size_t kPackageLimit = std::size_t{1} << 30;
+
+// The library writes numbers with printf, which asks the locale of the thread for the decimal
+// point.
+class PlainLocale {
+ public:
+  PlainLocale() : plain_(newlocale(LC_ALL_MASK, "C", nullptr)), before_(uselocale(plain_)) {}
+  ~PlainLocale() {
+    uselocale(before_);
+    freelocale(plain_);
+  }
+  PlainLocale(const PlainLocale&) = delete;
+  PlainLocale& operator=(const PlainLocale&) = delete;
+
+ private:
+  locale_t plain_;
+  locale_t before_;
+};
+
+// A folder that nobody else sees: the library writes to files only.
+class PrivateFolder {
+ public:
+  PrivateFolder() {
+    std::error_code error;
+    path_ = (std::filesystem::temp_directory_path(error) / "power-analysis-XXXXXX").string();
+    if (error || mkdtemp(path_.data()) == nullptr) {
+      path_.clear();
+    }
+  }
+  ~PrivateFolder() {
+    if (!path_.empty()) {
+      std::error_code ignored;
+      std::filesystem::remove_all(path_, ignored);
+    }
+  }
+  PrivateFolder(const PrivateFolder&) = delete;
+  PrivateFolder& operator=(const PrivateFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+// --- Names of sheets: at most 31 characters, none of []:*?/\, no apostrophe at an end, none that
+// another sheet has in any case, and not "History".
+
+std::string LowerCase(std::string text) {
+  for (char& c : text) {
+    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  }
+  return text;
+}
+
+// The first so many UTF-16 units of it, which is how the format counts.
+std::string Shortened(const std::string& text, std::size_t most) {
+  std::size_t units = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if ((byte & 0xC0U) == 0x80U) {
+      continue;
+    }
+    units += byte >= 0xF0U ? 2 : 1;
+    if (units > most) {
+      return text.substr(0, i);
+    }
+  }
+  return text;
+}
+
+std::string SheetName(const std::string& wish, std::set<std::string>& taken) {
+  std::string name = XmlCharacters(wish);
+  for (char& c : name) {
+    const bool forbidden = std::string_view("[]:*?/\\").find(c) != std::string_view::npos;
+    c = forbidden || static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+  }
+  constexpr const char* kTrimmed = " '";
+  const std::size_t first = name.find_first_not_of(kTrimmed);
+  name = first == std::string::npos ? "Study" : name.substr(first);
+  constexpr std::size_t kMostUnits = 31;
+  constexpr std::size_t kRoomForNumber = 8;
+  std::string shown = Shortened(name, kMostUnits);
+  for (int number = 2;; ++number) {
+    shown.erase(shown.find_last_not_of(kTrimmed) + 1);
+    const std::string key = LowerCase(shown);
+    if (key != "history" && taken.insert(key).second) {
+      return shown;
+    }
+    shown = Shortened(name, kMostUnits - kRoomForNumber);
+    shown.append(" (").append(std::to_string(number)).append(")");
+  }
+}
+
+// --- Dates
+
+// The seconds of a date; its zone is left out, for the document's date is only its age.
+std::time_t Seconds(const std::string& date) {
+  std::tm time = {};
+  if (!IsWorkbookDate(date) ||
+      std::sscanf(date.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d", &time.tm_year, &time.tm_mon,
+                  &time.tm_mday, &time.tm_hour, &time.tm_min, &time.tm_sec) != 6) {
+    return 0;
+  }
+  time.tm_year -= 1900;
+  time.tm_mon -= 1;
+  return timegm(&time);
+}
+
+// When the newest study was made, so that the same studies give the same bytes on any day.
+std::time_t CreationTime(const std::vector<WorkbookStudy>& studies) {
+  constexpr std::time_t kYear2000 = 946684800;
+  std::time_t newest = 0;
+  for (const WorkbookStudy& study : studies) {
+    newest = std::max(newest, Seconds(study.date));
+  }
+  return newest > 0 ? newest : kYear2000;
+}
+
+// --- The book
+
+// Values that the library's sixteen digits do not tell, by the sheet and the cell that hold them.
+using ExactValues = std::map<std::string, double>;
+
+struct Book {
+  lxw_workbook* book = nullptr;
+  lxw_format* title = nullptr;
+  lxw_format* detail = nullptr;
+  lxw_format* heading = nullptr;
+  lxw_format* column = nullptr;
+  lxw_format* paragraph = nullptr;
+  std::map<int, lxw_format*> indents;
+  std::vector<ExactValues> exact;  // by sheet
+  std::set<std::string> names;
+  lxw_error error = LXW_NO_ERROR;
+
+  void Check(lxw_error result) {
+    if (error == LXW_NO_ERROR) {
+      error = result;
+    }
+  }
+
+  lxw_format* Indent(int indent) {
+    // A step is about as wide as two characters of a title.
+    constexpr int kMostSteps = 15;
+    const int steps = std::min(indent / 2, kMostSteps);
+    if (steps <= 0) {
+      return nullptr;
+    }
+    lxw_format*& format = indents[steps];
+    if (format == nullptr) {
+      format = workbook_add_format(book);
+      format_set_indent(format, static_cast<std::uint8_t>(steps));
+    }
+    return format;
+  }
+};
+
+void AddFormats(Book& book) {
+  const auto add = [&book](bool bold) {
+    lxw_format* format = workbook_add_format(book.book);
+    if (bold) {
+      format_set_bold(format);
+    }
+    return format;
+  };
+  constexpr double kTitlePoints = 14;
+  book.title = add(true);
+  format_set_font_size(book.title, kTitlePoints);
+  book.detail = add(false);
+  format_set_font_color(book.detail, 0x555555);
+  book.heading = add(true);
+  book.column = add(true);
+  format_set_align(book.column, LXW_ALIGN_RIGHT);
+  format_set_bottom(book.column, LXW_BORDER_THIN);
+  book.paragraph = add(false);
+  format_set_text_wrap(book.paragraph);
+  format_set_align(book.paragraph, LXW_ALIGN_VERTICAL_TOP);
+}
+
+// One sheet, written from the top to the bottom.
+class Sheet {
+ public:
+  Sheet(Book& book, const std::string& name) : book_(book), name_(name) {
+    sheet_ = workbook_add_worksheet(book.book, name.c_str());
+    book.exact.emplace_back();
+    if (sheet_ == nullptr) {
+      book.Check(LXW_ERROR_SHEETNAME_ALREADY_USED);
+      return;
+    }
+    constexpr double kTitleWidth = 44;
+    constexpr double kValueWidth = 14;
+    book.Check(worksheet_set_column(sheet_, 0, 0, kTitleWidth, nullptr));
+    book.Check(worksheet_set_column(sheet_, 1, kLastColumn, kValueWidth, nullptr));
+    worksheet_fit_to_pages(sheet_, 1, 0);  // on paper as wide as a page
+  }
+
+  void Write(const WorkbookStudy& study) {
+    if (sheet_ == nullptr) {
+      return;
+    }
+    Line(study.name.empty() ? "Study" : study.name, book_.title);
+    if (!study.date.empty()) {
+      Line(study.date, book_.detail);
+    }
+    ++row_;
+    WriteInputs(study.inputs);
+    const std::vector<WorkbookItem>& items = study.study.workbook.items;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      if (i < study.labels.size() && !study.labels[i].name.empty()) {
+        Line(study.labels[i].name, book_.heading);
+      }
+      std::visit([this](const auto& item) { WriteItem(item); }, items[i]);
+      ++row_;
+    }
+    for (const Message& message : study.study.messages) {
+      Paragraph(message.text);
+    }
+    for (const std::string& note : study.notes) {
+      Paragraph(note);
+    }
+  }
+
+ private:
+  static constexpr lxw_col_t kLastColumn = 7;
+
+  void Text(lxw_col_t column, const std::string& text, lxw_format* format) {
+    constexpr std::size_t kMostUnits = 32767;
+    std::string shown = Shortened(XmlCharacters(text), kMostUnits);
+    shown.erase(std::remove(shown.begin(), shown.end(), '\r'), shown.end());
+    book_.Check(worksheet_write_string(sheet_, row_, column, shown.c_str(), format));
+  }
+
+  void Line(const std::string& text, lxw_format* format) {
+    Text(0, text, format);
+    ++row_;
+  }
+
+  // Over all columns that text is read across, in a row as high as it takes: a merged row does not
+  // find its height itself.
+  void Paragraph(const std::string& text) {
+    constexpr std::size_t kCharacters = 130;
+    constexpr double kLineHeight = 15;
+    constexpr double kMostHeight = 409;
+    const auto breaks = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    const std::size_t lines = 1 + breaks + TextLength(text) / kCharacters;
+    book_.Check(worksheet_merge_range(sheet_, row_, 0, row_, kLastColumn, "", book_.paragraph));
+    book_.Check(worksheet_set_row(
+        sheet_, row_, std::min(kLineHeight * static_cast<double>(lines), kMostHeight), nullptr));
+    Line(text, book_.paragraph);
+  }
+
+  void Number(lxw_col_t column, double value) {
+    if (IsMissing(value) || !std::isfinite(value)) {
+      return;
+    }
+    book_.Check(worksheet_write_number(sheet_, row_, column, value, nullptr));
+    char cell[LXW_MAX_CELL_NAME_LENGTH];
+    lxw_rowcol_to_cell(cell, row_, column);
+    book_.exact.back()[cell] = value;
+  }
+
+  void WriteInputs(const std::vector<WorkbookInput>& inputs) {
+    if (inputs.empty()) {
+      return;
+    }
+    Line("Inputs", book_.heading);
+    for (const WorkbookInput& input : inputs) {
+      Text(0, input.field, nullptr);
+      Number(1, input.value);
+      ++row_;
+    }
+    ++row_;
+  }
+
+  void WriteItem(const SummaryTable& table) {
+    for (const std::string& heading : table.headings) {
+      Line(heading, book_.heading);
+    }
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      Text(Column(i + 1), table.columns[i], book_.column);
+    }
+    ++row_;
+    for (const TableRow& row : table.rows) {
+      Text(0, ShownTitle(row), book_.Indent(row.indent));
+      for (std::size_t i = 0; i < row.values.size(); ++i) {
+        Number(Column(i + 1), row.values[i]);
+      }
+      ++row_;
+    }
+  }
+
+  void WriteItem(const Report& report) {
+    Study study;
+    study.workbook.items.emplace_back(report);
+    for (const std::string& paragraph : ParagraphsOf(study)) {
+      Paragraph(paragraph);
+    }
+  }
+
+  // A point that could not be computed is an empty cell, where the line breaks.
+  void Point(lxw_col_t column, float value) {
+    Number(column,
+           value == FailedPoint || !std::isfinite(value) ? MissingValue() : ShortestDouble(value));
+  }
+
+  void WriteItem(const Chart& chart) {
+    for (const std::string& title : chart.titles) {
+      if (!title.empty()) {
+        Line(title, book_.heading);
+      }
+    }
+    const lxw_row_t top = row_;
+    Text(0, chart.xLabel, book_.column);
+    Text(1, chart.yLabel, book_.column);
+    ++row_;
+    const std::size_t count = std::min(chart.x.size(), chart.y.size());
+    for (std::size_t i = 0; i < count; ++i, ++row_) {
+      Point(0, chart.x[i]);
+      Point(1, chart.y[i]);
+    }
+    if (count > 0) {
+      InsertChart(chart, top, row_ - 1);
+    }
+  }
+
+  void InsertChart(const Chart& chart, lxw_row_t top, lxw_row_t last) {
+    lxw_chart* drawn = workbook_add_chart(book_.book, LXW_CHART_SCATTER_STRAIGHT_WITH_MARKERS);
+    lxw_chart_series* series = chart_add_series(drawn, nullptr, nullptr);
+    chart_series_set_categories(series, name_.c_str(), top + 1, 0, last, 0);
+    chart_series_set_values(series, name_.c_str(), top + 1, 1, last, 1);
+    std::string title;
+    for (const std::string& line : chart.titles) {
+      title += (title.empty() ? "" : "\n") + line;
+    }
+    SetName(title, [drawn](const char* text) { chart_title_set_name(drawn, text); });
+    lxw_chart_font font = {};
+    constexpr double kTitlePoints = 11;
+    font.size = kTitlePoints;
+    font.bold = LXW_TRUE;
+    chart_title_set_name_font(drawn, &font);
+    chart_legend_set_position(drawn, LXW_CHART_LEGEND_NONE);
+    chart_show_blanks_as(drawn, LXW_CHART_BLANKS_AS_GAP);
+    SetAxis(drawn->x_axis, chart.xLabel, chart.xAxis);
+    SetAxis(drawn->y_axis, chart.yLabel, chart.yAxis);
+    constexpr double kScale = 1.3;
+    lxw_chart_options options = {};
+    options.x_scale = kScale;
+    options.y_scale = kScale;
+    book_.Check(worksheet_insert_chart_opt(sheet_, top, 2, drawn, &options));
+    // What follows begins below the picture.
+    constexpr lxw_row_t kPictureRows = 20;
+    row_ = std::max(row_, top + kPictureRows);
+  }
+
+  // A name that begins with an equals sign would be read as a formula.
+  template <class Set>
+  static void SetName(const std::string& text, Set set) {
+    constexpr std::size_t kMostUnits = 255;
+    std::string name = Shortened(XmlCharacters(text), kMostUnits);
+    if (!name.empty() && name.front() == '=') {
+      name.insert(name.begin(), ' ');
+    }
+    set(name.c_str());
+  }
+
+  static void SetAxis(lxw_chart_axis* axis, const std::string& label, const Axis& scale) {
+    SetName(label, [axis](const char* text) { chart_axis_set_name(axis, text); });
+    if (std::isfinite(scale.min) && std::isfinite(scale.max) && scale.min < scale.max) {
+      chart_axis_set_min(axis, ShortestDouble(scale.min));
+      chart_axis_set_max(axis, ShortestDouble(scale.max));
+      chart_axis_set_crossing_min(axis);
+    }
+  }
+
+  // Columns beyond the format's last give an error there.
+  static lxw_col_t Column(std::size_t index) {
+    return static_cast<lxw_col_t>(std::min<std::size_t>(index, LXW_COL_MAX));
+  }
+
+  Book& book_;
+  std::string name_;
+  lxw_worksheet* sheet_ = nullptr;
+  lxw_row_t row_ = 0;
+};
+
+// --- All digits. The library writes sixteen significant digits, of which some doubles need
+// seventeen; their cells are written anew in the finished package.
+
+std::string WithExactNumbers(const std::string& xml, const ExactValues& values) {
+  std::string out;
+  std::size_t taken = 0;
+  constexpr std::string_view kCell = "<c r=\"";
+  constexpr std::string_view kValue = "<v>";
+  for (std::size_t at = xml.find(kCell); at != std::string::npos; at = xml.find(kCell, at + 1)) {
+    const std::size_t name = at + kCell.size();
+    const auto value = values.find(xml.substr(name, xml.find('"', name) - name));
+    if (value == values.end()) {
+      continue;
+    }
+    const std::size_t begin = xml.find(kValue, at) + kValue.size();
+    const std::size_t end = xml.find("</v>", begin);
+    if (begin < at || end == std::string::npos) {
+      continue;
+    }
+    out.append(xml, taken, begin - taken).append(FormatShortest(value->second));
+    taken = end;
+  }
+  return out.append(xml, taken, std::string::npos);
+}
+
+std::string WithExactNumbers(const std::string& package, const std::vector<ExactValues>& exact) {
+  std::vector<ZipEntry> entries = ReadZip(package, kPackageLimit);
+  for (ZipEntry& entry : entries) {
+    for (std::size_t i = 0; i < exact.size(); ++i) {
+      if (entry.name == "xl/worksheets/sheet" + std::to_string(i + 1) + ".xml") {
+        entry.bytes = WithExactNumbers(entry.bytes, exact[i]);
+      }
+    }
+  }
+  return entries.empty() ? std::string() : WriteZip(entries);
+}
+
+void WriteSheets(Book& book, const std::vector<WorkbookStudy>& studies) {
+  for (const WorkbookStudy& study : studies) {
+    Sheet(book, SheetName(study.name, book.names)).Write(study);
+  }
+  if (studies.empty()) {
+    workbook_add_worksheet(book.book, "Study");
+  }
+}
+
+}  // namespace
+
+std::string ExportXlsx(const std::vector<WorkbookStudy>& studies, std::string& error) {
+  error.clear();
+  const PlainLocale locale;
+  PrivateFolder folder;
+  const std::string path = folder.path() + "/study.xlsx";
+  std::string tmpdir = folder.path();
+  lxw_workbook_options options = {};
+  options.tmpdir = tmpdir.data();
+  Book book;
+  book.book = folder.path().empty() ? nullptr : workbook_new_opt(path.c_str(), &options);
+  if (book.book == nullptr) {
+    error = "there is no folder for temporary files";
+    return {};
+  }
+  lxw_doc_properties properties = {};
+  properties.created = CreationTime(studies);
+  book.Check(workbook_set_properties(book.book, &properties));
+  AddFormats(book);
+  WriteSheets(book, studies);
+  book.Check(workbook_close(book.book));
+  if (book.error != LXW_NO_ERROR) {
+    error = lxw_strerror(book.error);
+    return {};
+  }
+  const FileBytes package = ReadFile(path, kPackageLimit);
+  std::string bytes = WithExactNumbers(package.text, book.exact);
+  if (bytes.empty()) {
+    error = package.problem.empty() ? "the document could not be put together" : package.problem;
+  }
+  return bytes;
+}
+
+}  // namespace poweranalysis
