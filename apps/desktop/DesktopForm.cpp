@@ -1,0 +1,645 @@
+#include "desktop/DesktopForm.h"
+
+#include <QAction>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QEvent>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "desktop/Icons.h"
+#include "desktop/Mnemonics.h"
+#include "desktop/Strings.h"
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr int kEscapeControl = 2;  // Back or Cancel in every dialog
+
+QString Shown(std::string_view text) { return ToText(std::string(text)); }
+
+bool IsEdit(const ControlSpec& control) {
+  return control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit;
+}
+
+// Neighbours of one group, in the order of the page.
+std::vector<std::vector<ControlSpec>> InGroups(const std::vector<ControlSpec>& controls) {
+  std::vector<std::vector<ControlSpec>> groups;
+  for (const ControlSpec& control : controls) {
+    if (groups.empty() || groups.back().front().group != control.group) {
+      groups.emplace_back();
+    }
+    groups.back().push_back(control);
+  }
+  return groups;
+}
+
+std::vector<ControlSpec> AllControls(const DialogSpec& spec) {
+  std::vector<ControlSpec> controls = spec.frame;
+  for (const PageSpec& page : spec.pages) {
+    controls.insert(controls.end(), page.controls.begin(), page.controls.end());
+  }
+  return controls;
+}
+
+// Numbers of one kind in a page, for its lists and their help texts.
+std::vector<ControlSpec> OfKind(const PageSpec& page, ControlKind kind) {
+  std::vector<ControlSpec> found;
+  for (const ControlSpec& control : page.controls) {
+    if (control.kind == kind) {
+      found.push_back(control);
+    }
+  }
+  return found;
+}
+
+}  // namespace
+
+DesktopForm::DesktopForm(QWidget* parent) : QWidget(parent) {
+  setObjectName(QStringLiteral("dialog"));
+  setFocusPolicy(Qt::NoFocus);
+}
+
+// --- Building.
+
+void DesktopForm::AddDlgTabs(const DialogSpec& spec) {
+  model_.AddDlgTabs(spec);
+  AssignMnemonics(spec);
+  setAccessibleName(Shown(spec.title));
+  setAccessibleDescription(tr("Dialog"));
+  auto* column = new QVBoxLayout(this);
+
+  std::vector<ControlSpec> buttons;
+  for (const ControlSpec& control : spec.frame) {
+    if (control.kind == ControlKind::StaticText || control.kind == ControlKind::HelpText) {
+      column->addWidget(BuildSummary(control));
+    } else {
+      buttons.push_back(control);
+    }
+  }
+  QWidget* bar = BuildButtonBar(buttons);
+  if (spec.pages.size() == 1) {
+    column->addWidget(BuildPage(spec.pages.front()), 1);
+  } else {
+    tabs_ = new QTabWidget;
+    tabs_->setAccessibleName(tr("Pages of %1").arg(Shown(spec.title)));
+    tabs_->setAccessibleDescription(tr("The fields, and the files that keep them"));
+    for (const PageSpec& page : spec.pages) {
+      auto* scroll = new QScrollArea;
+      scroll->setWidgetResizable(true);
+      scroll->setFrameShape(QFrame::NoFrame);
+      scroll->setFocusPolicy(Qt::NoFocus);
+      scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+      QWidget* content = BuildPage(page);
+      scroll->setWidget(content);
+      scroll->setMinimumWidth(content->minimumSizeHint().width() + 24);
+      tabs_->addTab(scroll, Shown(page.caption));
+    }
+    column->addWidget(tabs_, 1);
+  }
+  column->addWidget(bar);
+  SetTabOrder();
+}
+
+// Captions that bring their own letter keep it; the others share what is left, the buttons first:
+// to them the keyboard has a longer way than to a field.
+void DesktopForm::AssignMnemonics(const DialogSpec& spec) {
+  QString taken = QStringLiteral("FEAMVH");  // the menu bar's
+  const std::vector<ControlSpec> controls = AllControls(spec);
+  for (const ControlSpec& control : controls) {
+    if (const QChar letter = MnemonicOf(Shown(control.caption)); !letter.isNull()) {
+      taken += letter;
+    }
+  }
+  for (const bool buttons : {true, false}) {
+    for (const ControlSpec& control : controls) {
+      const bool isText =
+          control.kind == ControlKind::StaticText || control.kind == ControlKind::HelpText;
+      if (!isText && (control.kind == ControlKind::Button) == buttons) {
+        captions_.insert(control.number, WithMnemonic(Shown(control.caption), taken));
+      }
+    }
+  }
+}
+
+void DesktopForm::Describe(QWidget& widget, const ControlSpec& control) {
+  widgets_.insert(control.number, &widget);
+  widget.setObjectName(QStringLiteral("control%1").arg(control.number));
+  const QString spoken = SpokenName(Shown(control.caption));
+  const QString help = control.help.empty() ? spoken : Shown(control.help);
+  widget.setAccessibleName(spoken);
+  widget.setAccessibleDescription(help);
+  widget.setToolTip(help);
+  widget.setStatusTip(help);
+}
+
+QWidget* DesktopForm::BuildPage(const PageSpec& page) {
+  auto* content = new QWidget;
+  auto* column = new QVBoxLayout(content);
+  if (!OfKind(page, ControlKind::List).empty()) {
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addLayout(BuildLists(page), 1);
+    return content;
+  }
+  for (const std::vector<ControlSpec>& group : InGroups(page.controls)) {
+    AddGroup(group, *column);
+  }
+  column->addStretch(1);
+  return content;
+}
+
+// Lists stand side by side, each under its caption and above its help.
+QLayout* DesktopForm::BuildLists(const PageSpec& page) {
+  const std::vector<ControlSpec> lists = OfKind(page, ControlKind::List);
+  const std::vector<ControlSpec> helps = OfKind(page, ControlKind::HelpText);
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(12);
+  for (std::size_t i = 0; i < lists.size(); ++i) {
+    const int columnIndex = static_cast<int>(i);
+    auto* label = new QLabel(Caption(lists[i]));
+    QListWidget* list = MakeList(lists[i]);
+    label->setBuddy(list);
+    grid->addWidget(label, 0, columnIndex);
+    grid->addWidget(list, 1, columnIndex);
+    if (i < helps.size()) {
+      grid->addWidget(MakeHelpText(helps[i]), 2, columnIndex);
+    }
+    grid->setColumnStretch(columnIndex, columnIndex == 0 ? 3 : 4);
+  }
+  grid->setRowStretch(1, 1);
+  return grid;
+}
+
+void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout& column) {
+  QBoxLayout* inner = &column;
+  const QString caption = Shown(controls.front().group);
+  if (!caption.isEmpty()) {
+    auto* box = new QGroupBox(caption);
+    box->setAccessibleName(caption);
+    box->setAccessibleDescription(caption);
+    inner = new QVBoxLayout(box);
+    column.addWidget(box);
+  }
+  std::vector<ControlSpec> fields;
+  std::vector<ControlSpec> buttons;
+  for (const ControlSpec& control : controls) {
+    if (IsEdit(control)) {
+      fields.push_back(control);
+    } else if (control.kind == ControlKind::Button) {
+      buttons.push_back(control);
+    } else if (control.kind == ControlKind::Radio || control.kind == ControlKind::CheckBox) {
+      inner->addWidget(MakeToggle(control));
+    } else {
+      inner->addWidget(MakeHelpText(control));
+    }
+  }
+  AddFields(fields, *inner);
+  AddButtons(buttons, *inner);
+}
+
+void DesktopForm::AddFields(const std::vector<ControlSpec>& fields, QBoxLayout& column) {
+  if (fields.empty()) {
+    return;
+  }
+  auto* form = new QFormLayout;
+  form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+  for (const ControlSpec& field : fields) {
+    auto* label = new QLabel(Caption(field));
+    QLineEdit* line = MakeEdit(field);
+    label->setBuddy(line);
+    label->setToolTip(line->toolTip());
+    form->addRow(label, line);
+  }
+  column.addLayout(form);
+}
+
+void DesktopForm::AddButtons(const std::vector<ControlSpec>& buttons, QBoxLayout& column) {
+  if (buttons.empty()) {
+    return;
+  }
+  constexpr int kColumns = 2;
+  auto* grid = new QGridLayout;
+  int place = 0;
+  for (const ControlSpec& button : buttons) {
+    grid->addWidget(MakeButton(button), place / kColumns, place % kColumns);
+    ++place;
+  }
+  for (int i = 0; i < kColumns; ++i) {
+    grid->setColumnStretch(i, 1);
+  }
+  column.addLayout(grid);
+}
+
+// The accepting button and its escape stand at the right, the others at the left.
+QWidget* DesktopForm::BuildButtonBar(const std::vector<ControlSpec>& controls) {
+  auto* bar = new QWidget;
+  auto* rows = new QVBoxLayout(bar);
+  rows->setContentsMargins(0, 0, 0, 0);
+  auto* main = new QHBoxLayout;
+  auto* others = new QHBoxLayout;
+  main->addStretch(1);
+  const int defaultButton = model_.spec().defaultButton;
+  for (const ControlSpec& control : controls) {
+    QPushButton* button = MakeButton(control);
+    const bool first = control.number == defaultButton;
+    if (first || control.number == kEscapeControl) {
+      main->addWidget(button);
+    } else {
+      others->addWidget(button);
+    }
+    if (first) {
+      button->setDefault(true);
+    }
+  }
+  if (others->count() <= 1) {
+    // Few enough for one row.
+    while (QLayoutItem* item = others->takeAt(0)) {
+      main->insertItem(0, item);
+    }
+    delete others;
+    rows->addLayout(main);
+  } else {
+    others->addStretch(1);
+    rows->addLayout(others);
+    rows->addLayout(main);
+  }
+  return bar;
+}
+
+QWidget* DesktopForm::BuildSummary(const ControlSpec& control) {
+  auto* box = new QGroupBox(Shown(control.caption));
+  box->setAccessibleName(SpokenName(Shown(control.caption)));
+  box->setAccessibleDescription(tr("What was set in the dialog before"));
+  auto* inner = new QVBoxLayout(box);
+  auto* label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  Describe(*label, control);
+  inner->addWidget(label);
+  return box;
+}
+
+QPushButton* DesktopForm::MakeButton(const ControlSpec& control) {
+  auto* button = new QPushButton(Caption(control));
+  Describe(*button, control);
+  button->setAutoDefault(true);  // Enter presses the button that has the focus
+  const int number = control.number;
+  connect(button, &QPushButton::clicked, this,
+          [this, number] { Q_EMIT Commanded(number, Notification::Command); });
+  return button;
+}
+
+QLineEdit* DesktopForm::MakeEdit(const ControlSpec& control) {
+  auto* line = new QLineEdit;
+  Describe(*line, control);
+  // Wide enough for any number; the width of the window is for the results.
+  const int letter = fontMetrics().averageCharWidth();
+  line->setMinimumWidth(letter * 14);
+  line->setMaximumWidth(letter * 40);
+  line->setAlignment(Qt::AlignLeft);
+  Edit edit;
+  edit.line = line;
+  edit.help = line->toolTip();
+  edit.name = line->accessibleName();
+  edit.mark = line->addAction(IconOf(QStringLiteral("warning")), QLineEdit::TrailingPosition);
+  edit.mark->setVisible(false);
+  edits_.insert(control.number, edit);
+  const int number = control.number;
+  connect(line, &QLineEdit::textEdited, this,
+          [this, number](const QString& text) { Edited(number, text); });
+  return line;
+}
+
+QWidget* DesktopForm::MakeToggle(const ControlSpec& control) {
+  QAbstractButton* toggle = nullptr;
+  if (control.kind == ControlKind::Radio) {
+    toggle = new QRadioButton(Caption(control));
+    const QString field = Shown(control.name);
+    QButtonGroup*& group = radios_[field];
+    if (group == nullptr) {
+      group = new QButtonGroup(this);
+    }
+    group->addButton(toggle);
+  } else {
+    toggle = new QCheckBox(Caption(control));
+  }
+  Describe(*toggle, control);
+  const int number = control.number;
+  connect(toggle, &QAbstractButton::clicked, this, [this, number](bool checked) {
+    if (qobject_cast<QCheckBox*>(WidgetOf(number)) != nullptr) {
+      model_.CheckDlgButton(number, checked);
+    }
+    Q_EMIT Commanded(number, Notification::Command);
+  });
+  return toggle;
+}
+
+QListWidget* DesktopForm::MakeList(const ControlSpec& control) {
+  auto* list = new QListWidget;
+  Describe(*list, control);
+  const int side = fontMetrics().height() * 2;
+  list->setIconSize(QSize(side, side));
+  list->setSpacing(1);
+  list->setWordWrap(true);
+  list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  const int number = control.number;
+  connect(list, &QListWidget::currentRowChanged, this, [this, number](int row) {
+    if (row >= 0) {
+      model_.SelectListRow(number, row);
+      Q_EMIT Commanded(number, Notification::SelectionChange);
+    }
+  });
+  connect(list, &QListWidget::itemDoubleClicked, this,
+          [this, number] { Q_EMIT Commanded(number, Notification::DoubleClick); });
+  return list;
+}
+
+QLabel* DesktopForm::MakeHelpText(const ControlSpec& control) {
+  auto* label = new QLabel;
+  label->setWordWrap(true);
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label->setMargin(8);
+  label->setMinimumHeight(label->fontMetrics().lineSpacing() * 6);
+  Describe(*label, control);
+  return label;
+}
+
+// The order of the table: the fields of the pages, then the frame's buttons.
+void DesktopForm::SetTabOrder() {
+  QWidget* last = tabs_;
+  const auto follow = [&](const std::vector<ControlSpec>& controls) {
+    for (const ControlSpec& control : controls) {
+      QWidget* widget = WidgetOf(control.number);
+      if (widget != nullptr && (widget->focusPolicy() & Qt::TabFocus) != 0) {
+        if (last != nullptr) {
+          QWidget::setTabOrder(last, widget);
+        }
+        last = widget;
+      }
+    }
+  };
+  for (const PageSpec& page : spec().pages) {
+    follow(page.controls);
+  }
+  follow(spec().frame);
+}
+
+void DesktopForm::FocusFirst() {
+  for (const PageSpec& page : spec().pages) {
+    for (const ControlSpec& control : page.controls) {
+      QWidget* widget = WidgetOf(control.number);
+      if (widget != nullptr && (widget->focusPolicy() & Qt::TabFocus) != 0) {
+        widget->setFocus(Qt::OtherFocusReason);
+        if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+          line->selectAll();
+        }
+        return;
+      }
+    }
+  }
+}
+
+// --- What the user does.
+
+int DesktopForm::ControlOf(const QWidget* widget) const {
+  for (auto it = widgets_.begin(); it != widgets_.end(); ++it) {
+    if (it.value() == widget) {
+      return it.key();
+    }
+  }
+  return 0;
+}
+
+void DesktopForm::Edited(int control, const QString& text) {
+  model_.Type(control, FromText(text));
+  Mark(control);
+  Q_EMIT Commanded(control, Notification::Command);
+}
+
+void DesktopForm::Type(int control, const QString& text) {
+  const auto edit = edits_.constFind(control);
+  if (edit != edits_.constEnd()) {
+    edit->line->setText(text);
+    Edited(control, text);
+  }
+}
+
+void DesktopForm::Click(int control) {
+  if (auto* button = qobject_cast<QAbstractButton*>(WidgetOf(control))) {
+    button->click();
+  } else {
+    Q_EMIT Commanded(control, Notification::Command);
+  }
+}
+
+void DesktopForm::Choose(int list, int row) {
+  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
+    const QSignalBlocker quiet(rows);
+    rows->setCurrentRow(row);
+    model_.SelectListRow(list, row);
+  }
+  Q_EMIT Commanded(list, Notification::SelectionChange);
+}
+
+void DesktopForm::PressDefault() { Click(spec().defaultButton); }
+
+void DesktopForm::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    PressDefault();
+  } else if (event->key() == Qt::Key_Escape) {
+    Click(kEscapeControl);
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+bool DesktopForm::event(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+    StyleHelpTexts();
+  }
+  return QWidget::event(event);
+}
+
+// --- Marks while typing.
+
+QString DesktopForm::Fault(int control) const {
+  const HeadlessForm::Control* held = model_.Find(control);
+  if (held == nullptr) {
+    return {};
+  }
+  double value = 0;
+  if (model_.GetDlgItemDouble(control, value) != 0) {
+    return held->text.empty() ? tr("A number is missing here.") : tr("This is not a number.");
+  }
+  if (held->spec.kind == ControlKind::IntEdit &&
+      value != static_cast<double>(model_.GetDlgItemLong(control))) {
+    return tr("This is not a whole number of 32 bits.");
+  }
+  if (held->lower && value < *held->lower) {
+    return tr("Below the lowest value, %1.").arg(ToText(FormatShortest(*held->lower)));
+  }
+  if (held->upper && value > *held->upper) {
+    return tr("Above the highest value, %1.").arg(ToText(FormatShortest(*held->upper)));
+  }
+  return {};
+}
+
+void DesktopForm::Mark(int control) {
+  const auto edit = edits_.constFind(control);
+  if (edit == edits_.constEnd()) {
+    return;
+  }
+  const QString fault = Fault(control);
+  const QString tip = fault.isEmpty() ? edit->help : fault + QLatin1Char('\n') + edit->help;
+  edit->mark->setVisible(!fault.isEmpty());
+  edit->mark->setToolTip(fault);
+  edit->line->setToolTip(tip);
+  edit->line->setStatusTip(fault.isEmpty() ? edit->help : fault);
+  edit->line->setAccessibleDescription(tip);
+  edit->line->setStyleSheet(fault.isEmpty()
+                                ? QString()
+                                : QStringLiteral("QLineEdit { border: 2px solid #c0392b; "
+                                                 "border-radius: 3px; padding: 2px; }"));
+}
+
+// --- Form. The model first, then the widget shows it.
+
+void DesktopForm::ShowText(int control) {
+  const QString text = ToText(model_.GetDlgItemText(control));
+  QWidget* widget = WidgetOf(control);
+  if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+    line->setText(text);
+    line->setCursorPosition(0);
+    Mark(control);
+  } else if (auto* label = qobject_cast<QLabel*>(widget)) {
+    label->setText(text);
+    label->setAccessibleDescription(text);
+  }
+}
+
+void DesktopForm::SetDlgItemText(int control, std::string_view text) {
+  model_.SetDlgItemText(control, text);
+  ShowText(control);
+}
+
+std::string DesktopForm::GetDlgItemText(int control) const {
+  return model_.GetDlgItemText(control);
+}
+
+void DesktopForm::SetDlgItemLong(int control, std::int64_t value) {
+  model_.SetDlgItemLong(control, value);
+  ShowText(control);
+}
+
+std::int32_t DesktopForm::GetDlgItemLong(int control) const {
+  return model_.GetDlgItemLong(control);
+}
+
+void DesktopForm::SetDlgItemDouble(int control, double value, int width, int decimals) {
+  model_.SetDlgItemDouble(control, value, width, decimals);
+  ShowText(control);
+}
+
+int DesktopForm::GetDlgItemDouble(int control, double& value) const {
+  return model_.GetDlgItemDouble(control, value);
+}
+
+void DesktopForm::SetRETruncate(int control, int truncate) {
+  model_.SetRETruncate(control, truncate);
+}
+
+void DesktopForm::CheckRadioButton(int first, int last, int checked) {
+  model_.CheckRadioButton(first, last, checked);
+  if (auto* radio = qobject_cast<QRadioButton*>(WidgetOf(checked))) {
+    radio->setChecked(true);
+  }
+}
+
+void DesktopForm::CheckDlgButton(int control, bool checked) {
+  model_.CheckDlgButton(control, checked);
+  if (auto* button = qobject_cast<QAbstractButton*>(WidgetOf(control))) {
+    button->setChecked(checked);
+  }
+}
+
+bool DesktopForm::IsDlgButtonChecked(int control) const {
+  return model_.IsDlgButtonChecked(control);
+}
+
+void DesktopForm::SetIntEditRange(int control, std::int32_t lower, std::int32_t upper) {
+  model_.SetIntEditRange(control, lower, upper);
+  Mark(control);
+}
+
+void DesktopForm::SetRealEditRange(int control, double lower, double upper, int form) {
+  model_.SetRealEditRange(control, lower, upper, form);
+  Mark(control);
+}
+
+void DesktopForm::ResetListContent(int list) {
+  model_.ResetListContent(list);
+  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
+    const QSignalBlocker quiet(rows);
+    rows->clear();
+  }
+}
+
+void DesktopForm::AddListRow(int list, std::string_view text, int icon) {
+  model_.AddListRow(list, text, icon);
+  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
+    const QSignalBlocker quiet(rows);
+    rows->addItem(new QListWidgetItem(IconOf(icon), Shown(text)));
+  }
+}
+
+void DesktopForm::SelectListRow(int list, int row) {
+  model_.SelectListRow(list, row);
+  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
+    const QSignalBlocker quiet(rows);
+    rows->setCurrentRow(model_.SelectedListRow(list));
+  }
+}
+
+int DesktopForm::SelectedListRow(int list) const { return model_.SelectedListRow(list); }
+
+void DesktopForm::SetHelpTextAttrib(int control) {
+  model_.SetHelpTextAttrib(control);
+  StyleHelpTexts();
+}
+
+// A help text stands out from the page by the colours of a tool tip's quiet cousin.
+void DesktopForm::StyleHelpTexts() {
+  for (QWidget* widget : std::as_const(widgets_)) {
+    const HeadlessForm::Control* held = model_.Find(ControlOf(widget));
+    if (held != nullptr && held->helpText) {
+      widget->setAutoFillBackground(true);
+      widget->setBackgroundRole(QPalette::AlternateBase);
+      widget->setForegroundRole(QPalette::Text);
+    }
+  }
+}
+
+void DesktopForm::ShowControl(int control, bool shown) {
+  model_.ShowControl(control, shown);
+  if (QWidget* widget = WidgetOf(control)) {
+    widget->setVisible(shown);
+  }
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,128 @@
+#include "desktop/StudyBook.h"
+
+#include "desktop/Strings.h"
+
+namespace poweranalysis {
+
+namespace {
+
+// "power-vs-n" as "Power vs. N".
+QString ChartName(const std::string& name) {
+  QStringList words = ToText(name).split(QLatin1Char('-'));
+  for (QString& word : words) {
+    if (word == QLatin1String("vs")) {
+      word += QLatin1Char('.');
+    } else if (!word.isEmpty()) {
+      word[0] = word[0].toUpper();
+    }
+  }
+  return words.join(QLatin1Char(' '));
+}
+
+}  // namespace
+
+QString NameOf(const WorkbookItem& item) {
+  if (std::holds_alternative<SummaryTable>(item)) {
+    return QObject::tr("Summary table");
+  }
+  if (std::holds_alternative<Report>(item)) {
+    return QObject::tr("Report");
+  }
+  const Chart& chart = std::get<Chart>(item);
+  return chart.name.empty() ? QObject::tr("Chart") : ChartName(chart.name);
+}
+
+void StudyBook::SetChanged() {
+  if (!changed_) {
+    changed_ = true;
+    Q_EMIT ChangedState(true);
+  }
+}
+
+void StudyBook::SetSaved() {
+  changed_ = false;
+  Q_EMIT ChangedState(false);
+}
+
+void StudyBook::StartStudy(const QString& name,
+                           const std::string& family,
+                           const std::string& mode,
+                           std::vector<WorkbookInput> inputs) {
+  StudyRecord record;
+  record.name = name;
+  record.when = QDateTime::currentDateTime();
+  record.study.family = family;
+  record.study.mode = mode;
+  record.inputs = std::move(inputs);
+  studies_.push_back(std::move(record));
+  SetChanged();
+  Q_EMIT StudyAdded(LastStudy());
+}
+
+void StudyBook::Add(WorkbookItem item) {
+  if (studies_.empty()) {
+    StartStudy(tr("Study"), {}, {});
+  }
+  StudyRecord& record = studies_.back();
+  if (const auto* table = std::get_if<SummaryTable>(&item)) {
+    record.study.code = table->code;
+  }
+  record.study.workbook.items.push_back(std::move(item));
+  record.times.push_back(QDateTime::currentDateTime());
+  SetChanged();
+  Q_EMIT ItemAdded(LastStudy(), static_cast<int>(record.times.size()) - 1);
+}
+
+void StudyBook::AddParagraph(const std::string& paragraph) {
+  if (!studies_.empty() && !studies_.back().study.workbook.items.empty()) {
+    std::vector<WorkbookItem>& items = studies_.back().study.workbook.items;
+    if (auto* report = std::get_if<Report>(&items.back())) {
+      report->paragraphs.push_back(paragraph);
+      SetChanged();
+      Q_EMIT ItemGrew(LastStudy(), static_cast<int>(items.size()) - 1);
+      return;
+    }
+  }
+  Add(Report{{paragraph}});
+}
+
+void StudyBook::AddMessages(const std::vector<Message>& messages) {
+  if (!studies_.empty() && !messages.empty()) {
+    std::vector<Message>& all = studies_.back().study.messages;
+    all.insert(all.end(), messages.begin(), messages.end());
+    SetChanged();
+    Q_EMIT StudyChanged(LastStudy());
+  }
+}
+
+void StudyBook::SetNote(std::vector<QString> note) {
+  if (!studies_.empty()) {
+    studies_.back().note = std::move(note);
+    SetChanged();
+    Q_EMIT StudyChanged(LastStudy());
+  }
+}
+
+void StudyBook::Rename(std::size_t study, const QString& name) {
+  if (study < studies_.size() && studies_[study].name != name && !name.trimmed().isEmpty()) {
+    studies_[study].name = name.trimmed();
+    SetChanged();
+    Q_EMIT StudyChanged(static_cast<int>(study));
+  }
+}
+
+void StudyBook::Remove(std::size_t study) {
+  if (study < studies_.size()) {
+    studies_.erase(studies_.begin() + static_cast<std::ptrdiff_t>(study));
+    SetChanged();
+    Q_EMIT Reset();
+  }
+}
+
+void StudyBook::Replace(std::vector<StudyRecord> studies) {
+  studies_ = std::move(studies);
+  SetSaved();
+  Q_EMIT Reset();
+}
+
+}  // namespace poweranalysis

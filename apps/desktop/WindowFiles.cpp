@@ -1,0 +1,284 @@
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTimer>
+
+#include "desktop/MainWindow.h"
+#include "desktop/ResultPages.h"
+#include "desktop/StudyExport.h"
+#include "desktop/WorkbookIo.h"
+
+// Files of the window: the workbook, what a crash left, exports and paper.
+namespace poweranalysis {
+
+namespace {
+
+constexpr int kMostRecent = 8;
+const char* const kRecentKey = "files/recent";
+const char* const kExtension = ".pawb";
+
+QString WorkbookFilter() {
+  return QObject::tr("Workbooks (*%1);;All files (*)").arg(QLatin1String(kExtension));
+}
+
+// A path with the extension of the filter that was chosen, where it has none.
+QString WithExtension(const QString& path, const QString& filter) {
+  if (!QFileInfo(path).suffix().isEmpty()) {
+    return path;
+  }
+  const qsizetype from = filter.indexOf(QStringLiteral("*.")) + 1;
+  return path + filter.mid(from, filter.indexOf(QLatin1Char(')'), from) - from);
+}
+
+// A file name out of a study's name.
+QString FileNameOf(const QString& name) {
+  QString plain;
+  for (const QChar letter : name) {
+    if (letter.isLetterOrNumber()) {
+      plain += letter;
+    } else if (!plain.endsWith(QLatin1Char('-'))) {
+      plain += QLatin1Char('-');
+    }
+  }
+  return plain;
+}
+
+}  // namespace
+
+void MainWindow::Complain(const QString& fault) {
+  constexpr int kNoTextNumber = 0;
+  QueueMessages({{kNoTextNumber, fault.toStdString(), 1}});
+}
+
+void MainWindow::SetFile(const QString& path) {
+  file_ = path;
+  if (!path.isEmpty()) {
+    Remember(path);
+  }
+  UpdateTitle();
+}
+
+bool MainWindow::MayDiscard() {
+  if (!book_.changed()) {
+    return true;
+  }
+  QMessageBox box(QMessageBox::Question, QStringLiteral("PowerAnalysis"),
+                  tr("The workbook has changes that are not saved."),
+                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+  box.setObjectName(QStringLiteral("unsaved"));
+  box.setDefaultButton(QMessageBox::Save);
+  switch (box.exec()) {
+    case QMessageBox::Save:
+      return Save();
+    case QMessageBox::Discard:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void MainWindow::NewFile() {
+  if (!RefuseWhileBusy() && MayDiscard()) {
+    book_.Replace({});
+    SetFile({});
+    RemoveAutosave();
+  }
+}
+
+bool MainWindow::OpenFile(const QString& path) {
+  if (RefuseWhileBusy() || !MayDiscard()) {
+    return false;
+  }
+  LoadedStudies loaded = LoadStudies(path);
+  if (!loaded.fault.isEmpty()) {
+    Complain(loaded.fault);
+    return false;
+  }
+  book_.Replace(std::move(loaded.studies));
+  // A file of a newer version is not saved over: it gets a name of its own first.
+  SetFile(loaded.newer ? QString() : path);
+  RemoveAutosave();
+  if (!loaded.notes.isEmpty()) {
+    Complain(loaded.notes);
+  }
+  return true;
+}
+
+void MainWindow::OpenByChooser() {
+  const QString path = QFileDialog::getOpenFileName(
+      this, tr("Open a workbook"), QFileInfo(file_).absolutePath(), WorkbookFilter());
+  if (!path.isEmpty()) {
+    OpenFile(path);
+  }
+}
+
+bool MainWindow::SaveTo(const QString& path) {
+  const QString fault = SaveStudies(path, book_.studies());
+  if (!fault.isEmpty()) {
+    Complain(fault);
+    return false;
+  }
+  book_.SetSaved();
+  SetFile(path);
+  RemoveAutosave();
+  statusBar()->showMessage(tr("Saved %1").arg(path), 5000);
+  return true;
+}
+
+bool MainWindow::Save() { return file_.isEmpty() ? SaveAs() : SaveTo(file_); }
+
+bool MainWindow::SaveAs() {
+  const QString start = file_.isEmpty() ? tr("study") + QLatin1String(kExtension) : file_;
+  const QString path =
+      QFileDialog::getSaveFileName(this, tr("Save the workbook"), start, WorkbookFilter());
+  if (path.isEmpty()) {
+    return false;
+  }
+  return SaveTo(QFileInfo(path).suffix().isEmpty() ? path + QLatin1String(kExtension) : path);
+}
+
+// --- Recent files.
+
+void MainWindow::Remember(const QString& path) {
+  if (settings_ == nullptr) {
+    return;
+  }
+  QStringList recent = settings_->value(QLatin1String(kRecentKey)).toStringList();
+  const QString whole = QFileInfo(path).absoluteFilePath();
+  recent.removeAll(whole);
+  recent.prepend(whole);
+  settings_->setValue(QLatin1String(kRecentKey), QStringList(recent.mid(0, kMostRecent)));
+}
+
+void MainWindow::FillRecentMenu() {
+  recentMenu_->clear();
+  const QStringList recent = settings_ == nullptr
+                                 ? QStringList()
+                                 : settings_->value(QLatin1String(kRecentKey)).toStringList();
+  for (const QString& path : recent) {
+    QAction* action =
+        recentMenu_->addAction(QString(path).replace(QLatin1Char('&'), QStringLiteral("&&")));
+    connect(action, &QAction::triggered, this, [this, path] { OpenFile(path); });
+  }
+  if (recent.isEmpty()) {
+    recentMenu_->addAction(tr("(none)"))->setEnabled(false);
+  }
+}
+
+// --- Autosave: a file for each running window, left behind only by a crash.
+
+QString MainWindow::autosaveFile() const {
+  return folder_.isEmpty() ? QString()
+                           : QStringLiteral("%1/autosave/%2.pawb")
+                                 .arg(folder_)
+                                 .arg(QApplication::applicationPid());
+}
+
+void MainWindow::Autosave() {
+  if (folder_.isEmpty() || !book_.changed()) {
+    return;
+  }
+  QDir().mkpath(folder_ + QStringLiteral("/autosave"));
+  const QString fault = SaveStudies(autosaveFile(), book_.studies());
+  if (!fault.isEmpty()) {
+    statusBar()->showMessage(fault);
+  }
+}
+
+void MainWindow::RemoveAutosave() {
+  autosaveTimer_->stop();
+  if (!folder_.isEmpty()) {
+    QFile::remove(autosaveFile());
+  }
+}
+
+void MainWindow::OfferRecovery() {
+  const QDir folder(folder_ + QStringLiteral("/autosave"));
+  for (const QFileInfo& left : folder.entryInfoList({QStringLiteral("*.pawb")}, QDir::Files)) {
+    const bool running = QFileInfo::exists(QStringLiteral("/proc/") + left.completeBaseName());
+    if (folder_.isEmpty() || running) {
+      continue;
+    }
+    QMessageBox box(
+        QMessageBox::Question, QStringLiteral("PowerAnalysis"),
+        tr("The program ended without saving a workbook (%1). Open what was kept of it?")
+            .arg(left.lastModified().toString(Qt::ISODate)),
+        QMessageBox::Yes | QMessageBox::No, this);
+    box.setObjectName(QStringLiteral("recovery"));
+    if (box.exec() == QMessageBox::Yes) {
+      LoadedStudies loaded = LoadStudies(left.filePath());
+      if (!loaded.fault.isEmpty()) {
+        Complain(loaded.fault);
+        continue;  // the file stays, for whoever can mend it
+      }
+      book_.Replace(std::move(loaded.studies));
+      book_.SetChanged();
+      Autosave();
+    }
+    QFile::remove(left.filePath());
+    return;
+  }
+}
+
+// --- Exports and paper.
+
+void MainWindow::ExportStudy() {
+  const int study = ChosenStudy();
+  if (study < 0) {
+    statusBar()->showMessage(tr("There is no study to export yet."), 5000);
+    return;
+  }
+  const StudyRecord& record = book_.studies()[static_cast<std::size_t>(study)];
+  QString filter;
+  const QString path = QFileDialog::getSaveFileName(
+      this, tr("Export the study"), FileNameOf(record.name), FileFilter(StudyExports()), &filter);
+  if (!path.isEmpty()) {
+    const QString fault = WriteByExtension(StudyExports(), record, WithExtension(path, filter),
+                                           host_->options.digits);
+    if (!fault.isEmpty()) {
+      Complain(fault);
+    }
+  }
+}
+
+void MainWindow::ExportChart() {
+  const Chart* chart = pages_->ShownChart();
+  if (chart == nullptr) {
+    statusBar()->showMessage(tr("Choose a chart in the workbook first."), 5000);
+    return;
+  }
+  QString filter;
+  const QString path = QFileDialog::getSaveFileName(this, tr("Export the chart"),
+                                                    QString::fromStdString(chart->name),
+                                                    FileFilter(ChartExports()), &filter);
+  if (!path.isEmpty()) {
+    const QString fault = WriteByExtension(ChartExports(), *chart, WithExtension(path, filter),
+                                           host_->options.digits);
+    if (!fault.isEmpty()) {
+      Complain(fault);
+    }
+  }
+}
+
+void MainWindow::Print() {
+  const int study = ChosenStudy();
+  if (study < 0) {
+    statusBar()->showMessage(tr("There is no study to print yet."), 5000);
+    return;
+  }
+  QPrinter printer(QPrinter::HighResolution);
+  QPrintDialog dialog(&printer, this);
+  if (dialog.exec() == QDialog::Accepted) {
+    PrintStudy(book_.studies()[static_cast<std::size_t>(study)], printer, host_->options.digits);
+  }
+}
+
+}  // namespace poweranalysis

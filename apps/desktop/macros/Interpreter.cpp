@@ -1,0 +1,244 @@
+#include "macros/Interpreter.h"
+
+#include <pybind11/embed.h>
+
+#include <memory>
+#include <utility>
+
+#include "host/DialogDriver.h"
+
+namespace poweranalysis {
+
+namespace py = pybind11;
+
+namespace {
+
+constexpr const char* kDriverCapsule = "poweranalysis.DialogDriver";
+
+// What surrounds a script, as `python3 FILE` has it: its folder comes first on the path, and it is
+// `__main__`.
+constexpr const char* kScope = R"python(
+import gc
+import io
+import os
+import runpy
+import sys
+import time
+import traceback
+
+write = None  # takes bytes while a script runs
+
+
+class Output(io.TextIOBase):
+    """One for all scripts, since handlers of log records keep the stream that they found."""
+
+    encoding = "utf-8"
+    errors = "replace"
+
+    def writable(self):
+        return True
+
+    def write(self, text):
+        if not isinstance(text, str):
+            raise TypeError(f"write() argument must be str, not {type(text).__name__}")
+        if write is not None:
+            write(text.encode("utf-8", "replace"))
+        return len(text)
+
+
+sys.stdout = sys.stderr = sys.__stdout__ = sys.__stderr__ = Output()
+sys.stdin = sys.__stdin__ = None
+
+whole_sleep = time.sleep
+
+
+def sleep(seconds, /):
+    """An exception of another thread comes out only where Python's own code runs."""
+    slice = 0.05
+    end = time.monotonic() + seconds
+    while (rest := end - time.monotonic()) > slice:
+        whole_sleep(slice)
+    whole_sleep(rest if rest > 0 or seconds < 0 else 0)
+
+
+sleep.__doc__ = whole_sleep.__doc__
+time.sleep = sleep
+
+outer_path = None
+
+
+def prepare(file, package_folder, driver, writer):
+    global outer_path, write
+    write = writer
+    outer_path = list(sys.path)
+    if package_folder:
+        sys.path.insert(0, package_folder)
+    from poweranalysis import _core, automation
+
+    _core.use_driver(driver)
+    sys.path.insert(0, os.path.dirname(os.path.abspath(file)))
+    sys.argv = [file]
+
+
+def run(file):
+    runpy.run_path(file, run_name="__main__")
+
+
+def restore():
+    global write
+    gc.collect()
+    core = sys.modules.get("poweranalysis._core")
+    if core is not None:
+        core.use_driver(None)
+    sys.path[:] = outer_path
+    write = None
+
+
+def describe(file, kind, error, trace):
+    """None when all is well. The traceback begins in the script."""
+    if isinstance(error, SystemExit):
+        code = error.code
+        if code is None or code == 0:
+            return None
+        return f"The macro ended with status {code}" if isinstance(code, int) else str(code)
+    inner = trace
+    while inner is not None and inner.tb_frame.f_code.co_filename != file:
+        inner = inner.tb_next
+    return "".join(traceback.format_exception(kind, error, inner)).rstrip("\n")
+)python";
+
+class Config {
+ public:
+  Config() { PyConfig_InitIsolatedConfig(&config_); }
+  Config(const Config&) = delete;
+  Config& operator=(const Config&) = delete;
+  ~Config() { PyConfig_Clear(&config_); }
+
+  PyStatus Start() {
+    config_.write_bytecode = 0;
+    // Where the interpreter of the system lies, whatever else the search path of programs names.
+    PyStatus status = PyConfig_SetString(&config_, &config_.program_name, L"/usr/bin/python3");
+    if (PyStatus_Exception(status) == 0) {
+      status = PyConfig_SetString(&config_, &config_.executable, L"/usr/bin/python3");
+    }
+    if (PyStatus_Exception(status) == 0) {
+      status = PyConfig_SetString(&config_, &config_.home, L"/usr");
+    }
+    return PyStatus_Exception(status) != 0 ? status : Py_InitializeFromConfig(&config_);
+  }
+
+ private:
+  PyConfig config_;
+};
+
+std::string Initialize() {
+  PyPreConfig before;
+  PyPreConfig_InitIsolatedConfig(&before);
+  before.utf8_mode = 1;
+  PyStatus status = Py_PreInitialize(&before);
+  if (PyStatus_Exception(status) == 0) {
+    status = Config().Start();
+  }
+  if (PyStatus_Exception(status) != 0) {
+    return status.err_msg == nullptr ? "Python could not be started" : status.err_msg;
+  }
+  // The bindings note which thread state they were first used with; one of a script's thread would
+  // be gone by the next.
+  py::detail::get_internals();
+  // Gives the lock away: scripts run on other threads.
+  // Made here and not on a macro's thread: there they would keep a thread state that is gone with it.
+  py::detail::get_internals();
+  PyEval_SaveThread();
+  return {};
+}
+
+// The names of kScope; never freed, as the interpreter.
+py::dict& Scope() {
+  static auto* const scope = [] {
+    auto names = std::make_unique<py::dict>();
+    py::exec(kScope, *names);
+    return names.release();
+  }();
+  return *scope;
+}
+
+ScriptOutcome Described(const std::string& file, const py::error_already_set& error) {
+  const auto orNone = [](const py::object& object) {
+    return object ? object : py::object(py::none());
+  };
+  const py::object text =
+      Scope()["describe"](file, orNone(error.type()), orNone(error.value()), orNone(error.trace()));
+  if (text.is_none()) {
+    return {true, {}};
+  }
+  return {false, text.cast<std::string>()};
+}
+
+}  // namespace
+
+std::string StartInterpreter() {
+  static const std::string fault = Initialize();
+  return fault;
+}
+
+ScriptRun::ScriptRun(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+// While it lives, an interrupt comes out in the calling thread; what came too late is taken back.
+class ScriptRun::InterruptibleSpan {
+ public:
+  explicit InterruptibleSpan(ScriptRun& run) : run_(run) {
+    run_.thread_ = PyThread_get_thread_ident();
+    if (run_.interrupted_) {
+      PyThreadState_SetAsyncExc(run_.thread_, PyExc_KeyboardInterrupt);
+    }
+  }
+  InterruptibleSpan(const InterruptibleSpan&) = delete;
+  InterruptibleSpan& operator=(const InterruptibleSpan&) = delete;
+  ~InterruptibleSpan() {
+    PyThreadState_SetAsyncExc(run_.thread_, nullptr);
+    run_.thread_ = 0;
+  }
+
+ private:
+  ScriptRun& run_;
+};
+
+void ScriptRun::Interrupt() {
+  const py::gil_scoped_acquire lock;
+  interrupted_ = true;
+  if (thread_ != 0) {
+    PyThreadState_SetAsyncExc(thread_, PyExc_KeyboardInterrupt);
+  }
+}
+
+ScriptOutcome ScriptRun::RunPrepared() {
+  const auto write = [taker = surroundings_.write](const py::bytes& utf8) {
+    const std::string text = utf8;
+    const py::gil_scoped_release release;
+    taker(text);
+  };
+  py::dict& scope = Scope();
+  try {
+    scope["prepare"](surroundings_.file, surroundings_.packageFolder,
+                     py::capsule(surroundings_.driver, kDriverCapsule), py::cpp_function(write));
+    const InterruptibleSpan span(*this);
+    scope["run"](surroundings_.file);
+    return {true, {}};
+  } catch (const py::error_already_set& error) {
+    return Described(surroundings_.file, error);
+  }
+}
+
+ScriptOutcome ScriptRun::Run() {
+  const py::gil_scoped_acquire lock;
+  ScriptOutcome outcome;
+  try {
+    outcome = RunPrepared();
+    Scope()["restore"]();
+  } catch (const std::exception& fault) {
+    outcome = {false, fault.what()};
+  }
+  return outcome;
+}
+
+}  // namespace poweranalysis

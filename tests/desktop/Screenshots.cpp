@@ -1,0 +1,102 @@
+#include <QApplication>
+#include <QDir>
+#include <QKeyEvent>
+#include <QStyleFactory>
+#include <QTextStream>
+#include <clocale>
+
+#include "desktop/ChartView.h"
+#include "desktop/DesktopForm.h"
+#include "desktop/MainWindow.h"
+#include "desktop/ResultPages.h"
+
+// Takes pictures of the window along one analysis, in light and dark colours and with large
+// letters.
+namespace {
+
+using poweranalysis::MainWindow;
+using poweranalysis::Notification;
+
+constexpr int kModes = 101;
+constexpr int kTasks = 102;
+constexpr int kAccept = 1;
+constexpr int kBack = 2;
+constexpr int kFirstSizeChart = 603;
+constexpr int kAlpha = 111;
+
+void Settle() {
+  for (int i = 0; i < 5; ++i) {
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+class Photographer {
+ public:
+  Photographer(MainWindow& window, QString folder) : window_(window), folder_(std::move(folder)) {}
+
+  void Shoot(const QString& name) {
+    Settle();
+    window_.grab().save(QStringLiteral("%1/%2%3.png").arg(folder_, name, suffix_));
+  }
+
+  void Tour(const QString& suffix) {
+    suffix_ = suffix;
+    window_.NewAnalysis();
+    poweranalysis::DesktopHost& host = window_.host();
+    host.form()->Choose(kModes, 1);
+    host.form()->Choose(kTasks, 1);
+    Shoot(QStringLiteral("startup"));
+    host.form()->Click(kAccept);
+    host.form()->Type(kAlpha, QStringLiteral("1.5"));
+    Shoot(QStringLiteral("wrong-value"));
+    host.form()->Type(kAlpha, QStringLiteral("0.05"));
+    Shoot(QStringLiteral("parameters"));
+    host.form()->Click(kAccept);
+    Shoot(QStringLiteral("results"));
+    host.form()->Click(kAccept);
+    Shoot(QStringLiteral("table"));
+    const int study = static_cast<int>(window_.book().studies().size()) - 1;
+    window_.SelectItem(study, 1);
+    Shoot(QStringLiteral("report"));
+    host.form()->Click(kFirstSizeChart + 2);
+    Settle();
+    QKeyEvent next(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
+    QApplication::sendEvent(window_.pages().chartView(), &next);
+    Shoot(QStringLiteral("chart"));
+    window_.SelectStudy(study);
+    Shoot(QStringLiteral("study"));
+    host.form()->Click(kBack);
+    host.form()->Click(kBack);
+  }
+
+ private:
+  MainWindow& window_;
+  QString folder_;
+  QString suffix_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() != 2 || !QDir().mkpath(arguments[1])) {
+    QTextStream(stderr) << "usage: desktop_screenshots FOLDER\n";
+    return 2;
+  }
+  MainWindow window{QString()};
+  window.show();
+  Photographer photographer(window, arguments[1]);
+  window.SetTheme(poweranalysis::Theme::Light);
+  photographer.Tour(QString());
+  window.SetTheme(poweranalysis::Theme::Dark);
+  photographer.Tour(QStringLiteral("-dark"));
+  window.SetTheme(poweranalysis::Theme::Light);
+  constexpr int kLargeText = 200;
+  window.SetTextPercent(kLargeText);
+  photographer.Tour(QStringLiteral("-large"));
+  return 0;
+}
