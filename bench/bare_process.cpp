@@ -1,5 +1,5 @@
-// The whole process without a face: a required size printed by a bare program over the procedures alone.
-// What the command line costs beyond it is start-up, dialogs and output.
+// The whole process without a face: a required size printed by a bare program over the procedures
+// alone. What the command line costs beyond it is start-up, dialogs and output.
 #include <cstdio>
 
 #include "procedures/TTests.h"
