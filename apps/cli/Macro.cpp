@@ -19,7 +19,7 @@ constexpr const char* kInterpreter = "/usr/bin/python3";
 // An installed package of the system needs no folder.
 std::string PackageFolder() {
   for (const char* folder : {"../python", "../lib/poweranalysis/python"}) {
-    const std::string path = ProgramFolder() + folder;
+    std::string path = ProgramFolder() + folder;
     if (::access((path + "/poweranalysis/__init__.py").c_str(), R_OK) == 0) {
       return path;
     }

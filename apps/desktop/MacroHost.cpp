@@ -43,7 +43,9 @@ bool MacroHost::Run(const QString& path) {
     });
   }
   window_.host().automation = true;
-  return runner_->Run(path);
+  const bool started = runner_->Run(path);
+  window_.host().automation = started;
+  return started;
 }
 
 void MacroHost::Stop() {

@@ -145,13 +145,25 @@ void MainWindow::RunInside(const QString& path, const MacroDialog& shown) {
     output->moveCursor(QTextCursor::End);
     output->insertPlainText(text);
   });
-  connect(macros_, &MacroHost::Finished, output, [output, stop](const QString& fault) {
-    output->appendPlainText(fault.isEmpty() ? tr("The macro has ended.") : fault);
-    stop->setEnabled(false);
-  });
+  // A macro that prints without end must not fill the memory.
+  constexpr int kMostLines = 10000;
+  output->setMaximumBlockCount(kMostLines);
+  QDialog* dialog = shown.dialog;
+  connect(macros_, &MacroHost::Finished, output,
+          [this, dialog, output, stop](const QString& fault) {
+            output->appendPlainText(fault.isEmpty() ? tr("The macro has ended.") : fault);
+            stop->setEnabled(false);
+            // The next macro has a dialog of its own; this one is done with.
+            disconnect(stop, nullptr, macros_, nullptr);
+            disconnect(dialog, nullptr, macros_, nullptr);
+            disconnect(macros_, nullptr, output, nullptr);
+          });
   connect(stop, &QPushButton::clicked, macros_, &MacroHost::Stop);
   connect(shown.dialog, &QDialog::finished, macros_, &MacroHost::Stop);
-  macros_->Run(path);
+  if (!macros_->Run(path)) {
+    output->appendPlainText(tr("Another macro is running. Wait for it, or stop it."));
+    stop->setEnabled(false);
+  }
 }
 
 // Without an interpreter of its own the program leaves the macro to the system's: then the macro

@@ -63,7 +63,7 @@ std::string CalculationName(const CatalogueDialog& entry) {
 // Family and hypothesis, "One Mean, t-Test (H0:  Mu = Mu0)".
 std::string FamilyAndHypothesis(const CatalogueDialog& entry, int tableCode, PowerSettings& block) {
   constexpr std::size_t kThirdHeading = 2;
-  const std::string family = LoadText(Tasks(entry.mode)[static_cast<std::size_t>(entry.row)].name);
+  std::string family = LoadText(Tasks(entry.mode)[static_cast<std::size_t>(entry.row)].name);
   const std::vector<TextId> headings = TableHeadings(*FindTableDefinition(tableCode), block);
   if (headings.size() <= kThirdHeading) {
     return family;

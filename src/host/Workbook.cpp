@@ -5,17 +5,23 @@
 
 namespace poweranalysis {
 
+namespace {
+
+// The bit pattern is a NaN of its own, so that a computed NaN is not taken for it.
+constexpr std::uint64_t kMissingBits = 0xFFFFFFFDFFFFFFFFULL;
+
+}  // namespace
+
 double MissingValue() {
-  // The bit pattern is a NaN of its own, so that a computed NaN is not taken for it.
-  constexpr std::uint64_t kBits = 0xFFFFFFFDFFFFFFFFULL;
   double value = 0;
-  std::memcpy(&value, &kBits, sizeof value);
+  std::memcpy(&value, &kMissingBits, sizeof value);
   return value;
 }
 
 bool IsMissing(double value) {
-  const double missing = MissingValue();
-  return std::memcmp(&value, &missing, sizeof value) == 0;
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits == kMissingBits;
 }
 
 }  // namespace poweranalysis

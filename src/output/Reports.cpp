@@ -105,6 +105,7 @@ void EmitRow(const ReportRow& row, const SlotValues& values) {
     return;
   }
   std::vector<FormatArg> args;
+  args.reserve(row.slots.size());
   for (int i = 0; i < row.slotCount; ++i) {
     args.push_back(values.Argument(row.slots[static_cast<std::size_t>(i)]));
   }

@@ -1,5 +1,6 @@
 #include "macros/MacroRunner.h"
 
+#include <QTimer>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -25,6 +26,8 @@ constexpr milliseconds kPatience(2000);
 constexpr milliseconds kInterruptPause(200);
 // Output that the window has not taken yet; a macro that prints faster waits.
 constexpr std::size_t kMostOutput = 1 << 18;
+// The window has better to do than to show each line by itself.
+constexpr milliseconds kOutputPace(20);
 
 // Whether a macro holds the interpreter, of whatever runner.
 std::atomic<bool> interpreterTaken = false;
@@ -120,7 +123,7 @@ bool MacroRunner::Run(const QString& file) {
   const auto write = [this, calls, weak = std::weak_ptr(execution_)](const std::string& text) {
     const std::shared_ptr<Execution> execution = weak.lock();
     if (execution != nullptr && execution->Add(text)) {
-      calls->Post([this] { Flush(); });
+      calls->Post([this] { QTimer::singleShot(kOutputPace, this, &MacroRunner::Flush); });
     }
   };
   execution_->script.emplace(ScriptRun::Surroundings{

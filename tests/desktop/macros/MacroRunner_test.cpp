@@ -282,7 +282,8 @@ TEST_F(Macros, PrintManyLinesInFewSteps) {
   outputs_ = 0;
   EXPECT_TRUE(Run("for i in range(200000): print(i)").ok);
   EXPECT_EQ(outputAtTheEnd_.size(), 1288890U);
-  EXPECT_LT(outputs_, 100000);
+  // Each lasts 20 ms at least, and all together not longer than the test waits.
+  EXPECT_LE(outputs_, 1000);
 }
 
 TEST_F(Macros, HaveNobodyToAsk) {
@@ -326,7 +327,7 @@ TEST_F(Macros, TellThatTheirFileIsNotThere) {
   ASSERT_TRUE(runner_->Run(QString::fromStdString(folder_.path() + "/none.py")));
   const Ending ending = Ended();
   EXPECT_FALSE(ending.ok);
-  EXPECT_NE(ending.error.find("No such file"), std::string::npos) << ending.error;
+  EXPECT_NE(ending.error.find("FileNotFoundError: [Errno 2]"), std::string::npos) << ending.error;
 }
 
 TEST_F(Macros, TellWhatTheObjectModelRefuses) {
