@@ -353,7 +353,8 @@ TEST_F(InterfacesOfDialogs, EveryChartPropertyPressesTheButtonOfItsName) {
           wanted = "N" + wanted.substr(10);
         }
         std::string caption;
-        for (const char c : FindControlSpec(driver_.Spec(), member.control)->caption) {
+        const DialogSpec spec = driver_.Spec();
+        for (const char c : FindControlSpec(spec, member.control)->caption) {
           if (c != ' ' && c != '.' && c != '&') {
             caption += c;
           }

@@ -30,6 +30,10 @@ struct Result {
 
 class Program : public ::testing::Test {
  protected:
+  static std::string LeakSuppressions() {
+    return std::filesystem::path(TEST_DATA_DIR).parent_path() / "leaks.supp";
+  }
+
   using Arguments = std::vector<std::string>;
 
   void SetUp() override {
@@ -38,7 +42,9 @@ class Program : public ::testing::Test {
     environment_ = {{"XDG_CONFIG_HOME", folder_ + "/config"},
                     {"HOME", folder_},
                     {"PATH", "/usr/bin:/bin"},
-                    {"TERM", "xterm"}};
+                    {"TERM", "xterm"},
+                    // fontconfig keeps its caches until the process ends.
+                    {"LSAN_OPTIONS", "print_suppressions=0:suppressions=" + LeakSuppressions()}};
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
