@@ -27,6 +27,47 @@ CFieldDialog::CFieldDialog(CAnalysisSupport& analysis,
       entry_(entry),
       fields_(fields) {}
 
+long CFieldDialog::EventHandler(const DialogEvent& event) {
+  const bool hasBlock = Block() != nullptr;
+  if (hasBlock) {
+    if (const long taken = CommonHandler(event); taken != 0) {
+      return taken;
+    }
+  }
+  if (event.message == MessageStart) {
+    ResourceScope scope;
+    form().AddDlgTabs(Spec());
+    scope.Release();
+    if (hasBlock) {
+      ShowOnStart();
+    }
+    return 1;
+  }
+  if (event.message != MessageCommand) {
+    return 0;
+  }
+  if (!hasBlock) {
+    // Without values the dialog can still be closed.
+    return event.control == ControlBack || event.control == ControlBackToo ? Back() : 0;
+  }
+  return SettingsButton(event.control) ? 1 : Command(event.control);
+}
+
+long CFieldDialog::Back() {
+  if (Block() != nullptr) {
+    Copy(Instance::Committed, Instance::Working);
+  }
+  ExitDialog(StageBefore(), ExitBack, 0);
+  return 1;
+}
+
+long CFieldDialog::ShowAgain() {
+  analysis().host().LockResults();
+  analysis().host().UnlockResults();
+  Refresh();
+  return 1;
+}
+
 void CFieldDialog::ShowFields() {
   const RecordView working = View(Instance::Working);
   for (const char* name : fields_) {

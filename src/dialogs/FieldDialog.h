@@ -22,6 +22,20 @@ class CFieldDialog : public CPowerAnalysisModelessDialog {
   RecordView View(Instance instance) const { return ViewOf(*Block(), family(), instance); }
   void Copy(Instance from, Instance to) const { View(to).CopyFrom(View(from)); }
 
+  // Hands the start and the commands on, after the host's common handler.
+  long EventHandler(const DialogEvent& event) override;
+  // What the form shows when the dialog opens; only with a block.
+  virtual void ShowOnStart() = 0;
+  // The dialog's own commands; only with a block.
+  virtual long Command(int control) = 0;
+  // The stage to which Back leads.
+  virtual int StageBefore() const = 0;
+
+  // Restores Working and leads back.
+  long Back();
+  // The host asks for the values to be shown again.
+  long ShowAgain();
+
   // Writes Working to the controls.
   void ShowFields();
   // Sets the typing hints of the edit controls from Lower and Upper.

@@ -21,42 +21,13 @@ DialogSpec CParameterDialog::Spec() const {
   return spec;
 }
 
-long CParameterDialog::EventHandler(const DialogEvent& event) {
-  if (Block() != nullptr) {
-    if (const long taken = CommonHandler(event); taken != 0) {
-      return taken;
-    }
-  }
-  switch (event.message) {
-    case MessageStart:
-      return Start();
-    case MessageCommand:
-      return Command(event.control);
-    default:
-      return 0;
-  }
-}
-
-long CParameterDialog::Start() {
-  ResourceScope scope;
-  form().AddDlgTabs(Spec());
-  scope.Release();
-  if (Block() != nullptr) {
-    Copy(Instance::Committed, Instance::Working);
-    ShowFields();
-    SetEditLimits();
-  }
-  return 1;
+void CParameterDialog::ShowOnStart() {
+  Copy(Instance::Committed, Instance::Working);
+  ShowFields();
+  SetEditLimits();
 }
 
 long CParameterDialog::Command(int control) {
-  if (Block() == nullptr) {
-    // Without values the dialog can still be closed.
-    return control == ControlBack || control == ControlBackToo ? Back() : 0;
-  }
-  if (SettingsButton(control)) {
-    return 1;
-  }
   switch (control) {
     case ControlAccept:
     case ControlAcceptToo:
@@ -68,10 +39,7 @@ long CParameterDialog::Command(int control) {
     case ControlRestoreDefaultsToo:
       return RestoreDefaults();
     case ControlRefresh:
-      analysis().host().LockResults();
-      analysis().host().UnlockResults();
-      Refresh();
-      return 1;
+      return ShowAgain();
     default:
       return StoreField(control) ? 1 : 0;
   }
@@ -84,14 +52,6 @@ long CParameterDialog::Accept() {
   Copy(Instance::Working, Instance::Committed);
   ExitDialog(StageResult, ExitForward, 0);
   return 0;
-}
-
-long CParameterDialog::Back() {
-  if (Block() != nullptr) {
-    Copy(Instance::Committed, Instance::Working);
-  }
-  ExitDialog(StageStartup, ExitBack, 0);
-  return 1;
 }
 
 long CParameterDialog::RestoreDefaults() {

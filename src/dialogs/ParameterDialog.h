@@ -24,13 +24,12 @@ class CParameterDialog : public CFieldDialog {
   DialogSpec Spec() const override;
 
  protected:
-  long EventHandler(const DialogEvent& event) override;
+  void ShowOnStart() override;
+  long Command(int control) override;
+  int StageBefore() const override { return StageStartup; }
 
  private:
-  long Start();
-  long Command(int control);
   long Accept();
-  long Back();
   long RestoreDefaults();
 
   const ParameterDialogTable& rows_;

@@ -122,22 +122,6 @@ DialogSpec CResultsDialog::Spec() const {
   return spec;
 }
 
-long CResultsDialog::EventHandler(const DialogEvent& event) {
-  if (Block() != nullptr) {
-    if (const long taken = CommonHandler(event); taken != 0) {
-      return taken;
-    }
-  }
-  switch (event.message) {
-    case MessageStart:
-      return Start();
-    case MessageCommand:
-      return Command(event.control);
-    default:
-      return 0;
-  }
-}
-
 std::string CResultsDialog::FrameText() const {
   // The inputs of the summary table, one a line; what is computed is not known yet.
   PowerSettings& block = *Block();
@@ -158,26 +142,14 @@ std::string CResultsDialog::FrameText() const {
   return frame;
 }
 
-long CResultsDialog::Start() {
-  ResourceScope scope;
-  form().AddDlgTabs(Spec());
-  scope.Release();
-  if (Block() != nullptr) {
-    form().SetDlgItemText(ControlSummary, FrameText());
-    Copy(Instance::Committed, Instance::Working);
-    ShowFields();
-    SetEditLimits();
-  }
-  return 1;
+void CResultsDialog::ShowOnStart() {
+  form().SetDlgItemText(ControlSummary, FrameText());
+  Copy(Instance::Committed, Instance::Working);
+  ShowFields();
+  SetEditLimits();
 }
 
 long CResultsDialog::Command(int control) {
-  if (Block() == nullptr) {
-    return control == ControlBack || control == ControlBackToo ? Back() : 0;
-  }
-  if (SettingsButton(control)) {
-    return 1;
-  }
   switch (control) {
     case ControlAccept:
       return Calculate();
@@ -187,10 +159,7 @@ long CResultsDialog::Command(int control) {
     case ControlChangeParams:
       return ChangeParams();
     case ControlRefresh:
-      analysis().host().LockResults();
-      analysis().host().UnlockResults();
-      Refresh();
-      return 1;
+      return ShowAgain();
     default:
       break;
   }
@@ -234,14 +203,6 @@ long CResultsDialog::Calculate() {
   }
   host.RestoreResults();
   return outcome.good ? 1 : 0;
-}
-
-long CResultsDialog::Back() {
-  if (Block() != nullptr) {
-    Copy(Instance::Committed, Instance::Working);
-  }
-  ExitDialog(StageCompute, ExitBack, 0);
-  return 1;
 }
 
 long CResultsDialog::ChangeParams() {

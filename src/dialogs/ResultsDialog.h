@@ -82,13 +82,12 @@ class CResultsDialog : public CFieldDialog {
   int sheet() const { return sheet_; }
 
  protected:
-  long EventHandler(const DialogEvent& event) override;
+  void ShowOnStart() override;
+  long Command(int control) override;
+  int StageBefore() const override { return StageCompute; }
 
  private:
-  long Start();
-  long Command(int control);
   long Calculate();
-  long Back();
   long ChangeParams();
   long DrawPlotOf(const PlotRow& plot);
   bool NullHypothesisRefuses();
