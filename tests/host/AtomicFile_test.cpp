@@ -77,10 +77,31 @@ TEST_F(AtomicFiles, ThatCannotBeReplacedStay) {
   EXPECT_EQ(2, FilesThere());
 }
 
-TEST_F(AtomicFiles, ThatTheUserWriteProtectedStay) {
-  if (geteuid() == 0) {
-    GTEST_SKIP() << "root may write everywhere";
+// Root may write everywhere, so that a test of permissions goes on as an ordinary user.
+class AsOrdinaryUser {
+ public:
+  explicit AsOrdinaryUser(const std::string& folder) : wasRoot_(geteuid() == 0) {
+    constexpr uid_t kNobody = 65534;
+    constexpr gid_t kSameGroup = static_cast<gid_t>(-1);
+    if (wasRoot_) {
+      EXPECT_EQ(0, chown(folder.c_str(), kNobody, kSameGroup));
+      EXPECT_EQ(0, seteuid(kNobody));
+    }
   }
+  AsOrdinaryUser(const AsOrdinaryUser&) = delete;
+  AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
+  ~AsOrdinaryUser() {
+    if (wasRoot_) {
+      EXPECT_EQ(0, seteuid(0));
+    }
+  }
+
+ private:
+  bool wasRoot_;
+};
+
+TEST_F(AtomicFiles, ThatTheUserWriteProtectedStay) {
+  const AsOrdinaryUser user(Path("."));
   EXPECT_EQ("", SaveFile(Path("file"), "old"));
   ASSERT_EQ(0, chmod(Path("file").c_str(), 0400));
   EXPECT_EQ("permission is denied", SaveFile(Path("file"), "new"));
