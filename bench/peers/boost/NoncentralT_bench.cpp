@@ -6,7 +6,7 @@
 #include <boost/math/distributions/non_central_t.hpp>
 #include <cstdint>
 
-#include "../NoncentralTInputs.h"
+#include "../../distributions/NoncentralTInputs.h"
 #include "distributions/NoncentralT.h"
 
 namespace poweranalysis {
@@ -24,7 +24,7 @@ void Ours(benchmark::State& state) {
     benchmark::DoNotOptimize(NoncentralTCdf(t, df, delta));
   }
 }
-BENCHMARK(Ours)->Apply(bench::EachDesign)->Name("ours");
+BENCHMARK(Ours)->Apply(bench::EachDesign)->Name("ours/NoncentralTCdf");
 
 void Boost(benchmark::State& state) {
   const auto df = static_cast<double>(state.range(0));
@@ -35,7 +35,7 @@ void Boost(benchmark::State& state) {
     benchmark::DoNotOptimize(boost::math::cdf(BoostNoncentralT(df, delta), t));
   }
 }
-BENCHMARK(Boost)->Apply(bench::EachDesign)->Name("boost");
+BENCHMARK(Boost)->Apply(bench::EachDesign)->Name("boost/NoncentralTCdf");
 
 }  // namespace
 }  // namespace poweranalysis
