@@ -88,7 +88,8 @@ class SlotValues {
   }
 
   bool Holds(const ReportRow& row) const {
-    return row.whenField == nullptr || static_cast<int>(Value(row.whenField)) == row.whenValue;
+    return row.whenField == nullptr ||
+           (static_cast<int>(Value(row.whenField)) == row.whenValue) != row.whenOther;
   }
 
  private:

@@ -56,10 +56,11 @@ enum class ReportKind { Power = 1, Size = 2 };
 struct ReportRow {
   unsigned reports;  // bits of ReportKind
   TextId id;
-  std::array<Slot, 6> slots{};  // up to the first without a kind
+  std::array<Slot, 7> slots{};  // up to the first without a kind
   int slotCount = 0;
-  const char* whenField = nullptr;  // only while this field has the value
+  const char* whenField = nullptr;  // only while this field has the value,
   int whenValue = 0;
+  bool whenOther = false;  // or only while it has another one
 };
 
 // The rows of a family's reports, in the order of emission; empty for a family without reports.
