@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <map>
 
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
@@ -58,8 +59,9 @@ void WriteFolder(const Study& study, const std::string& folder, std::vector<std:
     errors.push_back(fmt::format("cannot make the folder '{}': {}", folder, std::strerror(errno)));
     return;
   }
+  std::map<std::string, std::size_t> drawn;
   for (const Chart* chart : ChartsOf(study)) {
-    WriteChart(*chart, folder + "/" + chart->name + ".svg", errors);
+    WriteChart(*chart, Numbered(folder + "/" + chart->name + ".svg", drawn[chart->name]++), errors);
   }
 }
 

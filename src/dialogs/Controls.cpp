@@ -21,6 +21,7 @@ constexpr FieldControl kFieldControls[] = {
     {"BetweenGroupR", 21001},
     {"Columns", 21002},
     {"Confidence", 705},
+    {"Continuity", 22050},
     {"CumP", 21003},
     {"D", 21004},
     {"DegreesOfFreedom", 21005},
@@ -33,6 +34,7 @@ constexpr FieldControl kFieldControls[] = {
     {"DfIntervals", 21012},
     {"DfStart", 21013},
     {"EndRMSSE", 21014},
+    {"EqualN", 22051},
     {"EsEnd", 137},
     {"EsStart", 136},
     {"Eta", 21015},
@@ -55,6 +57,7 @@ constexpr FieldControl kFieldControls[] = {
     {"NullHypothesizedVariance", 21026},
     {"NumberOfGroups", 21027},
     {"ObservedChiSquare", 21028},
+    {"OneMinusP", 22070},
     {"P", 21029},
     {"PObserved", 21030},
     {"Pi", 21031},
@@ -123,22 +126,100 @@ constexpr bool AscendingByField() {
 }
 static_assert(AscendingByField(), "kFieldControls: a field stands twice or out of order");
 
-constexpr TextId kOneMeanForms[] = {text::Caption2TailedMuMu0, text::Caption1TailedMuAtMostMu0,
-                                    text::Caption1TailedMuAtLeastMu0};
-constexpr TextId kTwoMeansForms[] = {text::Radio2TailedMeans, text::Radio1TailedMeansAtMost,
-                                     text::Radio1TailedMeansAtLeast};
+constexpr std::string_view kCheckBoxes[] = {"Continuity", "EqualN", "OneMinusP"};
+
+// --- Radio buttons.
+
+constexpr TextId kOneMean[] = {text::Caption2TailedMuMu0, text::Caption1TailedMuAtMostMu0,
+                               text::Caption1TailedMuAtLeastMu0};
+constexpr TextId kTwoMeans[] = {text::Radio2TailedMeans, text::Radio1TailedMeansAtMost,
+                                text::Radio1TailedMeansAtLeast};
+constexpr TextId kOneVariance[] = {text::Radio2TailedVariance, text::Radio1TailedVarianceAtMost,
+                                   text::Radio1TailedVarianceAtLeast};
+constexpr TextId kTwoVariances[] = {text::Radio2TailedVariances, text::Radio1TailedVariancesAtMost,
+                                    text::Radio1TailedVariancesAtLeast};
+constexpr TextId kOneCorrelation[] = {text::Radio2TailedCorrelation,
+                                      text::Radio1TailedCorrelationAtMost,
+                                      text::Radio1TailedCorrelationAtLeast};
+constexpr TextId kTwoCorrelations[] = {text::Radio2TailedCorrelations,
+                                       text::Radio1TailedCorrelationsAtMost,
+                                       text::Radio1TailedCorrelationsAtLeast};
+constexpr TextId kSquaredCorrelation[] = {
+    text::Radio2TailedSquaredCorrelation, text::Radio1TailedSquaredCorrelationAtMost,
+    text::Radio1TailedSquaredCorrelationAtLeast, text::Radio1TailedSquaredCorrelationZero};
+constexpr TextId kOneProportion[] = {text::Radio2TailedProportion,
+                                     text::Radio1TailedProportionAtMost,
+                                     text::Radio1TailedProportionAtLeast};
+constexpr TextId kTwoProportions[] = {text::Radio2TailedProportions,
+                                      text::Radio1TailedProportionsAtMost,
+                                      text::Radio1TailedProportionsAtLeast};
+constexpr TextId kPairedProportions[] = {text::Radio2TailedDelta, text::Radio1TailedDeltaAtMost,
+                                         text::Radio1TailedDeltaAtLeast};
+constexpr TextId kSurvivalRates[] = {text::Radio2TailedProportions,
+                                     text::Radio1TailedProportionsAtMost};
+constexpr TextId kSurvivalParameters[] = {text::Radio2TailedLambda, text::Radio1TailedLambdaAtMost};
+constexpr TextId kModelFit[] = {text::Radio1TailedRmseaZero, text::Radio1TailedRmseaAtMost,
+                                text::Radio1TailedRmseaAtLeast};
 constexpr TextId kGroupToVary[] = {text::RadioEqualN, text::RadioVaryN1, text::RadioVaryN2};
+constexpr TextId kGroupToVaryOrRatio[] = {text::RadioEqualN, text::RadioVaryN1, text::RadioVaryN2,
+                                          text::RadioFixedRatio};
+constexpr TextId kDfToVary[] = {text::RadioEqualDf, text::CaptionVaryDf1FixedDf2};
+constexpr TextId kEffectsModel[] = {text::FixedEffects, text::RandomEffects};
+constexpr TextId kCorrelationAlgorithms[] = {text::CaptionExact, text::CaptionFisherZRefined,
+                                             text::CaptionFisherZCrude};
+// There is no exact distribution of a difference of correlations.
+constexpr TextId kFisherZAlgorithms[] = {text::None, text::CaptionFisherZRefined,
+                                         text::CaptionFisherZCrude};
+constexpr TextId kSquaredCorrelationAlgorithms[] = {text::CaptionFaster, text::CaptionMoreAccurate};
+constexpr TextId kFAlgorithms[] = {text::CaptionExact, text::RadioTiku};
+constexpr TextId kProportionAlgorithms[] = {text::CaptionExact, text::RadioNormalApproximation};
 
 struct FamilyRadios {
   Family family;
   RadioGroup group;
 };
 
+constexpr RadioGroup Hypothesis(std::span<const TextId> forms) {
+  constexpr int kFirst = 1210;
+  return {"H0Type", kFirst, text::GroupHypothesis, forms};
+}
+constexpr RadioGroup GroupToVary(std::span<const TextId> groups) {
+  constexpr int kFirst = 22030;
+  return {"NToVary", kFirst, text::GroupGroupToVary, groups};
+}
+constexpr RadioGroup Algorithm(TextId caption, std::span<const TextId> algorithms) {
+  constexpr int kFirst = 22020;
+  return {"Algorithm", kFirst, caption, algorithms};
+}
+
 constexpr FamilyRadios kRadios[] = {
-    {Family::T1, {"H0Type", 1210, text::GroupHypothesis, kOneMeanForms}},
-    {Family::T2, {"H0Type", 1210, text::GroupHypothesis, kTwoMeansForms}},
-    {Family::T3, {"H0Type", 1210, text::GroupHypothesis, kTwoMeansForms}},
-    {Family::T2, {"NToVary", 22030, text::GroupGroupToVary, kGroupToVary}},
+    {Family::T1, Hypothesis(kOneMean)},
+    {Family::T2, Hypothesis(kTwoMeans)},
+    {Family::T2, GroupToVary(kGroupToVary)},
+    {Family::T3, Hypothesis(kTwoMeans)},
+    {Family::AV1, {"ModelType", 22000, text::GroupEffectsModel, kEffectsModel}},
+    {Family::AV1, Algorithm(text::GroupFDistribution, kFAlgorithms)},
+    {Family::AV2, Algorithm(text::GroupFDistribution, kFAlgorithms)},
+    {Family::V1, Hypothesis(kOneVariance)},
+    {Family::V2, Hypothesis(kTwoVariances)},
+    {Family::V2, {"DfToVary", 22040, text::GroupDfToVary, kDfToVary}},
+    {Family::V2, Algorithm(text::GroupFDistribution, kFAlgorithms)},
+    {Family::R, Hypothesis(kOneCorrelation)},
+    {Family::R, Algorithm(text::ButtonCompUtationalAlgorithm, kCorrelationAlgorithms)},
+    {Family::Z2R, Hypothesis(kTwoCorrelations)},
+    {Family::Z2R, Algorithm(text::ButtonCompUtationalAlgorithm, kFisherZAlgorithms)},
+    {Family::Z2R, GroupToVary(kGroupToVary)},
+    {Family::R2, Hypothesis(kSquaredCorrelation)},
+    {Family::R2, Algorithm(text::ButtonCompUtingAlgorithm, kSquaredCorrelationAlgorithms)},
+    {Family::P1, Hypothesis(kOneProportion)},
+    {Family::P1, Algorithm(text::ButtonCompUtingAlgorithm, kProportionAlgorithms)},
+    {Family::P2, Hypothesis(kTwoProportions)},
+    {Family::P2, GroupToVary(kGroupToVaryOrRatio)},
+    {Family::QMAC, Hypothesis(kPairedProportions)},
+    {Family::SA1, Hypothesis(kSurvivalRates)},
+    {Family::SA2, Hypothesis(kSurvivalParameters)},
+    {Family::SA3, Hypothesis(kSurvivalParameters)},
+    {Family::SEM, Hypothesis(kModelFit)},
 };
 
 // What a field means and what it may be, for tool tips.
@@ -155,6 +236,10 @@ int ControlOfField(std::string_view field) {
   return row != std::end(kFieldControls) && row->field == field ? row->number : 0;
 }
 
+bool IsCheckBox(std::string_view field) {
+  return std::find(std::begin(kCheckBoxes), std::end(kCheckBoxes), field) != std::end(kCheckBoxes);
+}
+
 const RadioGroup* RadiosOf(std::string_view field, Family family) {
   const auto* row =
       std::find_if(std::begin(kRadios), std::end(kRadios), [&](const FamilyRadios& radios) {
@@ -169,14 +254,18 @@ std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
   std::vector<ControlSpec> controls;
   if (const RadioGroup* radios = RadiosOf(field.name, family.family)) {
     for (std::size_t value = 0; value < radios->buttons.size(); ++value) {
+      if (radios->buttons[value] == text::None) {
+        continue;
+      }
       controls.push_back({radios->base + static_cast<int>(value), ControlKind::Radio, field.name,
                           LoadText(radios->buttons[value]), LoadText(field.meaning),
                           LoadText(radios->caption), static_cast<int>(value)});
     }
     return controls;
   }
-  const ControlKind kind =
-      field.type == FieldType::Real ? ControlKind::RealEdit : ControlKind::IntEdit;
+  const ControlKind kind = IsCheckBox(field.name)          ? ControlKind::CheckBox
+                           : field.type == FieldType::Real ? ControlKind::RealEdit
+                                                           : ControlKind::IntEdit;
   controls.push_back({ControlOfField(field.name), kind, field.name, LoadText(field.label),
                       HelpOf(field), LoadText(groupCaption), 0});
   return controls;

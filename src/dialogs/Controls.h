@@ -27,20 +27,37 @@ inline constexpr int ControlSizeCharts = 603;
 
 inline constexpr int SettingsPage = 6104;
 
-// The number of a field's edit control; 0 for a field that no control shows.
+// Calculators: the second Compute command, the radio button of the first unknown, and the
+// box and labels about the probability.
+inline constexpr int ControlCompute = 815;
+inline constexpr int ControlUnknown = 22060;
+inline constexpr int ControlActualValue = 22080;
+inline constexpr int ControlProbabilityLabel = 22081;
+inline constexpr int ControlActualValueLabel = 22082;
+
+// The number of a field's edit control or check box; 0 for a field that neither shows.
 int ControlOfField(std::string_view field);
+// Is the field a check box, 1 when checked?
+bool IsCheckBox(std::string_view field);
 
 // A field that radio buttons show: the button of a value has the number `base` + value.
 struct RadioGroup {
   const char* field;
   int base;
   TextId caption;                   // of the group
-  std::span<const TextId> buttons;  // by value
+  std::span<const TextId> buttons;  // by value; None for a value that has no button
+
+  int last() const { return base + static_cast<int>(buttons.size()) - 1; }
+  bool HasButton(double value) const {
+    return value >= 0 && value < static_cast<double>(buttons.size()) &&
+           buttons[static_cast<std::size_t>(value)] != text::None;
+  }
 };
 // The radio buttons of a field in a family's dialogs; null when it has none.
 const RadioGroup* RadiosOf(std::string_view field, Family family);
 
-// The controls that a page shows for a field: one edit, or the radio buttons of its group.
+// The controls that a page shows for a field: one edit or check box, or the radio buttons of its
+// group.
 std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
                                          const Field& field,
                                          TextId groupCaption);

@@ -74,12 +74,13 @@ void CFieldDialog::ShowFields() {
     const Field& field = *table_.Find(name);
     const double value = working.Get(field);
     if (const RadioGroup* radios = RadiosOf(name, family())) {
-      const int count = static_cast<int>(radios->buttons.size());
       // A value without a button leaves the group as it was.
-      if (value >= 0 && value < count) {
-        form().CheckRadioButton(radios->base, radios->base + count - 1,
+      if (radios->HasButton(value)) {
+        form().CheckRadioButton(radios->base, radios->last(),
                                 radios->base + static_cast<int>(value));
       }
+    } else if (IsCheckBox(name)) {
+      form().CheckDlgButton(ControlOfField(name), value != 0);
     } else if (field.type == FieldType::Real) {
       form().SetDlgItemDouble(ControlOfField(name), value, kShownWidth, kShownDecimals);
     } else {
@@ -93,7 +94,7 @@ void CFieldDialog::SetEditLimits() {
   const RecordView upper = View(Instance::Upper);
   for (const char* name : fields_) {
     const Field& field = *table_.Find(name);
-    if (RadiosOf(name, family()) != nullptr || !field.keyed()) {
+    if (RadiosOf(name, family()) != nullptr || IsCheckBox(name) || !field.keyed()) {
       continue;
     }
     const double low = lower.Get(*table_.Find(LowerLimitField(table_, name)));
@@ -126,12 +127,14 @@ bool CFieldDialog::StoreField(int control) {
     const Field& field = *table_.Find(name);
     if (const RadioGroup* radios = RadiosOf(name, family())) {
       const int value = control - radios->base;
-      if (value >= 0 && value < static_cast<int>(radios->buttons.size())) {
+      if (radios->HasButton(value)) {
         working.Set(field, value);
-        form().CheckRadioButton(
-            radios->base, radios->base + static_cast<int>(radios->buttons.size()) - 1, control);
+        form().CheckRadioButton(radios->base, radios->last(), control);
         return true;
       }
+    } else if (IsCheckBox(name) && ControlOfField(name) == control) {
+      working.Set(field, form().IsDlgButtonChecked(control) ? 1 : 0);
+      return true;
     } else if (ControlOfField(name) == control) {
       double value = 0;
       if (field.type != FieldType::Real) {

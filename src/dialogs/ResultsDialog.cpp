@@ -18,23 +18,34 @@ double FieldValue(const RecordView& record, const char* name) {
   return record.Get(*record.table().Find(name));
 }
 
-// The slots of a text as the conversions of its format want them.
+// The choice that a field's value makes among texts; the first without a field.
+std::size_t ChoiceBy(const char* field, const RecordView& record) {
+  return field == nullptr ? 0 : static_cast<std::size_t>(FieldValue(record, field));
+}
+
+// What fills a slot, as the conversion of its format wants it.
+FormatArg FillSlot(const PlotSlot& slot, char conversion, const RecordView& record, double effect) {
+  if (conversion == 's') {
+    const std::size_t choice = ChoiceBy(slot.field, record);
+    return choice < slot.texts.size() ? RawText(slot.texts[choice]) : std::string_view();
+  }
+  const double value =
+      std::string_view(slot.field) == EffectSlot ? effect : FieldValue(record, slot.field);
+  return conversion == 'd' ? FormatArg(static_cast<std::int64_t>(value)) : FormatArg(value);
+}
+
 std::string FillPlotText(const PlotText& plotText, const RecordView& record, double effect) {
   const std::string format = LoadText(plotText.id);
   const std::string slots = FormatSlots(format);
   std::vector<FormatArg> args;
   for (std::size_t i = 0; i < slots.size(); ++i) {
-    const char* slot = plotText.slots[i];
-    const double value = std::string_view(slot) == EffectSlot ? effect : FieldValue(record, slot);
-    args.push_back(slots[i] == 'd' ? FormatArg(static_cast<std::int64_t>(value))
-                                   : FormatArg(value));
+    args.push_back(FillSlot(plotText.slots[i], slots[i], record, effect));
   }
   return FormatText(format, args);
 }
 
 std::string FillPlotTexts(const PlotTexts& texts, const RecordView& record, double effect) {
-  const std::size_t choice =
-      texts.byField == nullptr ? 0 : static_cast<std::size_t>(FieldValue(record, texts.byField));
+  const std::size_t choice = ChoiceBy(texts.byField, record);
   return choice < texts.alternatives.size()
              ? FillPlotText(texts.alternatives[choice], record, effect)
              : std::string();
@@ -48,6 +59,11 @@ PlotGrid GridOf(const PlotAxis& axis, const RecordView& record) {
   return axis.whole
              ? WholeGrid(whole(axis.start), whole(axis.end), intervals)
              : RealGrid(FieldValue(record, axis.start), FieldValue(record, axis.end), intervals);
+}
+
+// The standardized effect, where the check is on it.
+double EffectOf(const NullCheckRow& check, const RecordView& record) {
+  return check.effect != nullptr ? check.effect(record) : Computed::kFailed;
 }
 
 // The calculation's name: the caption of the results dialog without its last word.
@@ -112,14 +128,29 @@ DialogSpec CResultsDialog::Spec() const {
                 ButtonSpec(ControlChangeParams, "ChangeParams", text::CaptionChangeParams),
                 ButtonSpec(ControlOutputOptions, "Options", text::ButtonOptions)};
   PageSpec page = FieldsPage(text::GroupAxisRanges);
-  int control = FirstChartControl();
-  for (const PlotRow& plot : rows_.plots) {
-    ControlSpec button = ButtonSpec(control++, PlotName(plot.caption), plot.caption);
+  for (int control = FirstChartControl(); ChartCaption(control) != text::None; ++control) {
+    const TextId caption = ChartCaption(control);
+    ControlSpec button = ButtonSpec(control, PlotName(caption), caption);
     button.group = LoadText(text::GroupCharts);
     page.controls.push_back(std::move(button));
   }
   spec.pages = {std::move(page), SettingsPageSpec()};
   return spec;
+}
+
+TextId CResultsDialog::ChartCaption(int control) const {
+  int button = FirstChartControl() - 1;
+  TextId last = text::None;
+  for (const PlotRow& plot : rows_.plots) {
+    if (plot.caption != last) {
+      last = plot.caption;
+      ++button;
+    }
+    if (button == control) {
+      return last;
+    }
+  }
+  return text::None;
 }
 
 std::string CResultsDialog::FrameText() const {
@@ -130,7 +161,7 @@ std::string CResultsDialog::FrameText() const {
   const std::vector<TitleEntry> titles = TableTitles(definition, block);
   const RecordView committed = View(Instance::Committed);
   Computed inputs;
-  inputs.effect = rows_.nullCheck.effect(committed);
+  inputs.effect = EffectOf(rows_.nullCheck, committed);
   const std::vector<double> values = TableValues(rows, committed, inputs);
 
   std::string frame = LoadText(definition.headings[0]);
@@ -163,27 +194,33 @@ long CResultsDialog::Command(int control) {
     default:
       break;
   }
-  const int plot = control - FirstChartControl();
-  if (plot >= 0 && plot < static_cast<int>(rows_.plots.size())) {
-    return DrawPlotOf(rows_.plots[static_cast<std::size_t>(plot)]);
-  }
-  return StoreField(control) ? 1 : 0;
+  const TextId chart = ChartCaption(control);
+  return chart != text::None ? DrawPlotsOf(chart) : (StoreField(control) ? 1 : 0);
 }
 
-bool CResultsDialog::NullHypothesisRefuses() {
+bool CResultsDialog::InputsPass() {
+  return RangesPass() && (rows_.extraCheck == nullptr || rows_.extraCheck(window(), *Block()));
+}
+
+bool CResultsDialog::NullHypothesisRefuses(const NullCheckRow& check) const {
+  if (check.effect == nullptr) {
+    return false;
+  }
   const RecordView working = View(Instance::Working);
-  return NullHypothesisCheck(window(), rows_.nullCheck.effect(working),
-                             static_cast<std::int16_t>(FieldValue(working, "H0Type")),
-                             rows_.nullCheck.tolerance, rows_.nullCheck.useTolerance ? 1 : 0) != 0;
+  const std::int16_t form = check.form == NullCheckRow::FormOfRecord
+                                ? static_cast<std::int16_t>(FieldValue(working, "H0Type"))
+                                : check.form;
+  return NullHypothesisCheck(window(), check.effect(working), form, check.tolerance,
+                             check.useTolerance ? 1 : 0) != 0;
 }
 
 long CResultsDialog::Calculate() {
   Host& host = analysis().host();
-  if (!RangesPass()) {
+  if (!InputsPass()) {
     host.RestoreResults();
     return 0;
   }
-  if (NullHypothesisRefuses()) {
+  if (NullHypothesisRefuses(rows_.nullCheck)) {
     ExitDialog(StageCompute, ExitBack, 0);
     return 0;
   }
@@ -206,7 +243,7 @@ long CResultsDialog::Calculate() {
 }
 
 long CResultsDialog::ChangeParams() {
-  if (!RangesPass()) {
+  if (!InputsPass()) {
     return 0;
   }
   Copy(Instance::Working, Instance::Committed);
@@ -214,29 +251,44 @@ long CResultsDialog::ChangeParams() {
   return 1;
 }
 
+long CResultsDialog::DrawPlotsOf(TextId caption) {
+  long drawn = 0;
+  if (InputsPass()) {
+    for (const PlotRow& plot : rows_.plots) {
+      if (plot.caption == caption && DrawPlotOf(plot) != 0) {
+        drawn = 1;
+      }
+    }
+  }
+  analysis().host().RestoreResults();
+  return drawn;
+}
+
 long CResultsDialog::DrawPlotOf(const PlotRow& plot) {
-  Host& host = analysis().host();
-  if (!RangesPass() || (plot.fixesEffect && NullHypothesisRefuses())) {
-    host.RestoreResults();
+  const NullCheckRow& check = plot.nullCheck.effect != nullptr ? plot.nullCheck : rows_.nullCheck;
+  if (plot.fixesEffect && NullHypothesisRefuses(check)) {
     return 0;
   }
   // The ranges edited on this page must reach the plot.
   Copy(Instance::Working, Instance::Committed);
   PowerSettings& block = *Block();
   const RecordView committed = View(Instance::Committed);
-  const double effect = rows_.nullCheck.effect(committed);
+  const double effect = EffectOf(rows_.nullCheck, committed);
+  std::string family = FillPlotTexts(rows_.familyTitle, committed, effect);
+  if (family.empty()) {
+    family = FamilyAndHypothesis(entry(), rows_.tableCode, block);
+  }
 
   ChartRequest request;
   request.kind = plot.kind;
   request.name = PlotName(plot.caption);
-  request.titles = {CalculationName(entry()), FamilyAndHypothesis(entry(), rows_.tableCode, block),
+  request.titles = {CalculationName(entry()), std::move(family),
                     FillPlotTexts(plot.title, committed, effect)};
   request.xLabel = FillPlotTexts(plot.xLabel, committed, effect);
   request.yLabel = FillPlotTexts(plot.yLabel, committed, effect);
   const PlotOutcome outcome =
-      DrawPlot(host, GridOf(plot.axis, committed), plot.point(window(), block), plot.failedPoint,
-               std::move(request));
-  host.RestoreResults();
+      DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(window(), block),
+               plot.failedPoint, std::move(request));
   return outcome == PlotOutcome::Drawn ? 1 : 0;
 }
 

@@ -6,17 +6,32 @@
 
 namespace poweranalysis {
 
-// A text of a chart and what fills its slots: a field of Committed, or the standardized effect.
+// The standardized effect among the slots of a text.
+inline constexpr const char* EffectSlot = "(effect)";
+
+// What fills a slot of a chart's text: the value of a field of Committed, the standardized effect,
+// a text, or of several texts the one that a field's value chooses.
+struct PlotSlot {
+  constexpr PlotSlot() = default;
+  constexpr PlotSlot(const char* valueOf) : field(valueOf) {}
+  constexpr PlotSlot(TextId text) : texts{text} {}
+  constexpr PlotSlot(const char* byField, std::array<TextId, 4> choices)
+      : field(byField), texts(choices) {}
+
+  const char* field = nullptr;
+  std::array<TextId, 4> texts{};
+};
+
+// A text of a chart and what fills its slots.
 struct PlotText {
   TextId id = text::None;
-  std::array<const char*, 4> slots{};  // EffectSlot stands for the standardized effect
+  std::array<PlotSlot, 6> slots{};
 };
-inline constexpr const char* EffectSlot = "(effect)";
 
 // Alternatives of a text by the value of a field; without a field the first is all.
 struct PlotTexts {
   const char* byField = nullptr;
-  std::array<PlotText, 3> alternatives{};
+  std::array<PlotText, 4> alternatives{};
 };
 
 // The axis along which a plot varies its input: three fields of the results page.
@@ -27,7 +42,17 @@ struct PlotAxis {
   bool whole;  // sample sizes and degrees of freedom
 };
 
-// One plot of a results dialog.
+// What guards a calculation or a plot: the effect of a record under its null hypothesis.
+struct NullCheckRow {
+  static constexpr std::int16_t FormOfRecord = -1;
+
+  double (*effect)(const RecordView& record) = nullptr;  // none: nothing is checked
+  double tolerance = 0;
+  bool useTolerance = false;  // a search also refuses an effect too small to be worth searching
+  std::int16_t form = FormOfRecord;  // the field H0Type, in the families that have it
+};
+
+// One plot of a results dialog. Neighbours of one caption are drawn by one press of their button.
 struct PlotRow {
   TextId caption;  // of its button; the plot's name is made from it
   int kind;
@@ -39,19 +64,13 @@ struct PlotRow {
   FailedPointRule failedPoint;
   // The value at a point, computed from Committed with one input varied.
   PlotFunction (*point)(WindowHandle parent, const PowerSettings& block);
+  NullCheckRow nullCheck{};  // of its own; without one that of the dialog
 };
 
 // What a calculation gives: whether there is anything to send, and the numbers.
 struct CalculationOutcome {
   bool good = false;
   Computed computed;
-};
-
-// What guards a calculation: the effect of Working under its null hypothesis.
-struct NullCheckRow {
-  double (*effect)(const RecordView& record);
-  double tolerance;
-  bool useTolerance;  // a search also refuses an effect too small to be worth searching
 };
 
 // One results dialog.
@@ -64,6 +83,9 @@ struct ResultsDialogTable {
   NullCheckRow nullCheck;
   CalculationOutcome (*calculate)(WindowHandle parent, const PowerSettings& block);
   std::span<const PlotRow> plots;
+  PlotTexts familyTitle{};  // second title line; without one the task's name and the hypothesis
+  // A check beyond the ranges, made before every command; it shows its own message and gives false.
+  bool (*extraCheck)(WindowHandle parent, PowerSettings& block) = nullptr;
 };
 
 // "Power vs. N1" as "power-vs-n1".
@@ -89,8 +111,12 @@ class CResultsDialog : public CFieldDialog {
  private:
   long Calculate();
   long ChangeParams();
+  bool InputsPass();
+  bool NullHypothesisRefuses(const NullCheckRow& check) const;
+  long DrawPlotsOf(TextId caption);
   long DrawPlotOf(const PlotRow& plot);
-  bool NullHypothesisRefuses();
+  // The caption of a chart's button; None for another control.
+  TextId ChartCaption(int control) const;
   int FirstChartControl() const;
   std::string FrameText() const;
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "dialogs/PlotRows.h"
 #include "procedures/TTests.h"
 
 namespace poweranalysis {
@@ -46,6 +47,7 @@ struct TTest {
   std::int64_t n2 = 0;  // of group 2; 0 for one group
   std::int16_t nToVary = 0;
   std::int64_t sizeLimit = 0;
+  CriticalTCache criticals{};
 };
 
 TTest DescribeT1(const PowerSettings& block) {
@@ -89,45 +91,44 @@ TDesign DesignOf(const TTest& test) {
                       : TwoGroupsDesign(test.es, test.n1, test.n2);
 }
 
-double PowerOf(WindowHandle parent, const TTest& test, CriticalTCache& criticals) {
-  return TTestPower(parent, DesignOf(test), test.alpha, test.form, criticals);
+double PowerOf(WindowHandle parent, TTest& test) {
+  return TTestPower(parent, DesignOf(test), test.alpha, test.form, test.criticals);
 }
 
-SearchResult RequiredNOf(WindowHandle parent,
-                         const TTest& test,
-                         bool showProgress,
-                         CriticalTCache& criticals) {
+SearchResult RequiredNOf(WindowHandle parent, TTest& test, bool showProgress) {
   const TSizeRequest request = {test.es,        test.alpha,   test.powerGoal, test.form,
                                 test.sizeLimit, showProgress, parent};
   if (test.n2 == 0) {
-    return OneGroupRequiredN(request, criticals);
+    return OneGroupRequiredN(request, test.criticals);
   }
   const std::int64_t fixedN = test.nToVary == NToVaryN1 ? test.n2 : test.n1;
-  return TwoGroupsRequiredN(request, test.nToVary, fixedN, criticals);
+  return TwoGroupsRequiredN(request, test.nToVary, fixedN, test.criticals);
+}
+
+std::int64_t SizeOf(WindowHandle parent, TTest& test) {
+  return RequiredNOf(parent, test, false).requiredSize;
 }
 
 // --- Calculations.
 
 template <Describe describe>
 CalculationOutcome CalculatePower(WindowHandle parent, const PowerSettings& block) {
-  const TTest test = describe(block);
-  CriticalTCache criticals;
+  TTest test = describe(block);
   CalculationOutcome outcome;
   outcome.good = true;
-  const double critical = criticals.Find(DesignOf(test).df, test.alpha, test.form);
+  const double critical = test.criticals.Find(DesignOf(test).df, test.alpha, test.form);
   outcome.computed.effect = test.es;
   outcome.computed.critical[0] = describe == DescribeT1
                                      ? ShownCriticalTOfOneMean(critical, test.form)
                                      : ShownCriticalT(critical);
-  outcome.computed.power[0] = PowerOf(parent, test, criticals);
+  outcome.computed.power[0] = PowerOf(parent, test);
   return outcome;
 }
 
 template <Describe describe>
 CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block) {
-  const TTest test = describe(block);
-  CriticalTCache criticals;
-  const SearchResult found = RequiredNOf(parent, test, true, criticals);
+  TTest test = describe(block);
+  const SearchResult found = RequiredNOf(parent, test, true);
   CalculationOutcome outcome;
   outcome.good = found.status == SearchOk;
   outcome.computed.effect = test.es;
@@ -135,8 +136,8 @@ CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block
   outcome.computed.size[0] = found.requiredSize;
   if (outcome.good) {
     outcome.computed.critical[0] =
-        test.n2 == 0 ? ShownCriticalT(criticals.Find(OneGroupDesign(test.es, found.requiredSize).df,
-                                                     test.alpha, test.form))
+        test.n2 == 0 ? ShownCriticalT(test.criticals.Find(
+                           OneGroupDesign(test.es, found.requiredSize).df, test.alpha, test.form))
                      : ShownCriticalTOfRequiredN(found.requiredSize, test.alpha, test.form);
   }
   return outcome;
@@ -154,7 +155,7 @@ CalculationOutcome WithSpread(WindowHandle parent, const PowerSettings& block) {
 // --- Points of plots: one input of the test is varied, and the critical values of equal degrees of
 // freedom are kept from point to point.
 
-using Vary = void (*)(TTest& test, double x);
+using VaryTest = void (*)(TTest& test, double x);
 
 void VaryEffect(TTest& test, double x) { test.es = x; }
 void VaryAlpha(TTest& test, double x) { test.alpha = x; }
@@ -166,45 +167,14 @@ void VaryBothN(TTest& test, double x) {
   test.n2 = test.n1;
 }
 
-template <Describe describe, Vary vary>
-PlotFunction PowerPoint(WindowHandle parent, const PowerSettings& block) {
-  return [parent, test = describe(block), criticals = CriticalTCache()](double x) mutable {
-    vary(test, x);
-    return PowerOf(parent, test, criticals);
-  };
-}
-
-template <Describe describe, Vary vary>
-PlotFunction SizePoint(WindowHandle parent, const PowerSettings& block) {
-  return [parent, test = describe(block), criticals = CriticalTCache()](double x) mutable {
-    vary(test, x);
-    return static_cast<double>(RequiredNOf(parent, test, false, criticals).requiredSize);
-  };
-}
-
 // --- Plots.
 
-constexpr PlotAxis kEsAxis = {"EsStart", "EsEnd", "NInterval", false};
-constexpr PlotAxis kAlphaAxis = {"AlphaStart", "AlphaEnd", "NInterval", false};
-constexpr PlotAxis kPowerAxis = {"PowerStart", "PowerEnd", "NInterval", false};
-constexpr PlotAxis kNAxis = {"NStart", "NEnd", "NInterval", true};
-
-constexpr PlotTexts Only(TextId id, std::array<const char*, 4> slots = {}) {
-  return {nullptr, {{{id, slots}}}};
-}
-
-constexpr PlotTexts kPowerLabel = Only(text::RowPower);
-constexpr PlotTexts kEsLabel = Only(text::StandardizedEffectEs);
-constexpr PlotTexts kAlphaLabel = Only(text::TypeIErrorRateAlpha);
-constexpr PlotTexts kGoalLabel = Only(text::PowerGoal);
-constexpr PlotTexts kNLabel = Only(text::GroupSampleSizeN);
-constexpr PlotTexts kSizeLabel = Only(text::RequiredSampleSizeN);
 constexpr PlotTexts kT2SizeLabel = {"NToVary",
                                     {{{text::PlotRequiredSampleSizeN1N2, {}},
                                       {text::PlotRequiredSampleSizeN1N22, {"SampleSizeN2"}},
                                       {text::PlotRequiredSampleSizeN2N1, {"SampleSizeN1"}}}}};
 
-template <Describe describe, Vary vary>
+template <Describe describe, VaryTest vary>
 constexpr PlotRow PowerPlot(
     TextId caption, int kind, PlotAxis axis, PlotTexts title, PlotTexts xLabel, bool fixesEffect) {
   return {caption,
@@ -212,13 +182,13 @@ constexpr PlotRow PowerPlot(
           axis,
           title,
           xLabel,
-          kPowerLabel,
+          PowerLabel,
           fixesEffect,
           FailedPointRule::GoOn,
-          PowerPoint<describe, vary>};
+          PointOf<describe, PowerOf, vary>};
 }
 
-template <Describe describe, Vary vary>
+template <Describe describe, VaryTest vary>
 constexpr PlotRow SizePlot(TextId caption,
                            int kind,
                            PlotAxis axis,
@@ -235,22 +205,22 @@ constexpr PlotRow SizePlot(TextId caption,
           yLabel,
           fixesEffect,
           FailedPointRule::DropAndStop,
-          SizePoint<describe, vary>};
+          PointOf<describe, SizeOf, vary>};
 }
 
 // One mean and paired means: the same three power plots.
 template <Describe describe>
 constexpr std::array<PlotRow, 3> OneGroupPowerPlots() {
   return {{
-      PowerPlot<describe, VaryN1>(text::PlotPowerVsN, PowerVsSize, kNAxis,
-                                  Only(text::PlotPowerVsNEsAlpha, {EffectSlot, "Alpha"}), kNLabel,
-                                  true),
-      PowerPlot<describe, VaryEffect>(text::CaptionPowerVsEs, PowerVsEffect, kEsAxis,
+      PowerPlot<describe, VaryN1>(text::PlotPowerVsN, PowerVsSize, NAxis,
+                                  Only(text::PlotPowerVsNEsAlpha, {EffectSlot, "Alpha"}),
+                                  GroupNLabel, true),
+      PowerPlot<describe, VaryEffect>(text::CaptionPowerVsEs, PowerVsEffect, EsAxis,
                                       Only(text::PlotPowerVsEsNAlpha, {"SampleSize", "Alpha"}),
-                                      kEsLabel, false),
-      PowerPlot<describe, VaryAlpha>(text::PlotPowerVsAlpha, PowerVsAlpha, kAlphaAxis,
+                                      EsLabel, false),
+      PowerPlot<describe, VaryAlpha>(text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
                                      Only(text::PlotPowerVsAlphaEsN, {EffectSlot, "SampleSize"}),
-                                     kAlphaLabel, true),
+                                     AlphaLabel, true),
   }};
 }
 
@@ -263,12 +233,12 @@ struct SizeTitles {
 template <Describe describe>
 constexpr std::array<PlotRow, 3> SizePlots(SizeTitles titles, PlotTexts yLabel) {
   return {{
-      SizePlot<describe, VaryEffect>(text::CaptionNVsEs, SizeVsEffect, kEsAxis, titles.vsEs,
-                                     kEsLabel, yLabel, false),
-      SizePlot<describe, VaryAlpha>(text::PlotNVsAlpha, SizeVsAlpha, kAlphaAxis, titles.vsAlpha,
-                                    kAlphaLabel, yLabel, true),
-      SizePlot<describe, VaryGoal>(text::PlotNVsPower, SizeVsPower, kPowerAxis, titles.vsPower,
-                                   kGoalLabel, yLabel, true),
+      SizePlot<describe, VaryEffect>(text::CaptionNVsEs, SizeVsEffect, EsAxis, titles.vsEs, EsLabel,
+                                     yLabel, false),
+      SizePlot<describe, VaryAlpha>(text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis, titles.vsAlpha,
+                                    AlphaLabel, yLabel, true),
+      SizePlot<describe, VaryGoal>(text::PlotNVsPower, SizeVsPower, PowerAxis, titles.vsPower,
+                                   GoalLabel, yLabel, true),
   }};
 }
 
@@ -278,37 +248,37 @@ constexpr std::array<PlotRow, 3> kT3PowerPlots = OneGroupPowerPlots<DescribeT3>(
 constexpr PlotRow kT2PowerPlots[] = {
     PowerPlot<DescribeT2, VaryBothN>(text::PlotPowerVsN,
                                      PowerVsSize,
-                                     kNAxis,
+                                     NAxis,
                                      Only(text::PlotPowerVsNEsAlphaN1N2N, {EffectSlot, "Alpha"}),
-                                     kNLabel,
+                                     GroupNLabel,
                                      true),
     PowerPlot<DescribeT2, VaryN1>(
         text::ButtonPowerVsN1,
         PowerVsSize,
-        kNAxis,
+        NAxis,
         Only(text::PlotPowerVsN1EsAlphaN2, {EffectSlot, "Alpha", "SampleSizeN2"}),
         Only(text::RowSampleSizeN1),
         true),
     PowerPlot<DescribeT2, VaryN2>(
         text::ButtonPowerVsN2,
         PowerVsSize,
-        kNAxis,
+        NAxis,
         Only(text::PlotPowerVsN2EsAlphaN1, {EffectSlot, "Alpha", "SampleSizeN1"}),
         Only(text::RowSampleSizeN2),
         true),
     PowerPlot<DescribeT2, VaryEffect>(
         text::CaptionPowerVsEs,
         PowerVsEffect,
-        kEsAxis,
+        EsAxis,
         Only(text::PlotPowerVsEsN1N2Alpha, {"SampleSizeN1", "SampleSizeN2", "Alpha"}),
-        kEsLabel,
+        EsLabel,
         false),
     PowerPlot<DescribeT2, VaryAlpha>(
         text::PlotPowerVsAlpha,
         PowerVsAlpha,
-        kAlphaAxis,
+        AlphaAxis,
         Only(text::PlotPowerVsAlphaEsN1N2, {EffectSlot, "SampleSizeN1", "SampleSizeN2"}),
-        kAlphaLabel,
+        AlphaLabel,
         true),
 };
 
@@ -316,7 +286,7 @@ constexpr std::array<PlotRow, 3> kT1SizePlots =
     SizePlots<DescribeT1>({Only(text::PlotSampleSizeVsEs, {"Alpha", "PowerGoal"}),
                            Only(text::PlotSampleSizeVsAlpha, {EffectSlot, "PowerGoal"}),
                            Only(text::PlotSampleSizeVsPower, {EffectSlot, "Alpha"})},
-                          kSizeLabel);
+                          RequiredNLabel);
 
 constexpr std::array<PlotRow, 3> kT2SizePlots =
     SizePlots<DescribeT2>({{"NToVary",
@@ -331,7 +301,7 @@ constexpr std::array<PlotRow, 3> kT3SizePlots =
     SizePlots<DescribeT3>({Only(text::PlotNVsEsAlphaPowerGoal, {"Alpha", "PowerGoal"}),
                            Only(text::PlotNVsAlphaEsPower, {EffectSlot, "PowerGoal"}),
                            Only(text::PlotNVsPowerAlphaStandardizedEffect, {"Alpha", EffectSlot})},
-                          kSizeLabel);
+                          RequiredNLabel);
 
 // --- Results dialogs.
 
