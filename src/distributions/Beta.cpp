@@ -34,7 +34,13 @@ double LogGamma(double x) {
 }
 
 double BetaCdf(double x, double a, double b, int& failure) {
+  int passes = 0;
+  return BetaCdf(x, a, b, failure, passes);
+}
+
+double BetaCdf(double x, double a, double b, int& failure, int& passes) {
   failure = 0;
+  passes = 0;
   if (x < 0.0 || x > 1.0) {
     // Kept: zero and not NumericFailure; the callers turn the flag into it.
     failure = 1;
@@ -45,12 +51,17 @@ double BetaCdf(double x, double a, double b, int& failure) {
                                          a * std::log(x) + b * std::log(1.0 - x))
                               : 0.0;
   if ((a + 1.0) / (a + b + 2.0) > x) {
-    return BetaContinuedFraction(a, b, x) * front / a;
+    return BetaContinuedFraction(a, b, x, passes) * front / a;
   }
-  return 1.0 - BetaContinuedFraction(b, a, 1.0 - x) * front / b;
+  return 1.0 - BetaContinuedFraction(b, a, 1.0 - x, passes) * front / b;
 }
 
 double BetaContinuedFraction(double a, double b, double x) {
+  int passes = 0;
+  return BetaContinuedFraction(a, b, x, passes);
+}
+
+double BetaContinuedFraction(double a, double b, double x, int& passes) {
   const double qab = a + b;
   const double qap = a + 1.0;
   const double qam = a - 1.0;
@@ -58,7 +69,8 @@ double BetaContinuedFraction(double a, double b, double x) {
   double bm = 1.0;
   double az = 1.0;
   double bz = 1.0 - qab * x / qap;
-  for (int pass = 1; pass <= FractionLimit; ++pass) {
+  int pass = 1;
+  for (; pass <= FractionLimit; ++pass) {
     const double m = pass;
     const double even = m * (b - m) * x / ((qam + 2.0 * m) * (a + 2.0 * m));
     const double ap = az + even * am;
@@ -75,6 +87,7 @@ double BetaContinuedFraction(double a, double b, double x) {
       break;
     }
   }
+  passes = pass;
   // Kept: an exhausted loop is not reported.
   return az;
 }

@@ -22,6 +22,10 @@ double LogGamma(double x);
 // Fails:  `failure` 1 and the result 0 for x outside [0, 1]; `failure` is cleared on entry.
 double BetaCdf(double x, double a, double b, int& failure);
 
+// The same, and how many passes its continued fraction took; a caller that evaluates many can bound
+// its work by it.
+double BetaCdf(double x, double a, double b, int& failure, int& passes);
+
 // The continued fraction of `BetaCdf`, by its even and odd recurrence, to a relative change of
 // 1e-10.
 //
@@ -29,5 +33,6 @@ double BetaCdf(double x, double a, double b, int& failure);
 // Domain: as of `BetaCdf`.
 // Fails:  never: after 10000 passes it gives the last approximation.
 double BetaContinuedFraction(double a, double b, double x);
+double BetaContinuedFraction(double a, double b, double x, int& passes);
 
 }  // namespace poweranalysis
