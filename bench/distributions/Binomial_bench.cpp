@@ -12,11 +12,10 @@ namespace {
 
 void BenchCdf(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double pi = bench::ProportionOf(state.range(1));
+  const volatile double pi = bench::ProportionOf(state.range(1));
   const double k = bench::CountAt(state.range(0), pi, state.range(2));
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(pi);
     benchmark::DoNotOptimize(BinomialCdf(n, pi, k, failure));
   }
 }
@@ -24,11 +23,10 @@ BENCHMARK(BenchCdf)->Apply(bench::EachBinomialDesign)->Name("BinomialCdf");
 
 void BenchQuantile(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double pi = bench::ProportionOf(state.range(1));
+  const volatile double pi = bench::ProportionOf(state.range(1));
   for (auto _ : state) {
     double actual = 1.0;
     int failure = 0;
-    benchmark::DoNotOptimize(pi);
     benchmark::DoNotOptimize(BinomialQuantile(0.95, n, pi, actual, failure, std::log(0.95)));
   }
 }
@@ -36,10 +34,9 @@ BENCHMARK(BenchQuantile)->Apply(bench::EachBinomialInverse)->Name("BinomialQuant
 
 void BenchProportion(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double k = bench::CountAt(state.range(0), bench::ProportionOf(state.range(1)), 0);
+  const volatile double k = bench::CountAt(state.range(0), bench::ProportionOf(state.range(1)), 0);
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(k);
     benchmark::DoNotOptimize(BinomialProportionForP(n, 0.025, k, failure));
   }
 }

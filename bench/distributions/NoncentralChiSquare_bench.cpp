@@ -12,11 +12,10 @@ namespace {
 void BenchCdf(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
   const auto delta = static_cast<double>(state.range(1));
-  double x = bench::ChiSquareAt(state.range(0), state.range(1), state.range(2));
+  const volatile double x = bench::ChiSquareAt(state.range(0), state.range(1), state.range(2));
   for (auto _ : state) {
     double density = 0.0;
     int failure = 0;
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(NoncentralChiSquareCdf(x, df, delta, density, failure));
   }
 }
@@ -25,10 +24,9 @@ BENCHMARK(BenchCdf)->Apply(bench::EachChiSquareDesign)->Name("NoncentralChiSquar
 void BenchQuantile(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
   const auto delta = static_cast<double>(state.range(1));
-  double p = 0.95;
+  const volatile double p = 0.95;
   for (auto _ : state) {
     int status = 0;
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(NoncentralChiSquareQuantile(delta, df, p, status));
   }
 }
@@ -36,10 +34,9 @@ BENCHMARK(BenchQuantile)->Apply(bench::EachChiSquareInverse)->Name("NoncentralCh
 
 void BenchDelta(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
-  double x = bench::ChiSquareAt(state.range(0), state.range(1), 0);
+  const volatile double x = bench::ChiSquareAt(state.range(0), state.range(1), 0);
   for (auto _ : state) {
     int word = 0;
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(NoncentralChiSquareDelta(x, df, 0.25, word));
   }
 }

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
+#include "distributions/Binomial.h"
+#include "distributions/NoncentralChiSquare.h"
+#include "distributions/NoncentralF.h"
 #include "distributions/NoncentralT.h"
 
 namespace poweranalysis {
@@ -28,29 +31,61 @@ double TQuantile(const Design& design, double b, int& failure) {
   return p;
 }
 
+double ChiSquare(double x, std::int32_t df, double delta, int& failure) {
+  double density = 0.0;
+  return NoncentralChiSquareCdf(x, df, delta, density, failure);
+}
+
+double ChiSquareDelta(const Design& design, double b, int& failure) {
+  return ChiSquare(design.x, design.df, b, failure);
+}
+
+double ChiSquareQuantile(const Design& design, double b, int& failure) {
+  return ChiSquare(b, design.df, design.x, failure);
+}
+
+template <FAlgorithm Algorithm>
+double FDelta(const Design& design, double b, int& failure) {
+  return NoncentralFCdfInt(design.x, design.df, design.df2, b, failure, Algorithm);
+}
+
+double FQuantile(const Design& design, double b, int& failure) {
+  return NoncentralFCdfInt(b, design.df, design.df2, design.x, failure, FExact);
+}
+
+double Proportion(const Design& design, double b, int& failure) {
+  return BinomialCdf(design.df, b, design.x, failure);
+}
+
 struct KindRow {
   SearchKind kind;
   SecantPolicy policy;
-  Distribution distribution;  // none: the kind fails
+  Distribution distribution;    // none: the kind fails
+  bool stepsThroughDf = false;  // an evaluation takes a step for every two degrees of freedom
 };
 
 constexpr SecantPolicy Free{};
 constexpr SecantPolicy FreeAndTolerant{.nanIsLarge = true};
 constexpr SecantPolicy FromZero{.triesZeroFirst = true};
 constexpr SecantPolicy Nonnegative{.floorAtZero = true};
-constexpr SecantPolicy Proportion{.floorAtZero = true, .ceilingAtOne = true};
+constexpr SecantPolicy WithinUnit{.floorAtZero = true, .ceilingAtOne = true};
 
 constexpr KindRow Kinds[] = {
-    {SearchChiSquareDelta, FromZero, nullptr},
+    {SearchChiSquareDelta, FromZero, ChiSquareDelta, true},
     {SearchTDelta, FreeAndTolerant, TDelta},
-    {SearchFDelta, Nonnegative, nullptr},
+    {SearchFDelta, Nonnegative, FDelta<FExact>},
     {SearchTQuantile, Free, TQuantile},
-    {SearchChiSquareQuantile, Nonnegative, nullptr},
-    {SearchFQuantile, Nonnegative, nullptr},
+    {SearchChiSquareQuantile, Nonnegative, ChiSquareQuantile, true},
+    {SearchFQuantile, Nonnegative, FQuantile},
     // Kept: no floor, although its exact twin SearchFDelta has one.
-    {SearchFDeltaApprox, Free, nullptr},
-    {SearchBinomialProportion, Proportion, nullptr},
+    {SearchFDeltaApprox, Free, FDelta<FTiku>},
+    {SearchBinomialProportion, WithinUnit, Proportion},
 };
+
+// Steps that one search may take, about a second's work. A search that bounces across an edge of
+// its distribution for all of its evaluations would take many times that at large degrees of
+// freedom.
+constexpr std::int64_t StepLimit = 100'000'000;
 
 constexpr KindRow NoKind{SearchKind{}, Free, nullptr};
 
@@ -94,7 +129,14 @@ double SolveParameter(double x,
                       std::int32_t df2) {
   const KindRow& row = RowOf(kind);
   const Design design{x, df, df2};
+  const std::int64_t stepsEach = row.stepsThroughDf ? df / 2 : 0;
+  std::int64_t steps = 0;
   const auto residual = [&](double b, int& failed) {
+    steps += stepsEach;
+    if (steps > StepLimit) {
+      failed = 1;
+      return NumericFailure;
+    }
     return ResidualOf(row, design, b, target, failed);
   };
   return SecantSearch(residual, start, row.policy, status, failure);

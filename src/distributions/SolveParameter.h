@@ -27,8 +27,9 @@ const SecantPolicy& SearchPolicyOf(SearchKind kind);
 // the others x is the quantile and b the noncentrality or proportion. df2 is the second degrees of
 // freedom of the F kinds.
 //
-// Domain: the kinds SearchTDelta and SearchTQuantile have their distribution in this library.
-// Fails:  NumericFailure with `failure` nonzero when the distribution fails, and with `failure` 1
+// Domain: that of the distribution; the F kinds take the exact algorithm, SearchFDeltaApprox
+// Tiku's. Fails:  NumericFailure with `failure` nonzero when the distribution fails, and with
+// `failure` 1
 //         for a kind that has no distribution. `failure` is cleared on entry.
 // Kept:   for SearchTDelta a failed NoncentralTCdf is no failure: its value minus the target goes
 //         on as a very large residual.
@@ -45,6 +46,8 @@ double SolveResidual(double x,
 // Fails:  NumericFailure with `failure` nonzero when an evaluation fails; otherwise a value, and a
 //         nonzero `status` when that value was not shown to solve the equation. Both are cleared
 //         on entry.
+// Guard:  a chi-square search that has taken 1e8 steps of its recurrence fails with `failure` 1.
+//         One of all its evaluations gets there from 20000 degrees of freedom on.
 double SolveParameter(double x,
                       std::int32_t df,
                       double target,

@@ -22,11 +22,10 @@ using BoostBinomial = boost::math::binomial_distribution<double, DoublePolicy>;
 
 void OursCdf(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double pi = bench::ProportionOf(state.range(1));
+  const volatile double pi = bench::ProportionOf(state.range(1));
   const double k = bench::CountAt(state.range(0), pi, state.range(2));
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(pi);
     benchmark::DoNotOptimize(BinomialCdf(n, pi, k, failure));
   }
 }
@@ -34,10 +33,9 @@ BENCHMARK(OursCdf)->Apply(bench::EachBinomialDesign)->Name("ours/BinomialCdf");
 
 void BoostCdf(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double pi = bench::ProportionOf(state.range(1));
+  const volatile double pi = bench::ProportionOf(state.range(1));
   const double k = bench::CountAt(state.range(0), pi, state.range(2));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(pi);
     benchmark::DoNotOptimize(boost::math::cdf(BoostBinomial(n, pi), k));
   }
 }
@@ -45,11 +43,10 @@ BENCHMARK(BoostCdf)->Apply(bench::EachBinomialDesign)->Name("boost/BinomialCdf")
 
 void OursQuantile(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double pi = bench::ProportionOf(state.range(1));
+  const volatile double pi = bench::ProportionOf(state.range(1));
   for (auto _ : state) {
     double actual = 1.0;
     int failure = 0;
-    benchmark::DoNotOptimize(pi);
     benchmark::DoNotOptimize(BinomialQuantile(0.95, n, pi, actual, failure, std::log(0.95)));
   }
 }
@@ -57,9 +54,8 @@ BENCHMARK(OursQuantile)->Apply(bench::EachBinomialInverse)->Name("ours/BinomialQ
 
 void BoostQuantile(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double pi = bench::ProportionOf(state.range(1));
+  const volatile double pi = bench::ProportionOf(state.range(1));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(pi);
     benchmark::DoNotOptimize(boost::math::quantile(BoostBinomial(n, pi), 0.95));
   }
 }
@@ -67,10 +63,9 @@ BENCHMARK(BoostQuantile)->Apply(bench::EachBinomialInverse)->Name("boost/Binomia
 
 void OursProportion(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double k = bench::CountAt(state.range(0), bench::ProportionOf(state.range(1)), 0);
+  const volatile double k = bench::CountAt(state.range(0), bench::ProportionOf(state.range(1)), 0);
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(k);
     benchmark::DoNotOptimize(BinomialProportionForP(n, 0.025, k, failure));
   }
 }
@@ -78,9 +73,8 @@ BENCHMARK(OursProportion)->Apply(bench::EachBinomialInverse)->Name("ours/Binomia
 
 void BoostProportion(benchmark::State& state) {
   const auto n = static_cast<double>(state.range(0));
-  double k = bench::CountAt(state.range(0), bench::ProportionOf(state.range(1)), 0);
+  const volatile double k = bench::CountAt(state.range(0), bench::ProportionOf(state.range(1)), 0);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(k);
     benchmark::DoNotOptimize(BoostBinomial::find_upper_bound_on_p(n, k, 0.025));
   }
 }

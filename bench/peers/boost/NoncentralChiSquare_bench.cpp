@@ -18,11 +18,10 @@ using BoostChiSquare = boost::math::non_central_chi_squared_distribution<double,
 void OursCdf(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
   const auto delta = static_cast<double>(state.range(1));
-  double x = bench::ChiSquareAt(state.range(0), state.range(1), state.range(2));
+  const volatile double x = bench::ChiSquareAt(state.range(0), state.range(1), state.range(2));
   for (auto _ : state) {
     double density = 0.0;
     int failure = 0;
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(NoncentralChiSquareCdf(x, df, delta, density, failure));
   }
 }
@@ -31,9 +30,8 @@ BENCHMARK(OursCdf)->Apply(bench::EachChiSquareDesign)->Name("ours/NoncentralChiS
 void BoostCdf(benchmark::State& state) {
   const auto df = static_cast<double>(state.range(0));
   const auto delta = static_cast<double>(state.range(1));
-  double x = bench::ChiSquareAt(state.range(0), state.range(1), state.range(2));
+  const volatile double x = bench::ChiSquareAt(state.range(0), state.range(1), state.range(2));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(boost::math::cdf(BoostChiSquare(df, delta), x));
   }
 }
@@ -42,10 +40,9 @@ BENCHMARK(BoostCdf)->Apply(bench::EachChiSquareDesign)->Name("boost/NoncentralCh
 void OursQuantile(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
   const auto delta = static_cast<double>(state.range(1));
-  double p = 0.95;
+  const volatile double p = 0.95;
   for (auto _ : state) {
     int status = 0;
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(NoncentralChiSquareQuantile(delta, df, p, status));
   }
 }
@@ -56,9 +53,8 @@ BENCHMARK(OursQuantile)
 void BoostQuantile(benchmark::State& state) {
   const auto df = static_cast<double>(state.range(0));
   const auto delta = static_cast<double>(state.range(1));
-  double p = 0.95;
+  const volatile double p = 0.95;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(boost::math::quantile(BoostChiSquare(df, delta), p));
   }
 }
@@ -68,10 +64,9 @@ BENCHMARK(BoostQuantile)
 
 void OursDelta(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
-  double x = bench::ChiSquareAt(state.range(0), state.range(1), 0);
+  const volatile double x = bench::ChiSquareAt(state.range(0), state.range(1), 0);
   for (auto _ : state) {
     int word = 0;
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(NoncentralChiSquareDelta(x, df, 0.25, word));
   }
 }
@@ -79,9 +74,8 @@ BENCHMARK(OursDelta)->Apply(bench::EachChiSquareInverse)->Name("ours/NoncentralC
 
 void BoostDelta(benchmark::State& state) {
   const auto df = static_cast<double>(state.range(0));
-  double x = bench::ChiSquareAt(state.range(0), state.range(1), 0);
+  const volatile double x = bench::ChiSquareAt(state.range(0), state.range(1), 0);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(BoostChiSquare::find_non_centrality(df, x, 0.25));
   }
 }
