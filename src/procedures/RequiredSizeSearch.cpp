@@ -20,7 +20,6 @@ constexpr double kStepResetPower = .999;
 constexpr double kEqualPowers = 1e-15;
 constexpr int kBarCount = 10;
 constexpr int kBracketBisectBarCount = 20;
-constexpr double kBracketBisectTolerance = .05;
 
 // Beyond it a step says no more, and its sum with a size must fit.
 constexpr double kLargestStep = 2e9;
@@ -313,7 +312,7 @@ void SizeSearch::CloseBar() {
 
 bool BracketBisect::Refused() const {
   return NullHypothesisCheck(request_.parent, request_.effect, request_.form,
-                             kBracketBisectTolerance, 1) != 0;
+                             BracketBisectTolerance, 1) != 0;
 }
 
 void BracketBisect::OpenBar(TextId title) const {

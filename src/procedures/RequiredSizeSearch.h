@@ -280,6 +280,9 @@ SearchResult RequiredSizeSearch(SearchMember member,
   return result;
 }
 
+// The tolerance of the null hypothesis of such a search, far wider than the others'.
+inline constexpr double BracketBisectTolerance = .05;
+
 // What a bracket-and-bisect search is asked. `effect` and `form` feed NullHypothesisCheck.
 struct BracketBisectRequest {
   double effect = 0;
