@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "cli/Calc.h"
 #include "cli/CommandLine.h"
 #include "cli/FieldOptions.h"
 #include "cli/Run.h"
@@ -47,16 +48,42 @@ FieldDescription Describe(const FamilyTable& family, const Field& field) {
   return description;
 }
 
-FamilyDescription Describe(int row) {
-  const TaskRow& task = Tasks(ModePower)[static_cast<std::size_t>(row)];
-  const FamilyTable& family = *FindFamily(task.family);
+// The selectors of a calculator, which have options of their own.
+void DescribeSelectors(const CalculatorTable& calculator, FamilyDescription& description) {
+  FieldDescription unknown;
+  unknown.field = "WhatToCompute";
+  unknown.option = "--unknown";
+  unknown.type = TypeName(FieldType::Int16);
+  unknown.standard = UnknownProbability;
+  unknown.meaning = LoadText(text::MeaningWhatToCompute);
+  for (std::size_t i = 0; i < calculator.unknowns.size(); ++i) {
+    unknown.choices.push_back({calculator.unknowns[i].name, static_cast<int>(i)});
+  }
+  description.fields.insert(description.fields.begin(), std::move(unknown));
+  const FamilyTable& family = TableOf(calculator.family);
+  description.fields.push_back(Describe(family, *family.Find("OneMinusP")));
+}
+
+FamilyDescription Describe(int mode, int row) {
+  const TaskRow& task = Tasks(mode)[static_cast<std::size_t>(row)];
+  const FamilyTable& family = FamilyOfTask(mode, row);
+  const CalculatorTable* calculator =
+      mode == ModeDistribution ? FindCalculator(task.family) : nullptr;
   FamilyDescription description;
-  description.family = family.code;
+  description.family = task.family;
   description.name = task.readableName;
   description.title = LoadText(task.name);
   description.help = OneLine(LoadText(task.help));
   for (const Field& field : family.fields) {
-    description.fields.push_back(Describe(family, field));
+    if (calculator == nullptr || ShowsField(*calculator, field)) {
+      description.fields.push_back(Describe(family, field));
+      if (calculator != nullptr) {
+        description.fields.back().meaning = MeaningOfBox(field);
+      }
+    }
+  }
+  if (calculator != nullptr) {
+    DescribeSelectors(*calculator, description);
   }
   return description;
 }
@@ -79,7 +106,8 @@ std::string ModeTitle(int mode) {
   const std::string command = SubCommandOf(mode);
   const std::string title = LoadText(Modes()[static_cast<std::size_t>(mode)].name);
   return command.empty() ? title + " (not on the command line yet)\n"
-                         : fmt::format("{}: {} FAMILY\n", title, command);
+                         : fmt::format("{}: {} {}\n", title, command,
+                                       mode == ModeDistribution ? "CALCULATOR" : "FAMILY");
 }
 
 bool SharesListWithNext(int mode) {
@@ -106,8 +134,8 @@ std::string ListTasks() {
   return text;
 }
 
-std::string DescribeFamily(int row, ExportFormat format) {
-  const FamilyDescription family = Describe(row);
+std::string DescribeFamily(int mode, int row, ExportFormat format) {
+  const FamilyDescription family = Describe(mode, row);
   if (format == ExportFormat::Json) {
     return DescribeJson(family);
   }

@@ -8,7 +8,7 @@ namespace poweranalysis {
 
 // The modes and their tasks.
 std::string ListTasks();
-// The fields of a family, by its row in the list of tests.
-std::string DescribeFamily(int row, ExportFormat format);
+// The fields of a family or a calculator, by its mode and row.
+std::string DescribeFamily(int mode, int row, ExportFormat format);
 
 }  // namespace poweranalysis

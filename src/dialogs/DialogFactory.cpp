@@ -1,21 +1,22 @@
 #include "dialogs/DialogFactory.h"
 
-#include "dialogs/TTestDialogs.h"
+#include "dialogs/FamilyDialogs.h"
 
 namespace poweranalysis {
 
 namespace {
 
-// The dialogs of each group of families.
-using ParameterGroup = std::span<const ParameterDialogTable> (*)();
-using ResultsGroup = std::span<const ResultsDialogTable> (*)();
-constexpr ParameterGroup kParameterGroups[] = {TTestParameterDialogs};
-constexpr ResultsGroup kResultsGroups[] = {TTestResultsDialogs};
+constexpr FamilyDialogs (*kGroups[])() = {TTestDialogs,       AnovaDialogs,      VarianceDialogs,
+                                          CorrelationDialogs, ProportionDialogs, SurvivalDialogs,
+                                          ModelFitDialogs};
 
-template <class Groups>
-auto Find(const Groups& groups, Family family, int mode) -> decltype(groups[0]().data()) {
-  for (const auto group : groups) {
-    for (const auto& row : group()) {
+// The row of a family and mode among those that `rows` takes from the groups; null when there is
+// none.
+template <class Row>
+const Row* Find(std::span<const Row> FamilyDialogs::*rows, Family family, int mode) {
+  for (const auto group : kGroups) {
+    const std::span<const Row> candidates = group().*rows;
+    for (const Row& row : candidates) {
       if (row.family == family && row.mode == mode) {
         return &row;
       }
@@ -37,10 +38,10 @@ std::unique_ptr<CAnalysisDialog> CreateTaskDialog(CPowerAnalysis& analysis,
     return nullptr;
   }
   if (entry.result) {
-    const ResultsDialogTable* rows = Find(kResultsGroups, family->family, entry.mode);
+    const ResultsDialogTable* rows = Find(&FamilyDialogs::results, family->family, entry.mode);
     return rows == nullptr ? nullptr : std::make_unique<CResultsDialog>(analysis, entry, *rows);
   }
-  const ParameterDialogTable* rows = Find(kParameterGroups, family->family, entry.mode);
+  const ParameterDialogTable* rows = Find(&FamilyDialogs::parameters, family->family, entry.mode);
   return rows == nullptr ? nullptr : std::make_unique<CParameterDialog>(analysis, entry, *rows);
 }
 

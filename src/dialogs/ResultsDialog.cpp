@@ -90,12 +90,17 @@ std::string FamilyAndHypothesis(const CatalogueDialog& entry, int tableCode, Pow
 }  // namespace
 
 std::string PlotName(TextId caption) {
+  constexpr std::string_view kSquared = "²";
   std::string name;
-  for (const char c : LoadText(caption)) {
-    if (c == ' ') {
+  const std::string text = LoadText(caption);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (std::string_view(text).substr(i).starts_with(kSquared)) {
+      name += '2';
+      i += kSquared.size() - 1;
+    } else if (text[i] == ' ') {
       name += '-';
-    } else if (c != '.') {
-      name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    } else if (text[i] != '.') {
+      name += static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
     }
   }
   return name;

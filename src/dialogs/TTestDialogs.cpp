@@ -1,8 +1,8 @@
-#include "dialogs/TTestDialogs.h"
+#include "dialogs/FamilyDialogs.h"
 
 #include <cmath>
 
-#include "dialogs/PlotRows.h"
+#include "dialogs/DialogRows.h"
 #include "procedures/TTests.h"
 
 namespace poweranalysis {
@@ -177,17 +177,11 @@ constexpr PlotTexts kT2SizeLabel = {"NToVary",
 template <Describe describe, VaryTest vary>
 constexpr PlotRow PowerPlot(
     TextId caption, int kind, PlotAxis axis, PlotTexts title, PlotTexts xLabel, bool fixesEffect) {
-  return {caption,
-          kind,
-          axis,
-          title,
-          xLabel,
-          PowerLabel,
-          fixesEffect,
-          FailedPointRule::GoOn,
-          PointOf<describe, PowerOf, vary>};
+  return Plot<describe, PowerOf, vary>(
+      {caption, kind, axis, title, xLabel, PowerLabel, fixesEffect});
 }
 
+// A required size that fails ends the plot with the points before it.
 template <Describe describe, VaryTest vary>
 constexpr PlotRow SizePlot(TextId caption,
                            int kind,
@@ -196,16 +190,8 @@ constexpr PlotRow SizePlot(TextId caption,
                            PlotTexts xLabel,
                            PlotTexts yLabel,
                            bool fixesEffect) {
-  // A required size that fails ends the plot with the points before it.
-  return {caption,
-          kind,
-          axis,
-          title,
-          xLabel,
-          yLabel,
-          fixesEffect,
-          FailedPointRule::DropAndStop,
-          PointOf<describe, SizeOf, vary>};
+  return Plot<describe, SizeOf, vary>({caption, kind, axis, title, xLabel, yLabel, fixesEffect},
+                                      FailedPointRule::DropAndStop);
 }
 
 // One mean and paired means: the same three power plots.
@@ -374,8 +360,6 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
 
 }  // namespace
 
-std::span<const ParameterDialogTable> TTestParameterDialogs() { return kParameterDialogs; }
-
-std::span<const ResultsDialogTable> TTestResultsDialogs() { return kResultsDialogs; }
+FamilyDialogs TTestDialogs() { return {kParameterDialogs, kResultsDialogs}; }
 
 }  // namespace poweranalysis

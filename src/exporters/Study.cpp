@@ -73,8 +73,18 @@ std::string ShownTitle(const TableRow& row) {
 
 bool HasAnswer(const Study& study) {
   const SummaryTable* table = SummaryOf(study);
-  return table != nullptr && !table->rows.empty() && !table->rows.back().values.empty() &&
-         !IsMissing(table->rows.back().values.front());
+  if (table == nullptr) {
+    return false;
+  }
+  const std::vector<TableRow>& rows = table->rows;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const bool last = i + 1 == rows.size();
+    const bool endsBlock = last || (rows[i].indent > 0 && ShownTitle(rows[i + 1]).empty());
+    if (endsBlock && !rows[i].values.empty() && !IsMissing(rows[i].values.front())) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace poweranalysis

@@ -28,7 +28,8 @@ std::vector<std::string> ParagraphsOf(const Study& study);
 // The title of a row as it shows: a separator row has none.
 std::string ShownTitle(const TableRow& row);
 
-// Whether the table holds what was asked for. The last row of every summary table is the answer.
+// Whether the table holds something of what was asked for. The answer is the last row of a summary
+// table, or of each of its indented blocks.
 bool HasAnswer(const Study& study);
 
 }  // namespace poweranalysis

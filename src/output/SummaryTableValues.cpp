@@ -76,7 +76,7 @@ constexpr ValueRow kV2Power[] = {Field("Df1"),  Field("Df2"),   Field("Var1"),
                                  Field("Var2"), Field("Alpha"), kPower};
 // The second size is the required or the fixed Df2.
 constexpr ValueRow kV2Size[] = {Field("Ratio"), Field("Alpha"), Field("PowerGoal"),
-                                kPower,         kSize,          Of(ValueKind::Size, 2)};
+                                kPower,         kSize,          kSecondSize};
 constexpr ValueRow kRPower[] = {Field("SampleSize"), Field("Rho0"), Field("Rho"), Field("Alpha"),
                                 kPower};
 constexpr ValueRow kRSize[] = {Field("Rho"), Field("Alpha"), Field("PowerGoal"), kPower, kSize};
@@ -91,9 +91,8 @@ constexpr ValueRow kR2Size[] = {Field("TotalNumberOfVars"),
                                 kSize};
 constexpr ValueRow kZ2RPower[] = {Field("Rho1"),         Field("Rho2"),  Field("SampleSizeN1"),
                                   Field("SampleSizeN2"), Field("Alpha"), kPower};
-constexpr ValueRow kZ2RSize[] = {Field("Rho1"),         Field("Rho2"), Field("Alpha"),
-                                 Field("PowerGoal"),    kPower,        kSize,
-                                 Of(ValueKind::Size, 2)};
+constexpr ValueRow kZ2RSize[] = {Field("Rho1"), Field("Rho2"), Field("Alpha"), Field("PowerGoal"),
+                                 kPower,        kSize,         kSecondSize};
 constexpr ValueRow kP1Power[] = {Field("SampleSize"),
                                  Field("Pi0"),
                                  Field("Pi"),
@@ -111,9 +110,8 @@ constexpr ValueRow kP1Size[] = {Field("Pi0"),
                                 kSize};
 constexpr ValueRow kP2Power[] = {Field("Pi1"),          Field("Pi2"),   Field("SampleSizeN1"),
                                  Field("SampleSizeN2"), Field("Alpha"), kPower};
-constexpr ValueRow kP2Size[] = {Field("Pi1"),          Field("Pi2"), Field("Alpha"),
-                                Field("PowerGoal"),    kPower,       kSize,
-                                Of(ValueKind::Size, 2)};
+constexpr ValueRow kP2Size[] = {Field("Pi1"), Field("Pi2"), Field("Alpha"), Field("PowerGoal"),
+                                kPower,       kSize,        kSecondSize};
 constexpr ValueRow kQMACPower[] = {Field("Delta"), Field("Eta"), Field("SampleSize"),
                                    Field("Alpha"), kPower};
 constexpr ValueRow kQMACSize[] = {Field("Delta"),     Field("Eta"), Field("Alpha"),

@@ -20,6 +20,41 @@ constexpr FieldType TypeOf(i16) { return FieldType::Int16; }
 constexpr FieldType TypeOf(i32) { return FieldType::Int32; }
 constexpr FieldType TypeOf(f64) { return FieldType::Real; }
 
+// Where a field's usual meaning would not tell what a family counts.
+struct FieldMeaning {
+  std::string_view family;
+  std::string_view field;
+  TextId meaning;
+};
+constexpr FieldMeaning kMeanings[] = {
+    {"PC", "SampleSize", text::MeaningSampleSizePerGroup},
+    {"SA1", "SampleSize", text::MeaningSampleSizePerGroup},
+    {"SA2", "SampleSize", text::MeaningSampleSizePerGroup},
+    {"SA3", "SampleSize", text::MeaningSampleSizePerGroup},
+    {"T3", "SampleSize", text::MeaningSampleSizePairs},
+    {"QMAC", "SampleSize", text::MeaningSampleSizePairs},
+    {"R", "SampleSize", text::MeaningSampleSizePairs},
+    {"R2", "SampleSize", text::MeaningSampleSizeInAll},
+    {"SEM", "SampleSize", text::MeaningSampleSizeInAll},
+    {"AV1", "N", text::MeaningNOfGroup},
+    {"AV2", "N", text::MeaningNOfCell},
+    {"QMAC", "Delta", text::MeaningDeltaOfPairs},
+    {"V1", "DegreesOfFreedom", text::MeaningDegreesOfFreedomOfVariance},
+    {"SEM", "DegreesOfFreedom", text::MeaningDegreesOfFreedomOfModel},
+    {"V2", "Df1", text::MeaningDf1OfVariance},
+    {"V2", "Df2", text::MeaningDf2OfVariance},
+    {"R2", "TotalNumberOfVars", text::MeaningTotalNumberOfVarsOfRegression},
+};
+
+constexpr TextId MeaningOf(std::string_view family, std::string_view field, TextId usual) {
+  for (const FieldMeaning& row : kMeanings) {
+    if (row.family == family && row.field == field) {
+      return row.meaning;
+    }
+  }
+  return usual;
+}
+
 // A type in parentheses would be none.
 // NOLINTBEGIN(bugprone-macro-parentheses)
 #define POWERANALYSIS_KEYED_ROW(type, field, factory, lower, upper, form, place) \
@@ -33,7 +68,7 @@ constexpr FieldType TypeOf(f64) { return FieldType::Real; }
    place,                                                                        \
    text::Key##field,                                                             \
    text::Label##field,                                                           \
-   text::Meaning##field},
+   MeaningOf(kFamily, #field, text::Meaning##field)},
 #define POWERANALYSIS_UNKEYED_ROW(type, field, factory) \
   {#field,                                              \
    TypeOf(type{}),                                      \
@@ -55,6 +90,7 @@ struct Fields;
   template <>                                                                                \
   struct Fields<family##Params> {                                                            \
     using Record = family##Params;                                                           \
+    static constexpr std::string_view kFamily = #family;                                     \
     static constexpr Field kRows[] = {                                                       \
         POWERANALYSIS_##macro##_FIELDS(POWERANALYSIS_KEYED_ROW, POWERANALYSIS_UNKEYED_ROW)}; \
   };

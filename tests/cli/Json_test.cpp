@@ -80,13 +80,14 @@ TEST_F(JsonOutput, StaysValidOnARefusal) {
       json["messages"][0]["text"]);
 }
 
-TEST_F(JsonOutput, StaysValidOutOfRangeAndWithoutDialogs) {
+TEST_F(JsonOutput, StaysValidOutOfRangeAndWithoutAnAnswer) {
   const auto range = RunJson({"power", "t1", "--alpha", "0.5"}, 1);
   ExpectSchema(range);
   EXPECT_EQ(12853, range["messages"][0]["id"]);
-  const auto none = RunJson({"power", "sem"}, 1);
+  const auto none = RunJson({"power", "sem", "--r", "0.05"}, 1);
   ExpectSchema(none);
   EXPECT_EQ("SEM", none["family"]);
+  EXPECT_EQ(12873, none["messages"][0]["id"]);
 }
 
 TEST_F(JsonOutput, CarriesAllDigitsInTheirShortestForm) {

@@ -254,8 +254,8 @@ TEST_F(ParameterDialog, EveryControlHasANameAndAnEditATip) {
   }
 }
 
-TEST_F(ParameterDialog, AnalysisOfAFamilyWithoutDialogsShowsNothing) {
-  OpenParameters(ModePower, "V1");
+TEST_F(ParameterDialog, AnalysisOfATaskWithoutDialogsShowsNothing) {
+  OpenParameters(ModeInterval, "T1");
   EXPECT_EQ(OpenResource(), 0);
   EXPECT_THAT(host_.messages(), IsEmpty());
 }
