@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "cli/Calc.h"
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
 #include "cli/Run.h"
@@ -30,11 +31,14 @@ struct SubCommand {
   const char* example;
 };
 
-constexpr std::array<SubCommand, 5> kSubCommands = {{
+constexpr std::array<SubCommand, 6> kSubCommands = {{
     {"power", ModePower, CommandKind::Run, "Power of a test of given size",
      "poweranalysis power t2 --mu1 5 --mu2 0 --sigma 10 --sample-size-n1 64 --sample-size-n2 64"},
     {"size", ModeSampleSize, CommandKind::Run, "Sample size that a power goal requires",
      kWorkedExample},
+    {"calc", ModeDistribution, CommandKind::Run,
+     "Probability calculators: one unknown of a distribution",
+     "poweranalysis calc t --unknown p --t 2 --df 4 --delta 1"},
     {"list", -1, CommandKind::List, "Modes and tasks, with the names of the families",
      "poweranalysis list"},
     {"describe", -1, CommandKind::Describe,
@@ -48,19 +52,26 @@ struct GeneralOption {
   const char* names;
   const char* value;  // how help names the value; null: a flag
   const char* help;   // "{}" stands for the extensions of chart files
+  enum { All, Tests, Calculators } of = All;
 };
 
-constexpr std::array<GeneralOption, 8> kGeneralOptions = {{
+constexpr std::array<GeneralOption, 10> kGeneralOptions = {{
+    {"--unknown", "NAME", "What to compute", GeneralOption::Calculators},
+    {"--one-minus-p", nullptr, "The probability is 1 - p, given and answered",
+     GeneralOption::Calculators},
     {"--set", "FIELD=VALUE", "Set a field by its own name, in any case; may be repeated"},
-    {"--settings", "FILE", "Open a settings file before the options are applied"},
-    {"--save-settings", "FILE", "Save the settings of the run to a file"},
-    {"--save-defaults", nullptr, "Make the settings of the run the defaults of later runs"},
+    {"--settings", "FILE", "Open a settings file before the options are applied",
+     GeneralOption::Tests},
+    {"--save-settings", "FILE", "Save the settings of the run to a file", GeneralOption::Tests},
+    {"--save-defaults", nullptr, "Make the settings of the run the defaults of later runs",
+     GeneralOption::Tests},
     {"--format", "NAME", "text (default), json, csv, markdown or html"},
     {"-o,--output", "FILE", "Write to a file instead of standard output"},
     {"--chart", "NAME[=FILE]",
      "Draw a chart: to a file ({}), or without one into the output; all=FOLDER draws every chart; "
      "may "
-     "be repeated"},
+     "be repeated",
+     GeneralOption::Tests},
     {"--config", "FOLDER", "Folder of the default settings, in place of the user's own"},
 }};
 
@@ -68,16 +79,66 @@ bool IsHelp(const std::string& argument) { return argument == "--help" || argume
 bool IsOption(const std::string& argument) { return argument.size() > 1 && argument[0] == '-'; }
 
 bool IsFlag(const std::string& argument) {
-  return IsHelp(argument) || argument == "--save-defaults" || argument == "--version";
+  return IsHelp(argument) || argument == "--save-defaults" || argument == "--one-minus-p" ||
+         argument == "--version";
 }
 
-std::vector<std::string> FamilyNames(int mode) {
+// The modes from whose lists a command takes its family; `describe` knows the tests first, since a
+// calculator may go by the code of one.
+std::vector<int> ModesOf(const SubCommand& command) {
+  switch (command.kind) {
+    case CommandKind::Run:
+      return {command.mode};
+    case CommandKind::Describe:
+      return {ModePower, ModeDistribution};
+    default:
+      return {};
+  }
+}
+
+bool IsForCalculators(const SubCommand& command) { return command.mode == ModeDistribution; }
+
+// How messages and help call what the command takes.
+const char* FamilyNoun(const SubCommand& command) {
+  return IsForCalculators(command) ? "calculator" : "family";
+}
+
+std::string Capitals(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
+  return text;
+}
+
+struct Task {
+  int mode;
+  int row;  // -1: there is none of that name
+};
+
+// The task of a name; no row when there is none.
+Task LookUpTask(const SubCommand& command, const std::string& name) {
+  for (const int mode : ModesOf(command)) {
+    if (const int row = FindTask(mode, name); row >= 0) {
+      return {mode, row};
+    }
+  }
+  return {-1, -1};
+}
+
+std::vector<std::string> FamilyNames(const SubCommand& command) {
   std::vector<std::string> names;
-  for (const TaskRow& task : Tasks(mode)) {
-    names.push_back(LowerCase(task.family));
-    names.emplace_back(task.readableName);
+  for (const int mode : ModesOf(command)) {
+    for (const TaskRow& task : Tasks(mode)) {
+      names.push_back(LowerCase(task.family));
+      names.emplace_back(task.readableName);
+    }
   }
   return names;
+}
+
+// The shorter of a family's names; a calculator's code may be that of a test.
+std::string ShortName(const TaskRow& task, int mode) {
+  return mode == ModeDistribution ? task.readableName : LowerCase(task.family);
 }
 
 bool HasValueBehind(const std::string& option) {
@@ -89,7 +150,8 @@ bool HasValueBehind(const std::string& option) {
 // Takes the family out of the arguments: the options that there are depend on it. It is the first
 // word that is neither an option nor the value of one; when there is none, a value that names a
 // family, as behind an option that does not exist. Nothing when there is no such word.
-std::optional<std::string> TakeFamily(std::vector<std::string>& arguments) {
+std::optional<std::string> TakeFamily(std::vector<std::string>& arguments,
+                                      const SubCommand& command) {
   const auto take = [&arguments](std::size_t i) {
     std::string family = arguments[i];
     arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i));
@@ -100,25 +162,28 @@ std::optional<std::string> TakeFamily(std::vector<std::string>& arguments) {
     if (!IsOption(arguments[i])) {
       return take(i);
     }
-    if (HasValueBehind(arguments[i]) && ++i < arguments.size() &&
-        FindTask(ModePower, arguments[i]) >= 0) {
+    // An unknown may go by the name of a calculator.
+    const bool namesUnknown = arguments[i] == "--unknown";
+    if (HasValueBehind(arguments[i]) && ++i < arguments.size() && !namesUnknown &&
+        LookUpTask(command, arguments[i]).row >= 0) {
       value = i;
     }
   }
   return value ? std::optional(take(*value)) : std::nullopt;
 }
 
-int FindFamilyRow(const std::optional<std::string>& name, const SubCommand& command) {
+Task FindFamilyTask(const SubCommand& command, const std::optional<std::string>& name) {
   if (!name) {
-    throw UsageError(fmt::format("{}: a family is missing; see '{} list'. Example: {}",
-                                 command.name, kProgram, command.example));
+    throw UsageError(fmt::format("{}: a {} is missing; see '{} list'. Example: {}", command.name,
+                                 FamilyNoun(command), kProgram, command.example));
   }
-  const int row = FindTask(ModePower, *name);
-  if (row < 0) {
-    throw UsageError(fmt::format("there is no family '{}'; the nearest is '{}'. See '{} list'.",
-                                 *name, Nearest(*name, FamilyNames(ModePower)), kProgram));
+  const Task task = LookUpTask(command, *name);
+  if (task.row < 0) {
+    throw UsageError(fmt::format("there is no {} '{}'; the nearest is '{}'. See '{} list'.",
+                                 FamilyNoun(command), *name, Nearest(*name, FamilyNames(command)),
+                                 kProgram));
   }
-  return row;
+  return task;
 }
 
 // "--name=" gives an empty value, which the library would not see: it becomes two arguments.
@@ -161,7 +226,7 @@ std::size_t GroupOf(const Field& field, const TaskDialogs& dialogs) {
 
 class FamilyParser {
  public:
-  FamilyParser(const SubCommand& command, int row, bool withHelp);
+  FamilyParser(const SubCommand& command, Task task, bool withHelp);
 
   // Reads the arguments behind the family.
   RunRequest Parse(const std::vector<std::string>& arguments);
@@ -178,19 +243,24 @@ class FamilyParser {
   void AddFieldOption(const Field& field);
   std::string FieldHelp(const Field& field) const;
   std::string Footer() const;
-  const CLI::Option* Find(const char* name) const { return app_.get_option(name); }
-  // The values of an option; none when it was not given.
-  std::vector<std::string> ValuesOf(const char* name) const { return Find(name)->results(); }
+  bool Offers(const Field& field) const;
+  // The options of a field, the shorter ones behind its own.
+  std::vector<std::string> OptionsOf(const Field& field) const;
+  // The values of an option; none when it was not given, or is none of this family.
+  std::vector<std::string> ValuesOf(const char* name) const;
+  bool IsGiven(const char* name) const { return !ValuesOf(name).empty(); }
   std::optional<std::string> ValueOf(const char* name) const;
   // The same for a file or folder, whose name cannot be empty.
   std::optional<std::string> PathOf(const char* name) const;
   void RefuseUnknown() const;
   void ReadFields(RunRequest& request) const;
   void ReadCharts(RunRequest& request) const;
+  void ReadUnknown(RunRequest& request) const;
 
   const SubCommand& command_;
+  Task place_;
   const TaskRow& task_;
-  int row_;
+  const CalculatorTable* calculator_;  // null for a test
   bool withHelp_;
   const FamilyTable& family_;
   TaskDialogs dialogs_;  // for help alone
@@ -198,21 +268,23 @@ class FamilyParser {
   std::vector<FieldOption> fields_;
 };
 
-FamilyParser::FamilyParser(const SubCommand& command, int row, bool withHelp)
+FamilyParser::FamilyParser(const SubCommand& command, Task task, bool withHelp)
     : command_(command),
-      task_(Tasks(ModePower)[static_cast<std::size_t>(row)]),
-      row_(row),
+      place_(task),
+      task_(Tasks(task.mode)[static_cast<std::size_t>(task.row)]),
+      calculator_(IsForCalculators(command) ? FindCalculator(task_.family) : nullptr),
       withHelp_(withHelp),
-      family_(*FindFamily(task_.family)),
-      dialogs_(withHelp ? LookAtDialogs(command.mode, row) : TaskDialogs()) {
-  app_.name(fmt::format("{} {} {}", kProgram, command.name, LowerCase(task_.family)));
+      family_(FamilyOfTask(task.mode, task.row)),
+      dialogs_(withHelp && calculator_ == nullptr ? LookAtDialogs(task.mode, task.row)
+                                                  : TaskDialogs()) {
+  app_.name(fmt::format("{} {} {}", kProgram, command.name, ShortName(task_, task.mode)));
   app_.set_help_flag("-h,--help", "Print this help and exit");
   app_.allow_extras();
   // Help shows the groups in the order of their first options.
   const std::size_t groups = withHelp ? kGroups.size() : 1;
   for (std::size_t group = 0; group < groups; ++group) {
     for (const Field& field : family_.fields) {
-      if (groups == 1 || GroupOf(field, dialogs_) == group) {
+      if (Offers(field) && (groups == 1 || GroupOf(field, dialogs_) == group)) {
         AddFieldOption(field);
       }
     }
@@ -224,6 +296,26 @@ FamilyParser::FamilyParser(const SubCommand& command, int row, bool withHelp)
   }
 }
 
+bool FamilyParser::Offers(const Field& field) const {
+  return calculator_ == nullptr || ShowsField(*calculator_, field);
+}
+
+std::vector<std::string> FamilyParser::OptionsOf(const Field& field) const {
+  std::vector<std::string> options = {OptionName(field.name)};
+  std::vector<std::string> shorter = {OptionAlias(field.name)};
+  if (calculator_ != nullptr) {
+    shorter = ShorterOptions(*calculator_, field);
+  }
+  std::copy_if(shorter.begin(), shorter.end(), std::back_inserter(options),
+               [&](const std::string& name) { return !name.empty() && name != options.front(); });
+  return options;
+}
+
+std::vector<std::string> FamilyParser::ValuesOf(const char* name) const {
+  const CLI::Option* option = app_.get_option_no_throw(name);
+  return option == nullptr ? std::vector<std::string>() : option->results();
+}
+
 // An option with one value each time that it is given; how often it may be is checked behind the
 // library, so that the user gets our words.
 CLI::Option* FamilyParser::AddOption(const std::string& names) {
@@ -233,6 +325,10 @@ CLI::Option* FamilyParser::AddOption(const std::string& names) {
 
 void FamilyParser::AddGeneralOptions() {
   for (const GeneralOption& row : kGeneralOptions) {
+    const auto other = calculator_ == nullptr ? GeneralOption::Calculators : GeneralOption::Tests;
+    if (row.of == other) {
+      continue;
+    }
     CLI::Option* option = row.value == nullptr ? app_.add_flag(row.names) : AddOption(row.names);
     if (withHelp_) {
       option->description(HelpLines(fmt::format(fmt::runtime(row.help), ChartExtensions())))
@@ -249,10 +345,7 @@ bool StartsWith(std::string_view text, std::string_view start) {
 }
 
 void FamilyParser::AddFieldOption(const Field& field) {
-  const std::string alias = OptionAlias(field.name);
-  const std::string names =
-      "--" + OptionName(field.name) + (alias.empty() ? std::string() : ",--" + alias);
-  CLI::Option* option = AddOption(names);
+  CLI::Option* option = AddOption(fmt::format("--{}", fmt::join(OptionsOf(field), ",--")));
   if (withHelp_) {
     option->description(FieldHelp(field));
     option->option_text(field.type == FieldType::Real ? "NUMBER" : "WHOLE");
@@ -263,12 +356,17 @@ void FamilyParser::AddFieldOption(const Field& field) {
 
 std::string FamilyParser::FieldHelp(const Field& field) const {
   const std::string allowed = AllowedValues(family_, field);
-  return fmt::format("{}\n{}", HelpLines(LoadText(field.meaning)),
-                     HelpLines(fmt::format("({}{}default {})", allowed, allowed.empty() ? "" : "; ",
-                                           field.factory)));
+  return fmt::format(
+      "{}\n{}", HelpLines(calculator_ == nullptr ? LoadText(field.meaning) : MeaningOfBox(field)),
+      HelpLines(
+          fmt::format("({}{}default {})", allowed, allowed.empty() ? "" : "; ", field.factory)));
 }
 
 std::string FamilyParser::Footer() const {
+  if (calculator_ != nullptr) {
+    return CalculatorFooter(*calculator_,
+                            fmt::format("{} {} {}", kProgram, command_.name, task_.readableName));
+  }
   std::string footer;
   for (const std::string& chart : dialogs_.charts) {
     footer += (footer.empty() ? "Charts: " : ", ") + chart;
@@ -317,7 +415,7 @@ void FamilyParser::RefuseUnknown() const {
   }
   throw UsageError(
       fmt::format("there is no option '{}'; the nearest is '{}'. See '{} {} {} --help'.", word,
-                  nearest, kProgram, command_.name, LowerCase(task_.family)));
+                  nearest, kProgram, command_.name, ShortName(task_, place_.mode)));
 }
 
 void FamilyParser::ReadFields(RunRequest& request) const {
@@ -339,8 +437,11 @@ void FamilyParser::ReadFields(RunRequest& request) const {
     if (equals == std::string::npos) {
       throw UsageError(fmt::format("--set: '{}' is not of the form FIELD=VALUE", text));
     }
-    add(FindField(family_, text.substr(0, equals)), "--set " + text.substr(0, equals),
-        text.substr(equals + 1));
+    const Field& field = FindField(family_, text.substr(0, equals));
+    if (!Offers(field)) {
+      throw UsageError(fmt::format("--set: the calculator has no field {}", field.name));
+    }
+    add(field, "--set " + text.substr(0, equals), text.substr(equals + 1));
   }
   std::sort(request.values.begin(), request.values.end(),
             [](const FieldValue& a, const FieldValue& b) { return a.field < b.field; });
@@ -364,6 +465,17 @@ void FamilyParser::ReadCharts(RunRequest& request) const {
   }
 }
 
+void FamilyParser::ReadUnknown(RunRequest& request) const {
+  if (calculator_ == nullptr) {
+    return;
+  }
+  request.oneMinusP = IsGiven("--one-minus-p");
+  if (const auto name = ValueOf("--unknown")) {
+    request.unknown = FindUnknown(*calculator_, *name);
+  }
+  CheckUnknown(*calculator_, request);
+}
+
 RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
   std::vector<std::string> reversed = SplitEmptyValues(arguments);
   std::reverse(reversed.begin(), reversed.end());  // as the library wants them
@@ -378,13 +490,14 @@ RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
   RefuseUnknown();
   RunRequest request;
   request.mode = command_.mode;
-  request.row = row_;
+  request.row = place_.row;
   request.family = &family_;
   ReadFields(request);
+  ReadUnknown(request);
   ReadCharts(request);
   request.settings = PathOf("--settings");
   request.saveSettings = PathOf("--save-settings");
-  request.saveDefaults = Find("--save-defaults")->count() > 0;
+  request.saveDefaults = IsGiven("--save-defaults");
   request.output = PathOf("--output").value_or("");
   request.configFolder = PathOf("--config").value_or(UserConfigFolder(kProgram));
   const std::string format = ValueOf("--format").value_or("text");
@@ -401,7 +514,8 @@ RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
 
 std::string ProgramHelp() {
   std::string text =
-      "Power analysis and required sample size.\n\nUsage: poweranalysis COMMAND [FAMILY] "
+      "Power analysis, required sample size and probability calculators.\n\nUsage: poweranalysis "
+      "COMMAND [FAMILY] "
       "[OPTIONS]\n\n"
       "Commands:\n";
   for (const SubCommand& command : kSubCommands) {
@@ -423,13 +537,19 @@ std::string CommandHelp(const SubCommand& command) {
   if (command.kind == CommandKind::Macro) {
     return text + " run FILE\n\nExample:\n  " + command.example + "\n";
   }
-  text += " FAMILY [OPTIONS]\n\nFamilies, by code or by name:\n";
-  for (const TaskRow& task : Tasks(ModePower)) {
-    text += fmt::format("  {:<5} {:<31}{}\n", LowerCase(task.family), task.readableName,
-                        LoadText(task.name));
+  text += fmt::format(" {} [OPTIONS]\n", Capitals(FamilyNoun(command)));
+  for (const int mode : ModesOf(command)) {
+    text += fmt::format("\n{}, by code or by name:\n",
+                        mode == ModeDistribution ? "Calculators" : "Families");
+    for (const TaskRow& task : Tasks(mode)) {
+      text += fmt::format("  {:<9} {:<31}{}\n", LowerCase(task.family), task.readableName,
+                          LoadText(task.name));
+    }
   }
   if (command.kind == CommandKind::Run) {
-    text += fmt::format("\nOptions of a family: {} {} t2 --help\n", kProgram, command.name);
+    const char* family = IsForCalculators(command) ? "t" : "t2";
+    text += fmt::format("\nOptions of a {}: {} {} {} --help\n", FamilyNoun(command), kProgram,
+                        command.name, family);
   } else {
     text += "\nOptions:\n  --format NAME  text (default) or json\n";
   }
@@ -487,9 +607,10 @@ ParsedCommand ParseCatalogueCommand(const SubCommand& command, std::vector<std::
   parsed.kind = command.kind;
   if (command.kind == CommandKind::Describe) {
     parsed.run.format = TakeFormat(arguments, command);
-    parsed.run.row = FindFamilyRow(TakeFamily(arguments), command);
-    parsed.run.family =
-        FindFamily(Tasks(ModePower)[static_cast<std::size_t>(parsed.run.row)].family);
+    const Task task = FindFamilyTask(command, TakeFamily(arguments, command));
+    parsed.run.mode = task.mode;
+    parsed.run.row = task.row;
+    parsed.run.family = &FamilyOfTask(task.mode, task.row);
   }
   if (!arguments.empty()) {
     std::vector<std::string> options = {"--help"};
@@ -548,11 +669,11 @@ ParsedCommand ParseCommandLine(std::vector<std::string> arguments) {
     return help ? TextCommand(CommandHelp(command))
                 : ParseCatalogueCommand(command, std::move(arguments));
   }
-  const std::optional<std::string> family = TakeFamily(arguments);
+  const std::optional<std::string> family = TakeFamily(arguments, command);
   if (help && !family) {
     return TextCommand(CommandHelp(command));
   }
-  FamilyParser parser(command, FindFamilyRow(family, command), help);
+  FamilyParser parser(command, FindFamilyTask(command, family), help);
   if (help) {
     return TextCommand(parser.Help());
   }

@@ -30,6 +30,9 @@ struct RunRequest {
   int row = 0;  // of the task list
   const FamilyTable* family = nullptr;
   std::vector<FieldValue> values;  // in the order of the record
+  // Of a calculator: the unknown, else the probability, and what the probability stands for.
+  std::optional<std::size_t> unknown;
+  bool oneMinusP = false;
   std::optional<std::string> settings;
   std::optional<std::string> saveSettings;
   bool saveDefaults = false;

@@ -115,7 +115,7 @@ int RunCommand(const ParsedCommand& command) {
     case CommandKind::List:
       return Print(ListTasks());
     case CommandKind::Describe:
-      return Print(DescribeFamily(command.run.row, command.run.format));
+      return Print(DescribeFamily(command.run.mode, command.run.row, command.run.format));
     case CommandKind::Macro:
       Complain(RunMacro(command.text));
       return StatusNoAnswer;

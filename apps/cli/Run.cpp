@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 
+#include "cli/Calc.h"
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
 #include "cli/Terminal.h"
@@ -332,21 +333,7 @@ void TaskRun::Finish() {
   study.code = TableCode(request_.family->family, request_.mode);
   study.workbook = host_.TakeWorkbook();
   study.messages = host_.messages();
-  if (Interrupted()) {
-    const auto cancelled = [](const Message& message) {
-      return message.id == text::CancelledAtRequest;
-    };
-    if (std::none_of(study.messages.begin(), study.messages.end(), cancelled)) {
-      study.messages.push_back({text::CancelledAtRequest, LoadText(text::CancelledAtRequest), 1});
-    }
-    study.status = StatusCancelled;
-    return;
-  }
-  if (!HasAnswer(study) && study.messages.empty() && outcome_.errors.empty()) {
-    outcome_.errors.emplace_back("the calculation gave no result");
-  }
-  const bool good = HasAnswer(study) && outcome_.errors.empty() && !chartRefused_;
-  study.status = good ? StatusAnswer : StatusNoAnswer;
+  FinishStudy(outcome_, chartRefused_);
 }
 
 RunOutcome TaskRun::Run() {
@@ -357,9 +344,31 @@ RunOutcome TaskRun::Run() {
 
 }  // namespace
 
+void FinishStudy(RunOutcome& outcome, bool refused) {
+  Study& study = outcome.study;
+  if (Interrupted()) {
+    const auto cancelled = [](const Message& message) {
+      return message.id == text::CancelledAtRequest;
+    };
+    if (std::none_of(study.messages.begin(), study.messages.end(), cancelled)) {
+      study.messages.push_back({text::CancelledAtRequest, LoadText(text::CancelledAtRequest), 1});
+    }
+    study.status = StatusCancelled;
+    return;
+  }
+  if (!HasAnswer(study) && study.messages.empty() && outcome.errors.empty()) {
+    outcome.errors.emplace_back("the calculation gave no result");
+  }
+  const bool good = HasAnswer(study) && outcome.errors.empty() && !refused;
+  study.status = good ? StatusAnswer : StatusNoAnswer;
+}
+
 RunOutcome RunTask(const RunRequest& request, HeadlessHost& host) {
   host.cancelled = [] { return Interrupted(); };
   host.configFolder = request.configFolder;
+  if (request.mode == ModeDistribution) {
+    return RunCalculator(request, host);
+  }
   return TaskRun(request, host).Run();
 }
 

@@ -20,6 +20,10 @@ struct RunOutcome {
 // task does not have.
 RunOutcome RunTask(const RunRequest& request, HeadlessHost& host);
 
+// Settles the status of a study whose results and messages are in: cancelled, an answer or none.
+// `refused`: something that was asked for is missing although there is a result.
+void FinishStudy(RunOutcome& outcome, bool refused);
+
 // What the dialogs of a task show; nothing when it has none yet.
 struct TaskDialogs {
   std::vector<std::string> parameters;  // fields of the parameter dialog

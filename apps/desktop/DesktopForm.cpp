@@ -196,7 +196,7 @@ void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout&
   std::vector<ControlSpec> fields;
   std::vector<ControlSpec> buttons;
   for (const ControlSpec& control : controls) {
-    if (IsEdit(control)) {
+    if (IsEdit(control) || control.kind == ControlKind::StaticText) {
       fields.push_back(control);
     } else if (control.kind == ControlKind::Button) {
       buttons.push_back(control);
@@ -218,12 +218,21 @@ void DesktopForm::AddFields(const std::vector<ControlSpec>& fields, QBoxLayout& 
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
   form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+  QLabel* label = nullptr;
   for (const ControlSpec& field : fields) {
-    auto* label = new QLabel(Caption(field));
+    if (label == nullptr) {
+      label = new QLabel(Caption(field));
+    }
+    if (!IsEdit(field)) {
+      // A label that changes, of the edit behind it.
+      Describe(*label, field);
+      continue;
+    }
     QLineEdit* line = MakeEdit(field);
     label->setBuddy(line);
     label->setToolTip(line->toolTip());
     form->addRow(label, line);
+    label = nullptr;
   }
   column.addLayout(form);
 }
@@ -530,6 +539,9 @@ void DesktopForm::ShowText(int control) {
   } else if (auto* label = qobject_cast<QLabel*>(widget)) {
     label->setText(text);
     label->setAccessibleDescription(text);
+  } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+    button->setText(text);
+    button->setAccessibleName(SpokenName(text));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "calculators/CalculatorDialog.h"
 #include "dialogs/DialogFactory.h"
 #include "settings/PowerSettings.h"
 
@@ -15,7 +16,8 @@ const AnalysisParts kParts = {
     [](PowerSettingsHead& settings) { LoadAllDefaults(static_cast<PowerSettings&>(settings)); },
     [](PowerSettingsHead& settings) { static_cast<PowerSettings&>(settings).~PowerSettings(); },
     [](CPowerAnalysis& analysis, const CatalogueDialog& entry) {
-      return CreateTaskDialog(analysis, entry);
+      return entry.mode == ModeDistribution ? CreateCalculator(analysis, entry)
+                                            : CreateTaskDialog(analysis, entry);
     },
 };
 

@@ -237,10 +237,6 @@ TEST_F(CommandLine, WhatIsGivenTwiceIsWrongUse) {
   ExpectWrongUse({"power", "t1", "--h0", "1", "--h0-type", "2"}, {"h0"});
 }
 
-TEST_F(CommandLine, FamiliesWithoutDialogsAreToldPlainly) {
-  ExpectRefused({"power", "sem"}, "SEM (Structural Equation Modeling) is not available yet");
-}
-
 TEST_F(CommandLine, TellsItsVersion) {
   const Result result = Run({"--version"});
   EXPECT_EQ(0, result.status);

@@ -1,0 +1,359 @@
+#include "calculators/CalculatorDialog.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/NumberText.h"
+
+namespace poweranalysis {
+
+namespace {
+
+constexpr const char* kProbability = "CumP";
+constexpr const char* kOneMinusP = "OneMinusP";
+constexpr const char* kSelector = "WhatToCompute";
+constexpr const char* kActual = "ActualValue";
+
+// How the boxes show a real number.
+constexpr int kMostDecimals = 8;
+constexpr int kFewestDecimals = 2;
+constexpr int kTruncate = 0;
+constexpr int kActualWidth = 9;
+
+// A caption as plain text, without the mark of its mnemonic.
+std::string WithoutMnemonic(std::string caption) {
+  caption.erase(std::remove(caption.begin(), caption.end(), '&'), caption.end());
+  return caption;
+}
+
+bool IsSettingsButton(int control) {
+  return control == ControlSave || control == ControlSaveAs || control == ControlOpen ||
+         control == ControlSaveAsDefault;
+}
+
+}  // namespace
+
+CCalculatorDialog::CCalculatorDialog(CAnalysisSupport& analysis,
+                                     const CatalogueDialog& entry,
+                                     const CalculatorTable& rows)
+    : CFieldDialog(analysis, entry, rows.family, rows.fields), rows_(rows) {}
+
+// --- Appearance.
+
+DialogSpec CCalculatorDialog::Spec() const {
+  DialogSpec spec;
+  spec.className = entry().dialog->className;
+  spec.resource = resource();
+  spec.title = LoadText(entry().dialog->title);
+  spec.defaultButton = ControlAccept;
+  spec.frame = {ButtonSpec(ControlAccept, "Compute", text::ButtonCompute),
+                ButtonSpec(ControlBack, "Cancel", text::ButtonBack),
+                ButtonSpec(ControlRestoreDefaults, "RestoreDefaults", text::ButtonRestoreDefaults)};
+  PageSpec page{PageOfFrame(resource()), LoadText(text::CaptionQuick), {}};
+  for (std::size_t i = 0; i < rows_.unknowns.size(); ++i) {
+    const TextId caption = i == UnknownProbability ? text::ButtonP : rows_.unknowns[i].caption;
+    page.controls.push_back({ControlUnknown + static_cast<int>(i), ControlKind::Radio, kSelector,
+                             LoadText(caption), LoadText(text::MeaningWhatToCompute),
+                             WithoutMnemonic(LoadText(text::ButtonCompute)), static_cast<int>(i)});
+  }
+  for (ControlSpec& control : BoxSpecs()) {
+    page.controls.push_back(std::move(control));
+  }
+  page.controls.push_back({ControlOfField(kOneMinusP), ControlKind::CheckBox, kOneMinusP,
+                           LoadText(text::Button1CumulativeP), LoadText(text::MeaningOneMinusP),
+                           LoadText(text::GroupOptions), 1});
+  for (const char* name : fields()) {
+    if (!IsBox(name)) {
+      for (ControlSpec& control : ControlsOfField(table(), FieldOf(name), text::None)) {
+        page.controls.push_back(std::move(control));
+      }
+    }
+  }
+  spec.pages = {page};
+  return spec;
+}
+
+// The edits; a label that changes is a control of its own, in front of its box.
+std::vector<ControlSpec> CCalculatorDialog::BoxSpecs() const {
+  std::vector<ControlSpec> boxes;
+  const auto label = [&boxes](int control, std::string name, TextId caption) {
+    boxes.push_back(
+        {control, ControlKind::StaticText, std::move(name), LoadText(caption), {}, {}, 0});
+  };
+  for (const char* name : fields()) {
+    if (!IsBox(name)) {
+      continue;
+    }
+    ControlSpec box = ControlsOfField(table(), FieldOf(name), text::None).front();
+    if (name == std::string_view(kProbability)) {
+      label(ControlProbabilityLabel, "CumPLabel", text::CaptionCumPBox);
+      box.caption = LoadText(text::CaptionCumPBox);
+    } else if (box.caption.empty()) {
+      // A field without a label goes by the caption of its radio button.
+      for (const CalculatorUnknown& unknown : rows_.unknowns) {
+        if (name == std::string_view(unknown.field)) {
+          box.caption = WithoutMnemonic(LoadText(unknown.caption));
+        }
+      }
+    }
+    if (!FieldOf(name).keyed()) {
+      box.help = MeaningOfBox(FieldOf(name));  // it has no range
+    }
+    boxes.push_back(std::move(box));
+  }
+  if (ShowsActual()) {
+    label(ControlActualValueLabel, "ActualValueLabel", text::CaptionActualValueBox);
+    boxes.push_back({ControlActualValue,
+                     ControlKind::RealEdit,
+                     kActual,
+                     LoadText(text::CaptionActualValueBox),
+                     LoadText(text::MeaningCumP),
+                     {},
+                     0});
+  }
+  return boxes;
+}
+
+// --- Events.
+
+long CCalculatorDialog::EventHandler(const DialogEvent& event) {
+  // There is no page "Settings I/O" here: the records of three calculators have no section in a
+  // file.
+  const bool settings = event.message == MessageCommand && IsSettingsButton(event.control);
+  return settings ? 0 : CFieldDialog::EventHandler(event);
+}
+
+void CCalculatorDialog::ShowOnStart() {
+  Copy(Instance::Committed, Instance::Working);
+  ShowValues();
+  SetEditLimits();
+}
+
+long CCalculatorDialog::Command(int control) {
+  switch (control) {
+    case ControlAccept:
+    case ControlAcceptToo:
+    case ControlCompute:
+      return Compute();
+    case ControlBack:
+    case ControlBackToo:
+      return Back();
+    case ControlRestoreDefaults:
+    case ControlRestoreDefaultsToo:
+      return RestoreDefaults();
+    case ControlRefresh:
+      return ShowValuesAgain();
+    case ControlActualValue:
+      return 1;  // what is typed there has no effect
+    default:
+      break;
+  }
+  if (control == ControlOfField(kOneMinusP)) {
+    return FlipOneMinusP();
+  }
+  const int unknown = control - ControlUnknown;
+  if (unknown >= 0 && unknown < static_cast<int>(rows_.unknowns.size())) {
+    ChooseUnknown(static_cast<std::size_t>(unknown));
+    ShowUnknown();
+    ShowLabels();
+    return 1;
+  }
+  return StoreBox(control) ? 1 : 0;
+}
+
+long CCalculatorDialog::RestoreDefaults() {
+  Copy(Instance::Defaults, Instance::Working);
+  ShowValues();
+  return 1;
+}
+
+long CCalculatorDialog::ShowValuesAgain() {
+  analysis().host().LockResults();
+  analysis().host().UnlockResults();
+  ShowValues();
+  analysis().host().RestoreResults();
+  return 1;
+}
+
+long CCalculatorDialog::FlipOneMinusP() {
+  Set(kOneMinusP, OneMinusP() ? 0 : 1);
+  form().CheckDlgButton(ControlOfField(kOneMinusP), OneMinusP());
+  ShowLabels();
+  double shown = 0;
+  if (form().GetDlgItemDouble(ControlOfField(kProbability), shown) == 0) {
+    ShowBox(kProbability);
+  }
+  ShowActual();
+  return 1;
+}
+
+// --- What is stored.
+
+double CCalculatorDialog::Complemented(double p) const {
+  return OneMinusP() && p != NumericFailure ? 1 - p : p;
+}
+
+std::size_t CCalculatorDialog::UnknownIndex() const {
+  for (std::size_t i = 0; i < rows_.unknowns.size(); ++i) {
+    const char* flag = rows_.unknowns[i].flag;
+    if (flag == nullptr ? Get(kSelector) == static_cast<double>(i) : Get(flag) != 0) {
+      return i;
+    }
+  }
+  return UnknownProbability;  // a value from a file that no button stands for
+}
+
+void CCalculatorDialog::ChooseUnknown(std::size_t index) {
+  for (std::size_t i = 0; i < rows_.unknowns.size(); ++i) {
+    const char* flag = rows_.unknowns[i].flag;
+    if (flag != nullptr) {
+      Set(flag, i == index ? 1 : 0);
+    } else if (i == index) {
+      Set(kSelector, static_cast<double>(i));
+    }
+  }
+}
+
+bool CCalculatorDialog::StoreBox(int control) {
+  if (!StoreField(control)) {
+    return false;
+  }
+  double typed = 0;
+  if (control == ControlOfField(kProbability) && form().GetDlgItemDouble(control, typed) == 0) {
+    Set(kProbability, Complemented(typed));
+  }
+  return true;
+}
+
+// Reads every box but that of the unknown, which is empty by now.
+void CCalculatorDialog::ExchangeBoxes() {
+  for (const char* name : fields()) {
+    if (IsBox(name) && name != std::string_view(Unknown().field)) {
+      StoreBox(ControlOfField(name));
+    }
+  }
+}
+
+// A stale answer must not fail the range check.
+void CCalculatorDialog::ClearUnknown() {
+  const Field& field = FieldOf(Unknown().field);
+  form().SetDlgItemText(ControlOfField(field.name), "");
+  View(Instance::Working).Set(field, View(Instance::Defaults).Get(field));
+  if (ShowsActual()) {
+    Set(kActual, NumericFailure);
+    ShowActual();
+  }
+}
+
+// --- What is shown.
+
+void CCalculatorDialog::ShowValues() {
+  for (const char* name : fields()) {
+    if (IsBox(name)) {
+      ShowBox(name);
+      continue;
+    }
+    const RadioGroup& radios = *RadiosOf(name, family());
+    // A value without a button leaves the group as it was.
+    if (radios.HasButton(Get(name))) {
+      form().CheckRadioButton(radios.base, radios.last(),
+                              radios.base + static_cast<int>(Get(name)));
+    }
+  }
+  form().CheckDlgButton(ControlOfField(kOneMinusP), OneMinusP());
+  ShowUnknown();
+  ShowActual();
+  ShowLabels();
+}
+
+void CCalculatorDialog::ShowBox(const char* field) {
+  const int control = ControlOfField(field);
+  if (FieldOf(field).type != FieldType::Real) {
+    form().SetDlgItemLong(control, static_cast<std::int64_t>(Get(field)));
+    return;
+  }
+  const bool probability = field == std::string_view(kProbability);
+  SetDlgItemNumber(form(), control, probability ? Complemented(Get(field)) : Get(field),
+                   kMostDecimals, kFewestDecimals, kTruncate);
+}
+
+void CCalculatorDialog::ShowActual() {
+  if (!ShowsActual()) {
+    return;
+  }
+  const double actual = Get(kActual);
+  form().SetDlgItemText(ControlActualValue, actual == NumericFailure
+                                                ? std::string()
+                                                : RealToText(Complemented(actual), RealPlain,
+                                                             kActualWidth, kMostDecimals));
+}
+
+void CCalculatorDialog::ShowUnknown() {
+  form().CheckRadioButton(ControlUnknown, ControlUnknown + UnknownParameter,
+                          ControlUnknown + static_cast<int>(UnknownIndex()));
+}
+
+void CCalculatorDialog::ShowLabels() {
+  const TextId label = ShowsRequested() ? text::CaptionRequestedValueBox
+                       : OneMinusP()    ? text::Caption1CumPBox
+                                        : text::CaptionCumPBox;
+  form().SetDlgItemText(ControlProbabilityLabel, LoadText(label));
+  form().SetDlgItemText(ControlUnknown + UnknownProbability,
+                        LoadText(OneMinusP() ? text::Button1P : text::ButtonP));
+  if (ShowsActual()) {
+    form().SetDlgItemText(ControlActualValueLabel, LoadText(text::CaptionActualValueBox));
+    form().ShowControl(ControlActualValueLabel, ShowsRequested());
+    form().ShowControl(ControlActualValue, ShowsRequested());
+  }
+}
+
+// --- Computing.
+
+long CCalculatorDialog::Compute() {
+  if (rows_.before != nullptr && !rows_.before(window(), *Block())) {
+    return 1;
+  }
+  ClearUnknown();
+  ExchangeBoxes();
+  if (!RangesPass()) {
+    return 1;
+  }
+  const double p = Get(kProbability);
+  const CalculatorAnswer answer = Unknown().compute(*Block(), p);
+  // The window may have gone while a search polled for a break.
+  if (form().IsWindow()) {
+    ShowAnswer(answer, p);
+  }
+  return 1;
+}
+
+void CCalculatorDialog::ShowAnswer(const CalculatorAnswer& answer, double p) {
+  const char* field = Unknown().field;
+  if (!answer.good || !std::isfinite(answer.value)) {
+    form().SetDlgItemText(ControlOfField(field), LoadText(text::CaptionError));
+    return;
+  }
+  if (answer.noSolution != text::None) {
+    ShowMessage(MessagePlain, window(), answer.noSolution, {p});
+    Set(kProbability, answer.nearestProbability);
+    ShowBox(kProbability);
+  }
+  Set(field, answer.value);
+  ShowBox(field);
+  if (ShowsActual()) {
+    Set(kActual, answer.actual);
+    ShowActual();
+  }
+}
+
+std::unique_ptr<CAnalysisDialog> CreateCalculator(CAnalysisSupport& analysis,
+                                                  const CatalogueDialog& entry) {
+  if (entry.mode != ModeDistribution) {
+    return nullptr;
+  }
+  const TaskRow& task = Tasks(entry.mode)[static_cast<std::size_t>(entry.row)];
+  const CalculatorTable* rows = FindCalculator(task.family);
+  return rows == nullptr ? nullptr : std::make_unique<CCalculatorDialog>(analysis, entry, *rows);
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <array>
+
+#include "dialogs/FieldDialog.h"
+#include "distributions/Common.h"
+
+namespace poweranalysis {
+
+// What a computation gives.
+struct CalculatorAnswer {
+  bool good = false;
+  double value = NumericFailure;
+  // Where no value of the unknown has the requested probability: the message that says so, and the
+  // probability that the dialog shows instead, which belongs to `value`.
+  TextId noSolution = text::None;
+  double nearestProbability = NumericFailure;
+  // The probability of a discrete answer, which rarely is the requested one.
+  double actual = NumericFailure;
+};
+
+inline CalculatorAnswer GoodAnswer(double value) {
+  return {true, value, text::None, NumericFailure, NumericFailure};
+}
+
+// One of the three numbers of an equation that can be asked for.
+struct CalculatorUnknown {
+  const char* field;  // that its box shows
+  const char* name;   // for commands: "delta"
+  const char* flag;   // the field that is 1 when this is the unknown; null: WhatToCompute tells
+  TextId caption;     // of its radio button; that of the probability goes by OneMinusP
+  // Solves for it from Working; `p` is the cumulative probability.
+  CalculatorAnswer (*compute)(const PowerSettings& block, double p);
+};
+
+inline constexpr std::size_t UnknownStatistic = 0;
+inline constexpr std::size_t UnknownProbability = 1;
+inline constexpr std::size_t UnknownParameter = 2;
+
+// One calculator: an equation among the numbers of a record.
+struct CalculatorTable {
+  const char* calculator;  // its code in the task catalogue
+  Family family;
+  std::span<const char* const> fields;  // of its page, in tab order
+  std::array<CalculatorUnknown, 3> unknowns;
+  // Comes before every computation; false ends it.
+  bool (*before)(WindowHandle parent, const PowerSettings& block) = nullptr;
+};
+
+// The six calculators, in the order of the catalogue.
+std::span<const CalculatorTable> Calculators();
+// By its code in the catalogue; null when there is none.
+const CalculatorTable* FindCalculator(std::string_view code);
+
+// What a field of a calculator means. A working value, which no family keeps in a file, has no text
+// of its own: it takes that of the same number in another calculator.
+std::string MeaningOfBox(const Field& field);
+
+// Presents a distribution as an equation among a few numbers: the user names one of them as the
+// unknown, fills in the rest and presses Compute. The numbers live in Working, the answer with
+// them, so that the next computation takes it as an input. One engine for all six.
+class CCalculatorDialog : public CFieldDialog {
+ public:
+  CCalculatorDialog(CAnalysisSupport& analysis,
+                    const CatalogueDialog& entry,
+                    const CalculatorTable& rows);
+
+  DialogSpec Spec() const override;
+
+ protected:
+  long EventHandler(const DialogEvent& event) override;
+  void ShowOnStart() override;
+  long Command(int control) override;
+  int StageBefore() const override { return StageStartup; }
+
+ private:
+  long Compute();
+  long RestoreDefaults();
+  long ShowValuesAgain();
+  long FlipOneMinusP();
+
+  // What is stored.
+  double Get(const char* field) const { return View(Instance::Working).Get(FieldOf(field)); }
+  void Set(const char* field, double value) { View(Instance::Working).Set(FieldOf(field), value); }
+  const Field& FieldOf(const char* name) const { return *table().Find(name); }
+  bool OneMinusP() const { return Get("OneMinusP") != 0; }
+  // 1 - p with OneMinusP set; the way in and the way out are the same.
+  double Complemented(double p) const;
+  std::size_t UnknownIndex() const;
+  const CalculatorUnknown& Unknown() const { return rows_.unknowns[UnknownIndex()]; }
+  void ChooseUnknown(std::size_t index);
+  bool ShowsActual() const { return table().Find("ActualValue") != nullptr; }
+  // Both the requested and the actual probability are shown.
+  bool ShowsRequested() const { return ShowsActual() && UnknownIndex() == UnknownStatistic; }
+
+  // The controls.
+  bool IsBox(const char* field) const { return RadiosOf(field, family()) == nullptr; }
+  bool StoreBox(int control);
+  void ExchangeBoxes();
+  void ClearUnknown();
+  void ShowValues();
+  void ShowBox(const char* field);
+  void ShowActual();
+  void ShowUnknown();
+  void ShowLabels();
+  void ShowAnswer(const CalculatorAnswer& answer, double p);
+  std::vector<ControlSpec> BoxSpecs() const;
+
+  const CalculatorTable& rows_;
+};
+
+// The dialog of a catalogue row of the calculators; null for another.
+std::unique_ptr<CAnalysisDialog> CreateCalculator(CAnalysisSupport& analysis,
+                                                  const CatalogueDialog& entry);
+
+}  // namespace poweranalysis

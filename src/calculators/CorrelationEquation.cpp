@@ -1,0 +1,32 @@
+#include "calculators/Equations.h"
+#include "calculators/HostObserver.h"
+#include "distributions/Correlation.h"
+
+namespace poweranalysis {
+
+CalculatorAnswer SolveForR(const PowerSettings& block, double p) {
+  const RParams& in = block.R.Working;
+  const double r = CorrelationQuantile(in.Rho, in.SampleSize, p, in.Algorithm);
+  return r != NumericFailure ? GoodAnswer(r) : CalculatorAnswer();
+}
+
+CalculatorAnswer SolveForRProbability(const PowerSettings& block, double /*p*/) {
+  const RParams& in = block.R.Working;
+  if (in.RObserved <= -1 || in.RObserved >= 1) {
+    return GoodAnswer(in.RObserved <= -1 ? 0 : 1);
+  }
+  const double p = CorrelationCdf(in.Rho, in.SampleSize, in.RObserved, in.Algorithm);
+  return p != NumericFailure ? GoodAnswer(p) : CalculatorAnswer();
+}
+
+CalculatorAnswer SolveForRho(const PowerSettings& block, double p) {
+  const RParams& in = block.R.Working;
+  const LockedResults locked;
+  ProgressObserver observer(text::Computing);
+  int failure = 0;
+  const double rho =
+      CorrelationRhoForP(in.SampleSize, in.RObserved, p, failure, in.Algorithm, observer);
+  return failure == 0 ? GoodAnswer(rho) : CalculatorAnswer();
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,31 @@
+#include "calculators/Equations.h"
+#include "distributions/NoncentralT.h"
+#include "distributions/SolveParameter.h"
+
+namespace poweranalysis {
+
+CalculatorAnswer SolveForT(const PowerSettings& block, double p) {
+  const T1Params& in = block.T1.Working;
+  int status = 0;
+  int failure = 0;
+  const double t = NoncentralTQuantile(in.Delta, in.DegreesOfFreedom, p, status, failure);
+  return status == 0 && failure == 0 ? GoodAnswer(t) : CalculatorAnswer();
+}
+
+CalculatorAnswer SolveForTProbability(const PowerSettings& block, double /*p*/) {
+  const T1Params& in = block.T1.Working;
+  const double p = NoncentralTCdf(in.TObserved, in.DegreesOfFreedom, in.Delta);
+  return p != NumericFailure ? GoodAnswer(p) : CalculatorAnswer();
+}
+
+CalculatorAnswer SolveForTDelta(const PowerSettings& block, double p) {
+  const T1Params& in = block.T1.Working;
+  int status = 0;
+  int failure = 0;
+  const double start = NoncentralTDeltaStart(in.TObserved, in.DegreesOfFreedom, p);
+  const double delta =
+      SolveParameter(in.TObserved, in.DegreesOfFreedom, p, start, status, failure, SearchTDelta, 0);
+  return status == 0 && failure == 0 ? GoodAnswer(delta) : CalculatorAnswer();
+}
+
+}  // namespace poweranalysis

@@ -1,0 +1,483 @@
+#include "calculators/CalculatorDialog.h"
+
+#include <set>
+
+#include "calculators/CalculatorRun.h"
+
+namespace poweranalysis {
+namespace {
+
+using Calculator = CalculatorRun;
+
+const char* const kCodes[] = {"T", "F", "X2", "R2", "R", "Binomial"};
+constexpr const char* kError = "--Error--";
+
+// --- The tables.
+
+TEST(CalculatorTables, StandInTheOrderOfTheCatalogue) {
+  ASSERT_EQ(Calculators().size(), Tasks(ModeDistribution).size());
+  for (std::size_t i = 0; i < Calculators().size(); ++i) {
+    EXPECT_STREQ(Calculators()[i].calculator, Tasks(ModeDistribution)[i].family);
+  }
+  EXPECT_EQ(FindCalculator("T1"), nullptr);
+}
+
+TEST(CalculatorTables, ShowFieldsOfTheirRecordsThatHaveControls) {
+  for (const CalculatorTable& calculator : Calculators()) {
+    const FamilyTable& table = TableOf(calculator.family);
+    std::set<std::string> shown;
+    for (const char* name : calculator.fields) {
+      EXPECT_TRUE(shown.insert(name).second) << calculator.calculator << " " << name;
+      EXPECT_NE(table.Find(name), nullptr) << calculator.calculator << " " << name;
+      EXPECT_TRUE(ControlOfField(name) != 0 || RadiosOf(name, calculator.family) != nullptr)
+          << calculator.calculator << " " << name;
+    }
+    EXPECT_NE(table.Find("OneMinusP"), nullptr);
+  }
+}
+
+TEST(CalculatorTables, NameThreeUnknownsOfWhichTheSecondIsTheProbability) {
+  for (const CalculatorTable& calculator : Calculators()) {
+    const FamilyTable& table = TableOf(calculator.family);
+    std::set<std::string> names;
+    for (const CalculatorUnknown& unknown : calculator.unknowns) {
+      EXPECT_NE(table.Find(unknown.field), nullptr) << calculator.calculator;
+      EXPECT_NE(table.Find(unknown.flag == nullptr ? "WhatToCompute" : unknown.flag), nullptr);
+      EXPECT_NE(unknown.compute, nullptr);
+      EXPECT_TRUE(names.insert(unknown.name).second) << unknown.name;
+    }
+    EXPECT_STREQ(calculator.unknowns[UnknownProbability].field, "CumP");
+  }
+}
+
+// --- Opening.
+
+TEST_F(Calculator, EachOpensOnItsOwnResourceWithItsOwnTitle) {
+  const struct {
+    const char* code;
+    int resource;
+    const char* title;
+  } kDialogs[] = {{"T", 6113, "Noncentral t Probability Calculator"},
+                  {"F", 6149, "Noncentral F Probability Calculator"},
+                  {"X2", 6147, "Noncentral Chi-Square Prob. Calculator"},
+                  {"R2", 6145, "Multiple R² Probability Calculator"},
+                  {"R", 6189, "Pearson Correlation: Power Calc. Parameters"},
+                  {"Binomial", 6209, "Binomial Distribution Probability Calculator"}};
+  for (const auto& dialog : kDialogs) {
+    Open(dialog.code);
+    EXPECT_EQ(OpenResource(), dialog.resource);
+    EXPECT_EQ(form().spec().title, dialog.title);
+    EXPECT_EQ(form().spec().pages.size(), 1u) << "settings files are not for calculators";
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, TheProbabilityIsTheUnknownWhenOneOpens) {
+  for (const char* code : kCodes) {
+    Open(code);
+    EXPECT_FALSE(form().IsDlgButtonChecked(22060)) << code;
+    EXPECT_TRUE(form().IsDlgButtonChecked(22061)) << code;
+    EXPECT_FALSE(form().IsDlgButtonChecked(22062)) << code;
+    EXPECT_FALSE(form().IsDlgButtonChecked(22070)) << code;
+    EXPECT_EQ(TextOf(22081), "Cum. p:") << code;
+    EXPECT_EQ(TextOf(22061), "&p") << code;
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, ButtonsAreCaptionedAsTheDistributionWritesItsNumbers) {
+  const struct {
+    const char* code;
+    const char* statistic;
+    const char* parameter;
+  } kCaptions[] = {
+      {"T", "&t", "&Delta"},          {"F", "&F", "&Delta"}, {"X2", "Ch&i-square", "&Delta"},
+      {"R2", "&R ²", "P ² (Rh&o ²)"}, {"R", "&r", "rh&o"},   {"Binomial", "&X", "P&i"}};
+  for (const auto& row : kCaptions) {
+    Open(row.code);
+    EXPECT_EQ(form().Find(22060)->spec.caption, row.statistic);
+    EXPECT_EQ(form().Find(22062)->spec.caption, row.parameter);
+    EXPECT_EQ(form().Find(22070)->spec.caption, "(&1 - Cumulative p)");
+    EXPECT_EQ(form().Find(1)->spec.caption, "&Compute");
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, OnlyThoseOfCorrelationsLetTheUserChooseTheAlgorithm) {
+  for (const char* code : {"T", "F", "X2", "Binomial"}) {
+    Open(code);
+    EXPECT_EQ(form().Find(22020), nullptr) << code;
+    host_.Press(ControlBack);
+  }
+  Open("R2");
+  EXPECT_EQ(form().Find(22020)->spec.caption, "Faster");
+  EXPECT_EQ(form().Find(22021)->spec.caption, "More Accurate");
+  EXPECT_EQ(form().Find(22020)->spec.group, "Comp&uting Algorithm");
+  EXPECT_EQ(form().Find(22022), nullptr);
+  host_.Press(ControlBack);
+  Open("R");
+  EXPECT_EQ(form().Find(22020)->spec.caption, "Exact");
+  EXPECT_EQ(form().Find(22021)->spec.caption, "Fisher Z Refined");
+  EXPECT_EQ(form().Find(22022)->spec.caption, "Fisher Z Crude");
+  EXPECT_EQ(form().Find(22020)->spec.group, "Comp&utational Algorithm");
+  host_.Press(22022);
+  EXPECT_EQ(Get("Algorithm"), 2);
+}
+
+TEST_F(Calculator, EditLimitsAreTheBoundsOfCheckedFieldsAlone) {
+  Open("T");
+  EXPECT_EQ(form().Find(701)->lower, -5000);
+  EXPECT_EQ(form().Find(21005)->upper, 149999);
+  EXPECT_FALSE(form().Find(21006)->lower.has_value()) << "Delta has no bounds";
+}
+
+TEST_F(Calculator, EveryBoxHasAName) {
+  for (const char* code : kCodes) {
+    Open(code);
+    for (const ControlSpec& control : form().spec().pages.front().controls) {
+      EXPECT_FALSE(control.caption.empty()) << code << " " << control.name;
+      EXPECT_TRUE(control.kind == ControlKind::StaticText || !control.help.empty())
+          << code << " " << control.name;
+      EXPECT_EQ(control.help.find("-9999"), std::string::npos) << control.help;
+    }
+    host_.Press(ControlBack);
+  }
+}
+
+// --- Edits, radio buttons, the check box.
+
+TEST_F(Calculator, AnEditStoresAtOnceAndComputesNothing) {
+  Open("T");
+  const std::string p = Box("CumP");
+  Type("TObserved", "2.5");
+  Type("DegreesOfFreedom", "7");
+  EXPECT_EQ(Get("TObserved"), 2.5);
+  EXPECT_EQ(Get("DegreesOfFreedom"), 7);
+  EXPECT_EQ(Box("CumP"), p);
+  EXPECT_EQ(Get("CumP"), 0.95);
+}
+
+TEST_F(Calculator, AnUnreadableTextStoresZero) {
+  Open("T");
+  Type("TObserved", "two");
+  EXPECT_EQ(Get("TObserved"), 0);
+  ClickOneMinusP();
+  Type("CumP", "many");
+  EXPECT_EQ(Get("CumP"), 0);
+}
+
+TEST_F(Calculator, AnEditOfTheProbabilityIsComplementedOnTheWayIn) {
+  Open("F");
+  Type("CumP", "0.25");
+  EXPECT_EQ(Get("CumP"), 0.25);
+  ClickOneMinusP();
+  Type("CumP", "0.125");
+  EXPECT_EQ(Get("CumP"), 0.875);
+}
+
+TEST_F(Calculator, ARadioButtonSetsTheSelectorAndNothingElse) {
+  for (const char* code : kCodes) {
+    Open(code);
+    for (const std::size_t unknown : {0u, 2u, 1u}) {
+      const std::string statistic = Box(rows_->unknowns[0].field);
+      const std::string p = Box("CumP");
+      const std::string parameter = Box(rows_->unknowns[2].field);
+      Choose(unknown);
+      EXPECT_EQ(Box(rows_->unknowns[0].field), statistic);
+      EXPECT_EQ(Box("CumP"), p);
+      EXPECT_EQ(Box(rows_->unknowns[2].field), parameter);
+      for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(form().IsDlgButtonChecked(22060 + static_cast<int>(i)), i == unknown);
+        if (const char* flag = rows_->unknowns[i].flag) {
+          EXPECT_EQ(Get(flag), i == unknown ? 1 : 0);
+        }
+      }
+      if (rows_->unknowns[0].flag == nullptr) {
+        EXPECT_EQ(Get("WhatToCompute"), static_cast<double>(unknown)) << code;
+      }
+    }
+    EXPECT_TRUE(host_.messages().empty());
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, TheCheckBoxReplacesLabelAndButtonAndComplementsTheProbability) {
+  for (const char* code : kCodes) {
+    Open(code);
+    ClickOneMinusP();
+    EXPECT_EQ(Get("OneMinusP"), 1) << code;
+    EXPECT_EQ(TextOf(22081), "1 - Cum. p:");
+    EXPECT_EQ(TextOf(22061), "1 - &p");
+    EXPECT_EQ(Box("CumP"), "0.05");
+    EXPECT_EQ(Get("CumP"), 0.95) << "what is stored stays the cumulative probability";
+    ClickOneMinusP();
+    EXPECT_EQ(Get("OneMinusP"), 0);
+    EXPECT_EQ(TextOf(22081), "Cum. p:");
+    EXPECT_EQ(TextOf(22061), "&p");
+    EXPECT_EQ(Box("CumP"), "0.95");
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, TheCheckBoxTwiceReturnsTheSameText) {
+  Open("T");
+  for (const char* t : {"-3", "-0.5", "0", "0.1", "1", "2.2", "30"}) {
+    Fill(std::string("DegreesOfFreedom=9 TObserved=") + t);
+    Compute();
+    const std::string p = Box("CumP");
+    const double stored = Get("CumP");
+    ClickOneMinusP();
+    ClickOneMinusP();
+    EXPECT_EQ(Box("CumP"), p);
+    EXPECT_EQ(Get("CumP"), stored);
+  }
+}
+
+TEST_F(Calculator, ABoxThatHoldsAFailureIsNotComplemented) {
+  Open("T");
+  host_.form()->SetDlgItemText(21003, kError);
+  ClickOneMinusP();
+  EXPECT_EQ(Box("CumP"), kError);
+  ClickOneMinusP();
+  EXPECT_EQ(Box("CumP"), kError);
+  Type("CumP", "-9999");
+  ClickOneMinusP();
+  EXPECT_EQ(Number("CumP"), NumericFailure);
+  Type("CumP", "-9999");
+  EXPECT_EQ(Get("CumP"), NumericFailure);
+}
+
+// --- Compute.
+
+TEST_F(Calculator, BothComputeCommandsCompute) {
+  for (const int command : {1, 815}) {
+    Open("T");
+    Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
+    host_.Press(command);
+    EXPECT_EQ(Box("CumP"), "0.76456745") << command;
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, AnAnswerShowsAtLeastTwoAndAtMostEightDecimals) {
+  Open("T");
+  Fill("TObserved=0 DegreesOfFreedom=4 Delta=0");
+  Compute();
+  EXPECT_EQ(Box("CumP"), "0.50");
+  Fill("TObserved=1");
+  Compute();
+  EXPECT_EQ(Box("CumP"), "0.81304952");
+}
+
+TEST_F(Calculator, TheAnswerIsComplementedOnTheWayOut) {
+  Open("T");
+  Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
+  Compute();
+  const double p = Get("CumP");
+  ClickOneMinusP();
+  Compute();
+  EXPECT_EQ(Get("CumP"), p);
+  EXPECT_EQ(Box("CumP"), "0.23543255");
+  EXPECT_EQ(Number("CumP"), 1 - p);
+}
+
+TEST_F(Calculator, TheProbabilityIsComplementedOnTheWayIn) {
+  Open("T");
+  Choose(UnknownStatistic);
+  Fill("CumP=0.975 DegreesOfFreedom=10");
+  Compute();
+  const std::string t = Box("TObserved");
+  ClickOneMinusP();
+  Type("CumP", "0.025");
+  Compute();
+  EXPECT_EQ(Box("TObserved"), t);
+  EXPECT_EQ(t.substr(0, 5), "2.228");
+}
+
+TEST_F(Calculator, AStaleAnswerCannotFailTheRangeCheck) {
+  Open("T");
+  Fill("TObserved=4000 DegreesOfFreedom=4");
+  Compute();
+  EXPECT_GT(Get("CumP"), 0.9999) << "outside the range of the field";
+  Compute();
+  EXPECT_TRUE(host_.messages().empty());
+  EXPECT_GT(Get("CumP"), 0.9999);
+}
+
+TEST_F(Calculator, ARefusalEmptiesTheUnknownsBoxAndChangesNothingElse) {
+  Open("T");
+  Fill("TObserved=2 DegreesOfFreedom=0 Delta=1 CumP=0.5");
+  Compute();
+  EXPECT_EQ(MessageIds(), std::vector<int>{12852});
+  EXPECT_EQ(
+      LastMessage(),
+      "The current value for Df is outside the permissible range.\r\nThe appropriate range is "
+      "1 <= Df <= 149999.\r\n Current value is 0.");
+  EXPECT_EQ(Box("CumP"), "");
+  EXPECT_EQ(Get("CumP"), 0.95) << "the default stays";
+  EXPECT_EQ(Box("TObserved"), "2");
+  EXPECT_EQ(Box("DegreesOfFreedom"), "0");
+  EXPECT_EQ(Box("Delta"), "1");
+  Type("DegreesOfFreedom", "4");
+  Compute();
+  EXPECT_EQ(Box("CumP"), "0.76456745");
+}
+
+TEST_F(Calculator, TheUnknownTakesTheDefaultOfTheRunBeforeTheCheck) {
+  Open("T");
+  Set("TObserved", 7, Instance::Defaults);
+  Choose(UnknownStatistic);
+  Fill("TObserved=2 DegreesOfFreedom=0");
+  Compute();
+  EXPECT_EQ(Get("TObserved"), 7);
+}
+
+TEST_F(Calculator, ComputeReadsTheBoxesOnceMore) {
+  Open("T");
+  // As when a change never reached the dialog.
+  host_.form()->Type(701, "2");
+  host_.form()->Type(21005, "4");
+  host_.form()->Type(21006, "1");
+  Compute();
+  EXPECT_EQ(Box("CumP"), "0.76456745");
+}
+
+TEST_F(Calculator, TheCheckIsThatOfTheWholeRecord) {
+  Open("T");
+  Set("Sigma", 0);
+  Compute();
+  EXPECT_EQ(MessageIds(), std::vector<int>{12853});
+}
+
+TEST_F(Calculator, AFailureShowsInTheBoxAloneAndKeepsWhatIsStored) {
+  Open("X2");
+  // For one degree of freedom and a small p the search starts, and stays, at 0.
+  Choose(UnknownStatistic);
+  Fill("ObservedChiSquare=7 DegreesOfFreedom=1 CumP=0.04 Delta=0");
+  Compute();
+  EXPECT_EQ(Box("ObservedChiSquare"), kError);
+  EXPECT_EQ(Get("ObservedChiSquare"), 1) << "its default";
+  EXPECT_EQ(Get("CumP"), 0.04);
+  EXPECT_TRUE(host_.messages().empty());
+}
+
+TEST_F(Calculator, TheAnswerStaysAndFeedsTheNextComputation) {
+  Open("T");
+  Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
+  Compute();
+  const double p = Get("CumP");
+  Choose(UnknownParameter);
+  Type("Delta", "77");
+  Compute();
+  EXPECT_EQ(Get("CumP"), p);
+  EXPECT_NEAR(Get("Delta"), 1, 1e-8);
+  Choose(UnknownStatistic);
+  Compute();
+  EXPECT_NEAR(Get("TObserved"), 2, 1e-7);
+}
+
+TEST_F(Calculator, NothingIsEverCommitted) {
+  for (const char* code : kCodes) {
+    Open(code);
+    const double committed = Get("CumP", Instance::Committed);
+    Fill("CumP=0.4");
+    for (const std::size_t unknown : {0u, 1u, 2u}) {
+      Choose(unknown);
+      Compute();
+    }
+    EXPECT_EQ(Get("CumP", Instance::Committed), committed) << code;
+    host_.Press(ControlBack);
+  }
+}
+
+TEST_F(Calculator, NoneSendsAnythingToTheResults) {
+  for (const char* code : kCodes) {
+    Open(code);
+    Compute();
+    EXPECT_TRUE(host_.workbook().items.empty()) << code;
+    host_.Press(ControlBack);
+  }
+}
+
+// --- Other commands.
+
+TEST_F(Calculator, BackForgetsEverythingAndLeadsToTheStartup) {
+  for (const int back : {2, 123}) {
+    Open("R");
+    Fill("RObserved=0.3 SampleSize=50 Algorithm=2");
+    Choose(UnknownParameter);
+    Compute();
+    const PendingExit expected{101, ExitBack, 0};
+    host_.Press(back);
+    ASSERT_FALSE(host_.calls.exits.empty());
+    EXPECT_EQ(host_.calls.exits.back().stage, expected.stage);
+    EXPECT_EQ(host_.calls.exits.back().kind, expected.kind);
+    EXPECT_EQ(host_.calls.exits.back().flag, expected.flag);
+    EXPECT_EQ(OpenResource(), 6100);
+    for (const Field& field : TableOf(Family::R).fields) {
+      EXPECT_EQ(Get(field.name), Get(field.name, Instance::Committed)) << field.name;
+    }
+  }
+}
+
+TEST_F(Calculator, TheSettingsCommandsOfOtherDialogsDoNothing) {
+  Open("T");
+  for (const int command : {9015, 116, 9018, 13402}) {
+    EXPECT_EQ(host_.Press(command), 0);
+  }
+  EXPECT_TRUE(host_.calls.saveDialogs.empty());
+  EXPECT_TRUE(host_.calls.openDialogs.empty());
+  EXPECT_EQ(host_.calls.keywordsWritten, 0);
+}
+
+TEST_F(Calculator, RestoreDefaultsShowsTheDefaultsOfTheRun) {
+  Open("T");
+  Set("TObserved", 1.5, Instance::Defaults);
+  Fill("TObserved=2 DegreesOfFreedom=4");
+  host_.Press(118);
+  EXPECT_EQ(Box("TObserved"), "1.50");
+  EXPECT_EQ(Box("DegreesOfFreedom"), "24");
+}
+
+TEST_F(Calculator, TheHostMayAskForTheValuesAgain) {
+  Open("T");
+  Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
+  Compute();
+  host_.form()->SetDlgItemText(701, "");
+  host_.Press(133);
+  EXPECT_EQ(Box("TObserved"), "2.00");
+  EXPECT_EQ(Box("CumP"), "0.76456745");
+  EXPECT_EQ(host_.calls.restoreResults, 1);
+}
+
+TEST_F(Calculator, AnUnknownCommandIsNotAnswered) {
+  Open("T");
+  EXPECT_EQ(host_.Press(4711), 0);
+  EXPECT_EQ(host_.Press(22063), 0);
+}
+
+TEST_F(Calculator, ASelectorThatNoButtonStandsForIsRefused) {
+  Open("R");
+  Set("WhatToCompute", 7);
+  Compute();
+  EXPECT_EQ(MessageIds(), std::vector<int>{12851});
+  Set("WhatToCompute", 1);
+  host_.ClearMessages();
+  Set("Algorithm", 3);
+  Compute();
+  EXPECT_EQ(MessageIds(), std::vector<int>{12851});
+}
+
+TEST_F(Calculator, WithoutABlockItOpensAndCloses) {
+  Open("T");
+  PowerSettingsHead* settings = Module().settings;
+  Module().settings = nullptr;
+  EXPECT_EQ(host_.Press(ControlAccept), 0);
+  EXPECT_EQ(host_.Press(22070), 0);
+  host_.Type(701, "3");
+  Module().settings = settings;
+  EXPECT_EQ(Get("TObserved"), 1);
+}
+
+}  // namespace
+}  // namespace poweranalysis
