@@ -27,6 +27,10 @@ struct FieldMeaning {
   TextId meaning;
 };
 constexpr FieldMeaning kMeanings[] = {
+    {"R", "Algorithm", text::MeaningAlgorithmOfCorrelation},
+    {"Z2R", "Algorithm", text::MeaningAlgorithmOfFisherZ},
+    {"R2", "Algorithm", text::MeaningAlgorithmOfR2},
+    {"P1", "Algorithm", text::MeaningAlgorithmOfProportion},
     {"PC", "SampleSize", text::MeaningSampleSizePerGroup},
     {"SA1", "SampleSize", text::MeaningSampleSizePerGroup},
     {"SA2", "SampleSize", text::MeaningSampleSizePerGroup},
