@@ -172,7 +172,7 @@ def draw_two_way(d, rng, count):
 def tests_two_way(d):
     dfs, error_df = two_way_dfs(d)
     return [Test(name, *critical(fisher_f(df, error_df), d["Alpha"], UPPER), statistic=i,
-                 power=("Power", i)) for i, (name, df) in enumerate(zip(("row", "column", "both"), dfs))]
+                 power=("Power", i)) for i, (name, df) in enumerate(zip(("row", "column", "interaction"), dfs))]
 
 
 # --- Variances.
@@ -481,9 +481,6 @@ def tests_model_fit(d):
 
 # --- The designs.
 
-P2_DESIGNS = ((.6, .5, 100, 100), (.3, .15, 120, 60), (.85, .7, 40, 90), (.5, .25, 30, 30),
-              (.1, .05, 500, 500), (.45, .55, 400, 150))
-
 FAMILIES = [
     Family("T1", "One mean, t-test", "Normal samples.",
            table("Mu0 Mu Sigma SampleSize Alpha H0Type",
@@ -545,13 +542,15 @@ FAMILIES = [
            "with its own moments (refined) or Fisher's (crude).",
            table("Rho Rho0 SampleSize Alpha H0Type",
                  (.2, 0, 100, .05, 0), (.5, 0, 25, .01, 0), (.6, .3, 60, .05, 1), (-.4, 0, 40, .05, 2),
-                 (.3, .5, 80, .05, 0), (.9, .8, 30, .05, 0), (.8, 0, 10, .05, 1), (-.85, -.7, 50, .1, 2)),
+                 (.3, .5, 80, .05, 0), (.9, .8, 30, .05, 0), (.8, 0, 10, .05, 1), (-.85, -.7, 50, .1, 2),
+                 (.25, .15, 400, .05, 0)),
            tests_one_correlation, draw_one_correlation, lambda d: 2 * d["SampleSize"]),
     Family("Z2R", "Two correlations, z-test",
            "Two bivariate normal samples; the difference of atanh(r) over Fisher's standard error.",
            table("Rho1 Rho2 SampleSizeN1 SampleSizeN2 Alpha H0Type",
                  (.4, 0, 100, 100, .05, 0), (.75, .88, 51, 120, .05, 0), (.5, .2, 60, 90, .05, 1),
-                 (-.3, .3, 25, 40, .01, 2), (.9, .7, 15, 20, .05, 0), (.1, -.1, 150, 150, .1, 1)),
+                 (-.3, .3, 25, 40, .01, 2), (.9, .7, 15, 20, .05, 0), (.1, -.1, 150, 150, .1, 1),
+                 (.35, .25, 600, 500, .05, 0)),
            tests_two_correlations, draw_two_correlations,
            lambda d: 2 * (d["SampleSizeN1"] + d["SampleSizeN2"])),
     Family("R2", "Squared multiple correlation",
@@ -573,34 +572,38 @@ FAMILIES = [
     Family("P2", "Two proportions, z-test",
            "Two binomial counts; z with the pooled standard error, uncorrected and with half a step of each "
            "group taken off the difference.",
-           [dict(zip("Pi1 Pi2 SampleSizeN1 SampleSizeN2 Alpha H0Type".split(), (*design, alpha, form)))
-            for design, alpha, form in zip(P2_DESIGNS, (.05, .05, .05, .1, .05, .01), (0, 1, 0, 0, 1, 2))],
+           table("Pi1 Pi2 SampleSizeN1 SampleSizeN2 Alpha H0Type",
+                 (.6, .5, 100, 100, .05, 0), (.3, .15, 120, 60, .05, 1), (.85, .7, 40, 90, .05, 0),
+                 (.5, .25, 30, 30, .1, 0), (.1, .05, 500, 500, .05, 1), (.45, .55, 400, 150, .01, 2),
+                 (.32, .3, 8000, 7000, .05, 0)),
            tests_two_proportions, draw_two_proportions, lambda d: 2),
     Family("QMAC", "McNemar's test",
            "Pairs discordant with probability Eta, of two kinds that differ by Delta; z without a correction.",
            table("Delta Eta SampleSize Alpha H0Type",
                  (.1, .4, 100, .05, 0), (.15, .3, 120, .05, 0), (.1, .2, 150, .01, 0), (.2, .5, 60, .05, 1),
-                 (.05, .1, 500, .05, 0), (.08, .6, 400, .1, 1)),
+                 (.05, .1, 500, .05, 0), (.08, .6, 400, .1, 1), (.02, .3, 6000, .05, 0)),
            one_test(standard_normal, bound=mcnemar_error), draw_mcnemar, lambda d: 2),
     Family("SA1", "Log-rank test",
            "Proportional hazards with the survival rates given. The one-tailed form rejects where group 2 "
            "survives longer, as its power does.",
            table("Pi1 Pi2 SampleSize Alpha H0Type",
                  (.5, .7, 100, .05, 0), (.25, .5, 62, .05, 1), (.6, .4, 80, .05, 0), (.8, .9, 250, .05, 0),
-                 (.3, .4, 150, .1, 1), (.1, .3, 40, .01, 0)),
+                 (.3, .4, 150, .1, 1), (.1, .3, 40, .01, 0), (.6, .65, 1000, .05, 0)),
            one_test(standard_normal, bound=log_rank_error), draw_log_rank, lambda d: 6 * d["SampleSize"]),
     Family("SA2", "Exponential survival, accrual",
            "Exponential times with uniform entry; the maximum-likelihood test of the two rates.",
            table("Lambda1 Lambda2 T0 T SampleSize Alpha H0Type",
                  (.5, .7, 9, 10, 100, .05, 0), (.2, .35, 3, 5, 80, .05, 1), (.3, .15, 2, 4, 120, .05, 0),
-                 (.02, .04, 24, 36, 100, .01, 0), (1.2, 1.8, 1, 1, 150, .1, 1), (.1, .25, 5, 5, 60, .05, 0)),
+                 (.02, .04, 24, 36, 100, .01, 0), (1.2, 1.8, 1, 1, 150, .1, 1), (.1, .25, 5, 5, 60, .05, 0),
+                 (.5, .55, 9, 10, 1500, .05, 0)),
            one_test(standard_normal, bound=exponential_error), draw_exponential, lambda d: 4 * d["SampleSize"]),
     Family("SA3", "Exponential survival, accrual and dropouts",
            "The same with exponential dropouts of rate D.",
            table("Lambda1 Lambda2 T0 T D SampleSize Alpha H0Type",
                  (.5, .7, 9, 10, .1, 100, .05, 0), (.2, .35, 3, 5, .2, 100, .05, 1),
                  (.3, .15, 2, 4, .05, 120, .05, 0), (.02, .04, 24, 36, .02, 150, .01, 0),
-                 (1.2, 1.8, 1, 1, .5, 150, .1, 1), (.1, .25, 5, 5, .3, 90, .05, 0)),
+                 (1.2, 1.8, 1, 1, .5, 150, .1, 1), (.1, .25, 5, 5, .3, 90, .05, 0),
+                 (.5, .55, 9, 10, .1, 1500, .05, 0)),
            one_test(standard_normal, bound=exponential_error), draw_exponential, lambda d: 6 * d["SampleSize"]),
     Family("SEM", "Model fit by the RMSEA",
            "The fit statistic itself, noncentral chi-square; no covariance matrix is fitted.",
@@ -671,11 +674,14 @@ class Result:
                 f"{self.test.bound:.4f}" if self.test.bound else "", self.verdict())
 
 
-HEAD = ("Seed", "Design", "Test", "Power", "Simulated", "S. E.", "Deviation", "Bound", "")
+HEAD = ("Seed", "Design", "Test", "Power", "Simulated", "S. E.", "Deviation", "Bound", "Verdict")
 SUMMARY_HEAD = ("Family", "Exact", "Largest", "Approximate", "Largest difference", "Seconds")
 
 
 def markdown(head, rows):
+    """Columns without a word below their heading are left out."""
+    filled = [column for column in zip(head, *rows) if any(column[1:])]
+    head, *rows = zip(*filled)
     return "\n".join("| " + " | ".join(cells) + " |" for cells in (head, ["---"] * len(head), *rows))
 
 
@@ -700,12 +706,12 @@ def report(families, program, started):
     lines, overview, everything = [], [], []
     with tempfile.TemporaryDirectory() as folder:
         for number, family in families:
-            begin = time.monotonic()
+            begin = time.process_time()
             results = list(simulate(family, number, program, folder))
-            overview.append(summary(family, results, time.monotonic() - begin))
+            overview.append(summary(family, results, time.process_time() - begin))
             everything += results
             lines += [f"### {family.title} ({family.code})", "", family.what, "",
-                      markdown(HEAD, (r.cells() for r in results)), ""]
+                      markdown(HEAD, [r.cells() for r in results]), ""]
             for reason in sorted({r.test.kept for r in results} - {""}):
                 lines += [f"Kept: {reason}.", ""]
     failed = [r for r in everything if not r.test.kept and not r.holds()]
@@ -713,9 +719,9 @@ def report(families, program, started):
     judged = sum(not r.test.kept for r in everything)
     head = [f"{datetime.date.today()}, {platform.machine()}, Python {platform.python_version()}, NumPy "
             f"{np.__version__}, SciPy {scipy.__version__}; {REPLICATIONS} replications a design, seed {SEED}; "
-            f"{time.monotonic() - started:.0f} seconds.", "",
+            f"{time.process_time() - started:.0f} seconds of processor time.", "",
             f"{judged} powers of {sum(len(f.designs) for _, f in families)} designs; {len(failed)} deviate by more "
-            f"than allowed. Of {len(exact)} exact ones {sum(x > 2 for x in exact)} deviate by more than 2 "
+            f"than allowed. Of the {len(exact)} exact ones {sum(x > 2 for x in exact)} deviate by more than 2 "
             f"standard errors ({.0455 * len(exact):.1f} expected), {sum(x > 3 for x in exact)} by more than 3 "
             f"({.0027 * len(exact):.1f} expected); the largest deviation is {max(exact, default=0):.2f}.", "",
             markdown(SUMMARY_HEAD, overview), ""]
@@ -730,12 +736,14 @@ def update(path, text):
 
 def main():
     parser = argparse.ArgumentParser(description="Compares the program's power with simulated rejection rates.")
-    parser.add_argument("program")
+    parser.add_argument("program", help="path of poweranalysis, the command line program")
     parser.add_argument("--only", help="code of one family")
     parser.add_argument("--update", type=pathlib.Path, help="page to put the report into")
     arguments = parser.parse_args()
     families = [(i, f) for i, f in enumerate(FAMILIES) if arguments.only in (None, f.code)]
-    text, good = report(families, arguments.program, time.monotonic())
+    if not pathlib.Path(arguments.program).is_file():
+        parser.error(f"no program {arguments.program}")
+    text, good = report(families, arguments.program, time.process_time())
     if arguments.update:
         update(arguments.update, text)
     print(text)
