@@ -26,9 +26,8 @@ double OfHundredths(std::int64_t value) { return static_cast<double>(value) / 10
 void BenchCdf(benchmark::State& state, std::int16_t algorithm) {
   const auto n = static_cast<std::int32_t>(state.range(0));
   const double rho = OfHundredths(state.range(1));
-  double r = OfHundredths(state.range(2));
+  const volatile double r = OfHundredths(state.range(2));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(r);
     benchmark::DoNotOptimize(CorrelationCdf(rho, n, r, algorithm));
   }
 }
@@ -49,7 +48,6 @@ BENCHMARK(BenchCdfByIntegration)->Args({220, 20, 10})->Name("CorrelationCdf/inte
 void BenchQuantile(benchmark::State& state, double rho, double p) {
   const auto n = static_cast<std::int32_t>(state.range(0));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(CorrelationQuantile(rho, n, p, CorrelationExact));
   }
 }
@@ -65,10 +63,9 @@ BENCHMARK_CAPTURE(BenchQuantile, high, 0.9, 0.025)
 
 void BenchRhoForP(benchmark::State& state) {
   const auto n = static_cast<std::int32_t>(state.range(0));
-  double p = 0.975;
+  const volatile double p = 0.975;
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(CorrelationRhoForP(n, 0.3, p, failure, CorrelationExact));
   }
 }

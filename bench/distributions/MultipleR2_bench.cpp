@@ -9,10 +9,9 @@ namespace {
 
 void BenchExact(benchmark::State& state) {
   const bench::R2Design design = bench::DesignOf(state);
-  double x = design.x;
+  const volatile double x = design.x;
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(MultipleR2CdfExact(x, design.rho2, design.n, design.k, failure));
   }
 }
@@ -20,10 +19,9 @@ BENCHMARK(BenchExact)->Apply(bench::EachR2Design)->Name("MultipleR2CdfExact");
 
 void BenchLee(benchmark::State& state) {
   const bench::R2Design design = bench::DesignOf(state);
-  double x = design.x;
+  const volatile double x = design.x;
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(x);
     benchmark::DoNotOptimize(MultipleR2CdfLee(x, design.rho2, design.n, design.k, failure));
   }
 }
@@ -31,10 +29,9 @@ BENCHMARK(BenchLee)->Apply(bench::EachR2Design)->Name("MultipleR2CdfLee");
 
 void BenchQuantile(benchmark::State& state) {
   const bench::R2Design design = bench::DesignOf(state);
-  double p = 0.95;
+  const volatile double p = 0.95;
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(
         MultipleR2Quantile(design.rho2, design.n, design.k, p, failure, R2Exact));
   }
@@ -44,10 +41,9 @@ BENCHMARK(BenchQuantile)->Apply(bench::EachR2Design)->Name("MultipleR2Quantile")
 // The median limit, from a start five percent below the observed value.
 void BenchRho(benchmark::State& state) {
   const bench::R2Design design = bench::DesignOf(state);
-  double target = 0.5;
+  const volatile double target = 0.5;
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(target);
     benchmark::DoNotOptimize(
         MultipleR2RhoForP(design.x * 0.95, design.n, design.k, design.x, target, failure, R2Exact));
   }

@@ -13,9 +13,8 @@ namespace {
 void BenchNoncentralTCdf(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
   const double delta = bench::DeltaOf(state.range(1));
-  double t = bench::T;
+  const volatile double t = bench::T;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(t);
     benchmark::DoNotOptimize(NoncentralTCdf(t, df, delta));
   }
 }
@@ -25,9 +24,8 @@ BENCHMARK(BenchNoncentralTCdf)->Apply(bench::EachDesign)->Name("NoncentralTCdf")
 void BenchOppositeSigns(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
   const double delta = bench::DeltaOf(state.range(1));
-  double t = -bench::T;
+  const volatile double t = -bench::T;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(t);
     benchmark::DoNotOptimize(NoncentralTCdf(t, df, delta));
   }
 }
@@ -35,11 +33,10 @@ BENCHMARK(BenchOppositeSigns)->Apply(bench::EachDesign)->Name("NoncentralTCdf/op
 
 void BenchCentralTQuantile(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
-  double p = 0.025;
+  const volatile double p = 0.025;
   for (auto _ : state) {
     int status = 0;
     int failure = 0;
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(CentralTQuantile(df, p, status, failure));
   }
 }
@@ -47,11 +44,10 @@ BENCHMARK(BenchCentralTQuantile)->Apply(bench::EachDf)->Name("CentralTQuantile")
 
 void BenchNoncentralTQuantile(benchmark::State& state) {
   const auto df = static_cast<std::int32_t>(state.range(0));
-  double p = 0.9;
+  const volatile double p = 0.9;
   for (auto _ : state) {
     int status = 0;
     int failure = 0;
-    benchmark::DoNotOptimize(p);
     benchmark::DoNotOptimize(NoncentralTQuantile(1.0, df, p, status, failure));
   }
 }

@@ -4,6 +4,8 @@
 #
 # Run: Rscript anova.R        (Debian packages r-base-core and r-cran-pwr)
 
+here <- dirname(sub("--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE)))
+source(file.path(here, "timing.R"))
 suppressMessages(library(pwr))
 
 groups <- 4
@@ -15,25 +17,6 @@ power <- function(n, rmsse)
 required_size <- function(rmsse)
   pwr.anova.test(k = groups, f = f(rmsse), sig.level = alpha, power = 0.8)$n
 
-# The best of three means, each over at least `least` seconds of processor time, as our benchmarks
-# count it.
-seconds <- function(call, least = 0.2) {
-  call()
-  best <- Inf
-  for (round in 1:3) {
-    count <- 0
-    start <- proc.time()[["user.self"]]
-    repeat {
-      for (i in 1:10) call()
-      count <- count + 10
-      elapsed <- proc.time()[["user.self"]] - start
-      if (elapsed >= least) break
-    }
-    best <- min(best, elapsed / count)
-  }
-  best
-}
-
 result <- list()
 result[["anova_power"]] <- seconds(function() power(60, 0.25))
 for (rmsse in c(0.05, 0.25, 0.5, 1)) {
@@ -44,5 +27,4 @@ result[["anova_power_curve_over_effect"]] <-
   seconds(function() for (i in 0:99) power(20, 0.1 + 0.5 * i / 99))
 result[["anova_size_curve"]] <- seconds(function() for (i in 0:99) required_size(0.1 + 0.01 * i))
 
-entries <- sprintf("\"%s\": %.9g", names(result), unlist(result))
-cat(sprintf("{\"peer\": \"pwr\", \"seconds\": {%s}}\n", paste(entries, collapse = ", ")))
+print_seconds("pwr", result)

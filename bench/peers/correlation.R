@@ -8,6 +8,9 @@
 #
 # Run: Rscript correlation.R        (Debian package r-base-core)
 
+here <- dirname(sub("--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE)))
+source(file.path(here, "timing.R"))
+
 # The front factors of Hotelling's density, in logarithms.
 log_front <- function(x, rho, n)
   log(n - 2) + (n - 1) / 2 * log1p(-rho^2) + (n - 4) / 2 * log1p(-x^2) +
@@ -41,27 +44,6 @@ cdf <- function(density, rho, n, r) {
 quantile_of <- function(rho, n, p)
   uniroot(function(r) cdf(density_series, rho, n, r) - p, c(-0.9999, 0.9999), tol = 1e-10)$root
 
-# Processor time, so that a busy machine does not count.
-clock <- function() sum(proc.time()[c("user.self", "sys.self")])
-
-# The best of three means, each over at least `least` seconds.
-seconds <- function(call, least = 0.2) {
-  call()
-  best <- Inf
-  for (round in 1:3) {
-    count <- 0
-    start <- clock()
-    repeat {
-      for (i in 1:10) call()
-      count <- count + 10
-      elapsed <- clock() - start
-      if (elapsed >= least) break
-    }
-    best <- min(best, elapsed / count)
-  }
-  best
-}
-
 result <- list()
 for (n in c(10, 30, 100, 1000)) {
   for (design in list(c(20, 10), c(90, 85))) {
@@ -79,5 +61,4 @@ for (n in c(10, 30, 100, 1000)) {
   }
 }
 
-entries <- sprintf("\"%s\": %.9g", names(result), unlist(result))
-cat(sprintf("{\"peer\": \"R integrate\", \"seconds\": {%s}}\n", paste(entries, collapse = ", ")))
+print_seconds("R integrate", result)

@@ -9,39 +9,20 @@
 #
 # Run: Rscript correlations.R        (Debian packages r-base-core and r-cran-pwr)
 
+here <- dirname(sub("--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE)))
+source(file.path(here, "timing.R"))
 suppressMessages(library(pwr))
 
 alpha <- 0.05
 power <- function(size, rho) pwr.r.test(n = size, r = rho, sig.level = alpha)$power
 required_size <- function(rho) pwr.r.test(r = rho, sig.level = alpha, power = 0.8)$n
 
-# The best of three means, each over at least `least` seconds.
-seconds <- function(call, least = 0.2) {
-  call()
-  best <- Inf
-  for (round in 1:3) {
-    count <- 0
-    start <- proc.time()[["elapsed"]]
-    repeat {
-      for (i in 1:10) call()
-      count <- count + 10
-      elapsed <- proc.time()[["elapsed"]] - start
-      if (elapsed >= least) break
-    }
-    best <- min(best, elapsed / count)
-  }
-  best
-}
-
-once <- function(call) min(sapply(1:3, function(i) system.time(call())[["elapsed"]]))
-
 result <- list()
 result[["power"]] <- seconds(function() power(50, 0.3))
 for (rho in c(10, 20, 30, 50, 80)) {
   result[[sprintf("size/%d", rho)]] <- seconds(function() required_size(rho / 100))
 }
-result[["power_curve"]] <- once(function() for (i in 1:100) power(5 * i, 0.3))
-result[["size_curve"]] <- once(function() for (i in 0:99) required_size(0.1 + 0.008 * i))
+result[["power_curve"]] <- seconds_of_one(function() for (i in 1:100) power(5 * i, 0.3))
+result[["size_curve"]] <- seconds_of_one(function() for (i in 0:99) required_size(0.1 + 0.008 * i))
 
-entries <- sprintf("\"%s\": %.9g", names(result), unlist(result))
-cat(sprintf("{\"peer\": \"pwr\", \"seconds\": {%s}}\n", paste(entries, collapse = ", ")))
+print_seconds("pwr", result)

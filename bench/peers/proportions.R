@@ -9,6 +9,9 @@
 #
 # Run: Rscript proportions.R        (Debian package r-base-core)
 
+here <- dirname(sub("--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE)))
+source(file.path(here, "timing.R"))
+
 goal <- 0.9
 block <- 1000
 
@@ -41,31 +44,13 @@ required_size <- function(pi, pi0, alpha, form) {
   }
 }
 
-# The best of three means, each over at least `least` seconds.
-seconds <- function(call, least = 0.2) {
-  call()
-  best <- Inf
-  for (round in 1:3) {
-    count <- 0
-    start <- proc.time()[["elapsed"]]
-    repeat {
-      call()
-      count <- count + 1
-      elapsed <- proc.time()[["elapsed"]] - start
-      if (elapsed >= least) break
-    }
-    best <- min(best, elapsed / count)
-  }
-  best
-}
-
 times <- numeric()
 sizes <- numeric()
 for (i in seq_along(designs)) {
   key <- sprintf("exact_size/%d", i - 1)
   d <- designs[[i]]
   call <- function() required_size(d[1], d[2], d[3], d[4])
-  times[[key]] <- seconds(call)
+  times[[key]] <- seconds_of_one(call)
   sizes[[key]] <- call()
 }
 

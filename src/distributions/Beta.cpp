@@ -1,6 +1,8 @@
 #include "distributions/Beta.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 namespace poweranalysis {
@@ -22,15 +24,103 @@ double ShiftAboveThirteen(double& x) {
   return std::log(product);
 }
 
-}  // namespace
-
-double LogGamma(double x) {
+double StirlingLogGamma(double x) {
   const double shift = x - LastShifted <= 0.0 ? ShiftAboveThirteen(x) : 0.0;
   const double square = x * x;
   return std::log(x) * (x - 0.5) +
-         ((0.083333333333333 - (0.002777777777778 - 0.000793650793651 / square) / square) / x +
-          0.918938533204673 - x) -
+         ((stirling::A - (stirling::B - stirling::C / square) / square) / x + stirling::D - x) -
          shift;
+}
+
+constexpr std::size_t LargestKeptTwice = 1024;
+static_assert(LargestKeptTwice / 2.0 < SmallestPlainStirling);
+
+using KeptLogGammas = std::array<double, LargestKeptTwice + 1>;
+
+// LogGamma of half its index.
+const KeptLogGammas& KeptOnes() {
+  static const KeptLogGammas kept = [] {
+    KeptLogGammas values{};
+    for (std::size_t twice = 1; twice < values.size(); ++twice) {
+      values[twice] = StirlingLogGamma(static_cast<double>(twice) / 2.0);
+    }
+    return values;
+  }();
+  return kept;
+}
+
+// Where the quick fraction is as good as the plain one: beyond, rounding shows in the twelfth
+// decimal, or its numerators and denominators leave the range of a double.
+constexpr double LargestQuickSum = 5000.0;
+constexpr int QuickPasses = 100;
+constexpr double SmallestQuickProduct = 1e-250;
+
+// A change this close to the tolerance, relative to it, is left to the plain recurrence.
+constexpr double Doubt = 1e-3;
+
+// BetaContinuedFraction without its divisions. The fraction is 1 / (1 + d1 / (1 + d2 / ...)), and
+// the plain recurrence looks at every second approximant, those of its even part
+//
+//   1 / (beta0 - gamma1 / (beta1 - gamma2 / (beta2 - ...))),
+//   beta_m = 1 + d_2m + d_(2m+1),  gamma_m = d_(2m-1) d_2m
+//
+// whose numerators A and denominators B follow without a division by each other. Two that are
+// neighbours differ by the product of the gammas over B B', so that the change against the
+// tolerance is the same test at the same pass. False where that is not certain.
+bool QuickFraction(double a, double b, double x, double& fraction, int& passes) {
+  const double sum = a + b;
+  double odd = -sum * x / (a + 1.0);
+  double previousA = 0.0;
+  double previousB = 1.0;
+  double A = 1.0;
+  double B = 1.0 + odd;
+  double product = 1.0;
+  double change = 0.0;
+  double bound = 0.0;
+  int pass = 0;
+  do {
+    ++pass;
+    const double m = pass;
+    const double s = a + 2.0 * m;
+    const double scale = x / ((s - 1.0) * s * (s + 1.0));
+    const double even = m * (b - m) * (s + 1.0) * scale;
+    const double gamma = odd * even;
+    odd = -(a + m) * (sum + m) * (s - 1.0) * scale;
+    const double beta = 1.0 + (even + odd);
+    const double nextA = beta * A - gamma * previousA;
+    const double nextB = beta * B - gamma * previousB;
+    previousA = A;
+    previousB = B;
+    A = nextA;
+    B = nextB;
+    product *= gamma;
+    // The plain recurrence compares its first approximant with 1.
+    change = pass == 1 ? std::fabs(B - A) : std::fabs(product);
+    bound = FractionTolerance * std::fabs(pass == 1 ? A : A * previousB);
+  } while (change > bound * (1.0 + Doubt) && pass < QuickPasses);
+  fraction = A / B;
+  passes = pass;
+  return change < bound * (1.0 - Doubt) && bound > SmallestQuickProduct;
+}
+
+double Fraction(double a, double b, double x, int& passes) {
+  double fraction = 0.0;
+  return a + b <= LargestQuickSum && QuickFraction(a, b, x, fraction, passes)
+             ? fraction
+             : BetaContinuedFraction(a, b, x, passes);
+}
+
+}  // namespace
+
+double LogGamma(double x) {
+  const double twice = x + x;
+  if (twice >= 1.0 && twice <= static_cast<double>(LargestKeptTwice)) {
+    const auto index = static_cast<std::int32_t>(twice);
+    if (index == twice) {
+      return KeptOnes()[static_cast<std::size_t>(index)];
+    }
+  }
+  return StirlingLogGamma(x);
 }
 
 double BetaCdf(double x, double a, double b, int& failure) {
@@ -46,14 +136,20 @@ double BetaCdf(double x, double a, double b, int& failure, int& passes) {
     failure = 1;
     return 0.0;
   }
+  double front = 0.0;
+  return BetaShapes(a, b).Cdf(x, front, passes);
+}
+
+BetaShapes::BetaShapes(double a, double b)
+    : a_(a), b_(b), logGammas_(LogGamma(a + b) - LogGamma(a) - LogGamma(b)) {}
+
+double BetaShapes::Cdf(double x, double& front, int& passes) const {
   const bool inside = x != 0.0 && x != 1.0;
-  const double front = inside ? std::exp(LogGamma(a + b) - LogGamma(a) - LogGamma(b) +
-                                         a * std::log(x) + b * std::log(1.0 - x))
-                              : 0.0;
-  if ((a + 1.0) / (a + b + 2.0) > x) {
-    return BetaContinuedFraction(a, b, x, passes) * front / a;
+  front = inside ? std::exp(logGammas_ + a_ * std::log(x) + b_ * std::log(1.0 - x)) : 0.0;
+  if ((a_ + 1.0) / (a_ + b_ + 2.0) > x) {
+    return Fraction(a_, b_, x, passes) * front / a_;
   }
-  return 1.0 - BetaContinuedFraction(b, a, 1.0 - x, passes) * front / b;
+  return 1.0 - Fraction(b_, a_, 1.0 - x, passes) * front / b_;
 }
 
 double BetaContinuedFraction(double a, double b, double x) {

@@ -30,7 +30,7 @@ constexpr double LargestLinkedSum = 300.0;
 constexpr double SmallestLinkedExponent = -600.0;
 
 // What a step of a fraction by itself costs, in steps taken side by side.
-constexpr int PlainCost = 5;
+constexpr std::int64_t PlainCost = 5;
 
 // What the rest of a term costs, in steps.
 constexpr int FrontCost = 8;
@@ -59,6 +59,26 @@ Pair LogGammaExcess(Pair x) {
   const Pair seventh = square * square * square * inverse;
   return seventh *
          (Both(1.0 / 1680.0) - square * (Both(1.0 / 1188.0) - square * Both(691.0 / 360360.0)));
+}
+
+// LogGamma of shape + b for all lanes: its series by the same operations, two lanes to a register,
+// where LogGamma would come to it.
+Lanes LogGammasOfSums(const Lanes& shapes, double b) {
+  Lanes results;
+  for (std::size_t l = 0; l < Width; l += 2) {
+    const Pair x = LoadPair(&shapes[l]) + Both(b);
+    if (!(x[0] >= SmallestPlainStirling)) {
+      results[l] = LogGamma(x[0]);
+      results[l + 1] = LogGamma(x[1]);
+      continue;
+    }
+    const Pair square = x * x;
+    const Pair inner = (Both(stirling::B) - Both(stirling::C) / square) / square;
+    const Pair rest = (Both(stirling::A) - inner) / x + Both(stirling::D) - x;
+    results[l] = std::log(x[0]) * (x[0] - 0.5) + rest[0];
+    results[l + 1] = std::log(x[1]) * (x[1] - 0.5) + rest[1];
+  }
+  return results;
 }
 
 // Where LogGamma evaluates its series for x: it raises an x up to and including 13.
@@ -229,7 +249,7 @@ bool Any(PairMask mask) { return (mask[0] | mask[1]) != 0; }
 // BetaContinuedFraction for all lanes at once, each ended at its own pass; lanes from `count` on
 // are not waited for.
 template <class Coefficients>
-void EvaluateFractions(Coefficients coefficients, std::size_t count, Fractions& result) {
+void EvaluateFractions(Coefficients&& coefficients, std::size_t count, Fractions& result) {
   const Pair one = Both(1.0);
   std::array<Steed, Pairs> lanes;
   coefficients.Advance(1);
@@ -292,26 +312,25 @@ void BetaSeries::Fill() {
   for (std::size_t l = 0; l < Width; ++l) {
     shapes[l] = a_ + (index_ + static_cast<double>(l));
   }
-  const bool direct = IsDirect(shapes[0]);
+  direct_ = IsDirect(shapes[0]);
   count_ = 1;
-  while (count_ < Width && IsDirect(shapes[count_]) == direct) {
+  while (count_ < Width && IsDirect(shapes[count_]) == direct_) {
     ++count_;
   }
   Fractions fractions;
-  if (direct) {
+  if (direct_) {
     EvaluateFractions(DirectCoefficients(shapes, b_, x_), count_, fractions);
   } else {
     EvaluateFractions(MirroredCoefficients(shapes, b_, x_), count_, fractions);
   }
-  const Lanes fronts = FrontFactors(shapes);
   for (std::size_t l = 0; l < count_; ++l) {
-    double fraction = fractions.values[l / 2][l % 2];
+    values_[l] = fractions.values[l / 2][l % 2];
     if (fractions.doubtful[l / 2][l % 2] != 0) {
-      fraction = direct ? BetaContinuedFraction(shapes[l], b_, x_)
-                        : BetaContinuedFraction(b_, shapes[l], 1.0 - x_);
+      values_[l] = direct_ ? BetaContinuedFraction(shapes[l], b_, x_)
+                           : BetaContinuedFraction(b_, shapes[l], 1.0 - x_);
     }
-    values_[l] = direct ? fraction * fronts[l] / shapes[l] : 1.0 - fraction * fronts[l] / b_;
   }
+  Finish(shapes);
   index_ += static_cast<double>(count_);
   work_ += static_cast<std::int64_t>(Width) * (fractions.passes + FrontCost);
 }
@@ -327,27 +346,35 @@ void BetaSeries::FillPlain() {
 
 bool BetaSeries::IsDirect(double shape) const { return (shape + 1.0) / (shape + b_ + 2.0) > x_; }
 
-BetaSeries::Lanes BetaSeries::FrontFactors(const Lanes& shapes) const {
+// The values of the terms from their fractions and their front factors.
+void BetaSeries::Finish(const Lanes& shapes) {
   Lanes fronts;
-  const double first = FrontExponent(shapes[0]);
-  fronts[0] = std::exp(first);
-  if (shapes[Width - 1] + b_ <= LargestLinkedSum && first > SmallestLinkedExponent) {
-    FollowRatios(shapes, fronts);
-    return fronts;
+  if (!FollowRatios(shapes, fronts)) {
+    const Lanes sums = LogGammasOfSums(shapes, b_);
+    for (std::size_t l = 0; l < count_; ++l) {
+      fronts[l] = std::exp(FrontExponent(shapes[l], sums[l]));
+    }
   }
-  for (std::size_t l = 1; l < count_; ++l) {
-    fronts[l] = std::exp(FrontExponent(shapes[l]));
+  for (std::size_t l = 0; l < count_; ++l) {
+    const double product = values_[l] * fronts[l];
+    values_[l] = direct_ ? product / shapes[l] : 1.0 - product / b_;
   }
-  return fronts;
 }
 
-double BetaSeries::FrontExponent(double shape) const {
-  return LogGamma(shape + b_) - LogGamma(shape) - logGammaB_ + shape * logX_ + b_ * logRest_;
+double BetaSeries::FrontExponent(double shape, double logGammaOfSum) const {
+  return logGammaOfSum - LogGamma(shape) - logGammaB_ + shape * logX_ + b_ * logRest_;
 }
 
 // Each front factor is the one before times x (shape + b) / shape, but for the error of LogGamma,
-// in which the two differ.
-void BetaSeries::FollowRatios(const Lanes& shapes, Lanes& fronts) const {
+// in which the two differ. False where that does not do.
+bool BetaSeries::FollowRatios(const Lanes& shapes, Lanes& fronts) const {
+  if (shapes[Width - 1] + b_ > LargestLinkedSum) {
+    return false;
+  }
+  const double exponent = FrontExponent(shapes[0], LogGamma(shapes[0] + b_));
+  if (!(exponent > SmallestLinkedExponent)) {
+    return false;
+  }
   const Pair smallestSum = Both(SmallestUnshifted(shapes[0] + b_));
   const Pair smallestShape = Both(SmallestUnshifted(shapes[0]));
   Lanes ratios;
@@ -363,11 +390,13 @@ void BetaSeries::FollowRatios(const Lanes& shapes, Lanes& fronts) const {
     excess[l] = error[0];
     excess[l + 1] = error[1];
   }
-  double front = fronts[0];
+  double front = std::exp(exponent);
+  fronts[0] = front;
   for (std::size_t l = 1; l < Width; ++l) {
     front *= ratios[l - 1];
     fronts[l] = front * (1.0 + (excess[l] - excess[0]));
   }
+  return true;
 }
 
 }  // namespace poweranalysis

@@ -46,9 +46,9 @@ class BetaSeries {
   void Fill();
   void FillPlain();
   bool IsDirect(double shape) const;
-  Lanes FrontFactors(const Lanes& shapes) const;
-  double FrontExponent(double shape) const;
-  void FollowRatios(const Lanes& shapes, Lanes& fronts) const;
+  void Finish(const Lanes& shapes);
+  double FrontExponent(double shape, double logGammaOfSum) const;
+  bool FollowRatios(const Lanes& shapes, Lanes& fronts) const;
 
   double x_;
   double a_;
@@ -61,6 +61,7 @@ class BetaSeries {
   std::size_t taken_ = 0;
   std::size_t count_ = 0;
   Lanes values_{};
+  bool direct_ = false;  // which of the two fractions
   std::int64_t work_ = 0;
 };
 

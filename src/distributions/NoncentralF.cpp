@@ -279,14 +279,15 @@ struct Ends {
   double upper;
 };
 
-Ends CentralEnds(double df1, double df2, double p) {
+double CentralStart(double df1, double df2, double p) {
   const double z = NormalQuantile(p);
-  double start = 1.0;
   if (df1 > FewDegreesOfFreedom && df2 > FewDegreesOfFreedom) {
-    start = CubicStart(df1, df2, z);
-  } else if (df2 > 4.0) {
-    start = NormalStart(df1, df2, z);
+    return CubicStart(df1, df2, z);
   }
+  return df2 > 4.0 ? NormalStart(df1, df2, z) : 1.0;
+}
+
+Ends CentralEnds(double start) {
   // A start that is no number (the square root above, for a small p) is treated as one below zero.
   if (!(start > 0.0)) {
     return {0.0, 0.5};
@@ -302,6 +303,50 @@ double FindRoot(const Ends& ends,
   const brent::Point lower{ends.lower, residual(ends.lower)};
   const brent::Point upper{ends.upper, residual(ends.upper)};
   return BracketAndBrent(lower, upper, residual, policy, failure);
+}
+
+// Where the quick search below may stand for the other.
+constexpr double LargestQuickSum = 1e5;
+constexpr double SmallestQuickF = 1e-2;
+constexpr double LargestQuickF = 1e4;
+constexpr double SmallestQuickTail = 1e-7;
+constexpr double LargestQuickStep = 1.0;
+constexpr double QuickTolerance = 1e-12;
+constexpr int QuickPasses = 6;
+
+// The central quantile by Halley's method in log f, which beta function and density come to in two
+// or three passes where Brent's method takes ten. With F' = dF / d log f,
+//
+//   F'' / F' = a - (a + b) x,  x = a f / (a f + b)
+//
+// and a step s leaves an error of (h^2 / 12 + (a + b) x (1 - x) / 6) s^3, h = F'' / F'. The root is
+// that of the bracket to within the tolerances of its search. False where it is not plain sailing:
+// far off, in a tail, or where those tolerances are not far above the last digit.
+bool QuickCentralRoot(double a, double b, double p, double f, double& root) {
+  const BetaShapes shapes(a, b);
+  for (int pass = 0; pass < QuickPasses && f >= SmallestQuickF && f <= LargestQuickF; ++pass) {
+    const double x = a * f / (a * f + b);
+    double slope = 0.0;
+    int ignored = 0;
+    const double value = shapes.Cdf(x, slope, ignored);
+    if (!(value > SmallestQuickTail && value < 1.0 - SmallestQuickTail)) {
+      return false;
+    }
+    const double newton = (value - p) / slope;
+    const double h = a - (a + b) * x;
+    const double step = newton / (newton * h / 2.0 - 1.0);
+    if (!(std::fabs(step) < LargestQuickStep)) {
+      return false;
+    }
+    f *= std::exp(step);
+    const double error =
+        (h * h / 12.0 + (a + b) * x * (1.0 - x) / 6.0) * std::fabs(step * step * step);
+    if (slope * error < QuickTolerance) {
+      root = f;
+      return true;
+    }
+  }
+  return false;
 }
 
 double ExactQuantile(double delta, double df1, double df2, double p, double approx, int& failure) {
@@ -347,13 +392,19 @@ double CentralFQuantile(double df1, double df2, double p, int& failure) {
   if (!IsShape(df1) || !IsShape(df2) || std::isnan(p)) {
     return Failed(failure);
   }
+  const double start = CentralStart(df1, df2, p);
+  double quick = 0.0;
+  if (df1 + df2 <= 2.0 * LargestQuickSum && p > SmallestQuickTail && p < 1.0 - SmallestQuickTail &&
+      QuickCentralRoot(df1 / 2.0, df2 / 2.0, p, start, quick)) {
+    return quick;
+  }
   const auto residual = [&](double x) { return NoncentralFCdf(x, df1, df2, 0.0, failure) - p; };
   const BracketPolicy policy{.factor = BracketFactor,
                              .floorsMovedEnd = true,
                              .residualAtFloor = -p,
                              .floorsNewPoint = true,
                              .halfTolerance = HalfTolerance};
-  const double root = FindRoot(CentralEnds(df1, df2, p), residual, policy, failure);
+  const double root = FindRoot(CentralEnds(start), residual, policy, failure);
   return failure != 0 || !std::isfinite(root) ? Failed(failure) : root;
 }
 

@@ -58,11 +58,10 @@ double UserCdf(double x, double rho2, double n, double k) {
 
 void Ours(benchmark::State& state) {
   const bench::R2Design design = bench::DesignOf(state);
-  double x = design.x;
+  const volatile double x = design.x;
   double p = 0.0;
   for (auto _ : state) {
     int failure = 0;
-    benchmark::DoNotOptimize(x);
     p = MultipleR2CdfExact(x, design.rho2, design.n, design.k, failure);
     benchmark::DoNotOptimize(p);
   }
@@ -72,10 +71,9 @@ BENCHMARK(Ours)->Apply(bench::EachR2Design)->Name("ours/MultipleR2CdfExact");
 
 void Boost(benchmark::State& state) {
   const bench::R2Design design = bench::DesignOf(state);
-  double x = design.x;
+  const volatile double x = design.x;
   double p = 0.0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(x);
     p = UserCdf(x, design.rho2, design.n, design.k);
     benchmark::DoNotOptimize(p);
   }
