@@ -205,12 +205,18 @@ CalculationOutcome CalculateAV2Size(WindowHandle parent, const PowerSettings& bl
   outcome.good = true;
   Computed& computed = outcome.computed;
   for (std::size_t effect = 0; effect < kEffects; ++effect) {
-    SearchResult found;
-    if (!EffectRefused(parent, study, effect, true)) {
-      found = TwoWayRequiredNOf(parent, study, effect);
+    computed.power[effect] = NumericFailure;
+    computed.size[effect] = SizeFailure;
+    if (EffectRefused(parent, study, effect, true)) {
+      continue;
     }
-    computed.power[effect] = found.actualPower;
-    computed.size[effect] = found.requiredSize;
+    // A search that passed the limit still tells its last power, which is none to show: the rows of
+    // a failed effect stay blank.
+    const SearchResult found = TwoWayRequiredNOf(parent, study, effect);
+    if (found.status == SearchOk) {
+      computed.power[effect] = found.actualPower;
+      computed.size[effect] = found.requiredSize;
+    }
   }
   return outcome;
 }
@@ -397,6 +403,10 @@ double AV1EffectOf(const RecordView& record) {
   return static_cast<const AV1Params*>(record.record())->RMSSE;
 }
 
+void DeriveAV1(const RecordView& record, Computed& derived) {
+  derived.noncentrality = OneWayDesignOf(*static_cast<const AV1Params*>(record.record())).delta;
+}
+
 constexpr double kPCTolerance = PolicyOf(SearchMember::PlannedContrast).nullTolerance;
 constexpr double kAV1Tolerance = PolicyOf(SearchMember::OneWayAnova).nullTolerance;
 
@@ -430,7 +440,10 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
      kPowerRanges,
      {},
      CalculateAV1Power,
-     kAV1PowerPlots},
+     kAV1PowerPlots,
+     {},
+     nullptr,
+     DeriveAV1},
     {Family::AV1,
      ModeSampleSize,
      81,
@@ -438,7 +451,10 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
      kSizeRanges,
      {AV1EffectOf, kAV1Tolerance, true, H0AtMost},
      CalculateAV1Size,
-     kAV1SizePlots},
+     kAV1SizePlots,
+     {},
+     nullptr,
+     DeriveAV1},
     // The calculations of two-way tests check each effect themselves.
     {Family::AV2,
      ModePower,

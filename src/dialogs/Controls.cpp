@@ -222,9 +222,21 @@ constexpr FamilyRadios kRadios[] = {
     {Family::SEM, Hypothesis(kModelFit)},
 };
 
+// The label of one field is empty, and a page cannot ask for a number without a name.
+std::string CaptionOf(const Field& field) {
+  const std::string label = LoadText(field.label);
+  return label.empty() ? LoadText(field.meaning) : label;
+}
+
 // What a field means and what it may be, for tool tips.
 std::string HelpOf(const Field& field) {
   return LoadText(field.meaning) + " (" + RangeText(field) + ")";
+}
+
+// The ratio of two proportions' groups stands with the choice that it belongs to.
+TextId GroupOf(Family family, const Field& field, TextId groupCaption) {
+  const bool ratioOfGroups = family == Family::P2 && std::string_view(field.name) == "Ratio";
+  return ratioOfGroups ? text::GroupGroupToVary : groupCaption;
 }
 
 }  // namespace
@@ -266,8 +278,8 @@ std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
   const ControlKind kind = IsCheckBox(field.name)          ? ControlKind::CheckBox
                            : field.type == FieldType::Real ? ControlKind::RealEdit
                                                            : ControlKind::IntEdit;
-  controls.push_back({ControlOfField(field.name), kind, field.name, LoadText(field.label),
-                      HelpOf(field), LoadText(groupCaption), 0});
+  controls.push_back({ControlOfField(field.name), kind, field.name, CaptionOf(field), HelpOf(field),
+                      LoadText(GroupOf(family.family, field, groupCaption)), 0});
   return controls;
 }
 

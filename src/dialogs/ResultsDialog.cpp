@@ -66,6 +66,20 @@ double EffectOf(const NullCheckRow& check, const RecordView& record) {
   return check.effect != nullptr ? check.effect(record) : Computed::kFailed;
 }
 
+// Does a row show something before a calculation?
+bool IsKnown(const ValueRow& row, double value) {
+  switch (row.kind) {
+    case ValueKind::Field:
+      return true;
+    case ValueKind::Effect:
+    case ValueKind::Spread:
+    case ValueKind::Noncentrality:
+      return value != Computed::kFailed;
+    default:
+      return false;
+  }
+}
+
 // The calculation's name: the caption of the results dialog without its last word.
 std::string CalculationName(const CatalogueDialog& entry) {
   constexpr std::string_view kResults = " Results";
@@ -159,20 +173,27 @@ TextId CResultsDialog::ChartCaption(int control) const {
 }
 
 std::string CResultsDialog::FrameText() const {
-  // The inputs of the summary table, one a line; what is computed is not known yet.
+  // The inputs of the summary table and what follows from them, one a line, under the titles of
+  // their blocks; what a calculation gives is not known yet.
   PowerSettings& block = *Block();
   const std::span<const ValueRow> rows = TableValueRows(rows_.tableCode);
   const TableDefinition& definition = *FindTableDefinition(rows_.tableCode);
   const std::vector<TitleEntry> titles = TableTitles(definition, block);
   const RecordView committed = View(Instance::Committed);
-  Computed inputs;
-  inputs.effect = EffectOf(rows_.nullCheck, committed);
-  const std::vector<double> values = TableValues(rows, committed, inputs);
+  Computed derived;
+  derived.effect = EffectOf(rows_.nullCheck, committed);
+  if (rows_.derive != nullptr) {
+    rows_.derive(committed, derived);
+  }
+  const std::vector<double> values = TableValues(rows, committed, derived);
 
   std::string frame = LoadText(definition.headings[0]);
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows[i].kind == ValueKind::Field || rows[i].kind == ValueKind::Effect) {
-      frame += "\n" + LoadText(titles[i].id) + LoadText(text::Colon) + " " + FormatCell(values[i]);
+    const std::string title = LoadText(titles[i].id);
+    if (rows[i].kind == ValueKind::Blank) {
+      frame += titles[i].id == text::BlankRow ? "" : "\n" + title;
+    } else if (IsKnown(rows[i], values[i])) {
+      frame += "\n" + title + LoadText(text::Colon) + " " + FormatCell(values[i]);
     }
   }
   return frame;
@@ -219,6 +240,36 @@ bool CResultsDialog::NullHypothesisRefuses(const NullCheckRow& check) const {
                              check.useTolerance ? 1 : 0) != 0;
 }
 
+// Whether there is one of the numbers that the table is sent for.
+bool CResultsDialog::HoldsResult(const CalculationOutcome& outcome) const {
+  const std::span<const ValueRow> rows = TableValueRows(rows_.tableCode);
+  const std::vector<double> values = TableValues(rows, View(Instance::Committed), outcome.computed);
+  const auto holds = [&](std::size_t i) {
+    const bool result = rows[i].kind == ValueKind::Power || rows[i].kind == ValueKind::Size ||
+                        rows[i].kind == ValueKind::NormalPower;
+    return result && values[i] != Computed::kFailed;
+  };
+  for (std::size_t i = 0; outcome.good && i < rows.size(); ++i) {
+    if (holds(i)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A procedure that fails says why itself, or in some cases fails without a word: then the user is
+// told at least what there is no value of. Who cancels knows.
+CalculationOutcome CResultsDialog::Compute() {
+  const std::int32_t messagesBefore = Module().messagesShown;
+  const CalculationOutcome outcome = rows_.calculate(window(), *Block());
+  if (!HoldsResult(outcome) && Module().messagesShown == messagesBefore && !IsCancelled()) {
+    const std::vector<TitleEntry> titles =
+        TableTitles(*FindTableDefinition(rows_.tableCode), *Block());
+    ShowMessage(MessageStopIcon, window(), text::NotComputable, {LoadText(titles.back().id)});
+  }
+  return outcome;
+}
+
 long CResultsDialog::Calculate() {
   Host& host = analysis().host();
   if (!InputsPass()) {
@@ -231,7 +282,7 @@ long CResultsDialog::Calculate() {
   }
   Copy(Instance::Working, Instance::Committed);
   PowerSettings& block = *Block();
-  const CalculationOutcome outcome = rows_.calculate(window(), block);
+  const CalculationOutcome outcome = Compute();
   if (outcome.good) {
     const Computed& computed = outcome.computed;
     std::vector<double> values =

@@ -86,6 +86,9 @@ struct ResultsDialogTable {
   PlotTexts familyTitle{};  // second title line; without one the task's name and the hypothesis
   // A check beyond the ranges, made before every command; it shows its own message and gives false.
   bool (*extraCheck)(WindowHandle parent, PowerSettings& block) = nullptr;
+  // What follows from the inputs alone, beside the effect of the null check: shown when the dialog
+  // opens.
+  void (*derive)(const RecordView& record, Computed& derived) = nullptr;
 };
 
 // "Power vs. N1" as "power-vs-n1".
@@ -110,6 +113,8 @@ class CResultsDialog : public CFieldDialog {
 
  private:
   long Calculate();
+  CalculationOutcome Compute();
+  bool HoldsResult(const CalculationOutcome& outcome) const;
   long ChangeParams();
   bool InputsPass();
   bool NullHypothesisRefuses(const NullCheckRow& check) const;

@@ -305,6 +305,11 @@ double T3EffectOf(const RecordView& record) {
   return T3Effect(*static_cast<const T3Params*>(record.record()));
 }
 
+void DeriveT3(const RecordView& record, Computed& derived) {
+  const auto& p = *static_cast<const T3Params*>(record.record());
+  derived.spread = PairedSigmaDiff(p.Sigma1, p.Sigma2, p.BetweenGroupR);
+}
+
 constexpr double kTolerance = PolicyOf(SearchMember::TTest).nullTolerance;
 
 constexpr ResultsDialogTable kResultsDialogs[] = {
@@ -347,7 +352,10 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
      kPowerRanges,
      {T3EffectOf, kTolerance, false},
      WithSpread<CalculatePower<DescribeT3>>,
-     kT3PowerPlots},
+     kT3PowerPlots,
+     {},
+     nullptr,
+     DeriveT3},
     {Family::T3,
      ModeSampleSize,
      33,
@@ -355,7 +363,10 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
      kSizeRanges,
      {T3EffectOf, kTolerance, true},
      WithSpread<CalculateSize<DescribeT3>>,
-     kT3SizePlots},
+     kT3SizePlots,
+     {},
+     nullptr,
+     DeriveT3},
 };
 
 }  // namespace

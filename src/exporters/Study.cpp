@@ -22,7 +22,26 @@ void AddParagraph(std::vector<std::string>& paragraphs, std::string& open) {
   open.clear();
 }
 
+// Does a text begin a line of its own, far to the right, as the points of a list do?
+bool OpensLine(const std::string& text) {
+  constexpr std::size_t kIndent = 4;
+  const std::size_t first = text.find_first_not_of(' ');
+  return first != std::string::npos && first >= kIndent;
+}
+
+// Sentences that meet without a blank on either side get one.
+bool NeedsBlank(const std::string& before, const std::string& after) {
+  const std::string blanks = kBlanks;
+  return !before.empty() && !after.empty() && blanks.find(before.back()) == std::string::npos &&
+         blanks.find(after.front()) == std::string::npos;
+}
+
 void Flow(const std::string& text, std::vector<std::string>& paragraphs, std::string& open) {
+  if (OpensLine(text)) {
+    AddParagraph(paragraphs, open);
+  } else if (NeedsBlank(open, text)) {
+    open += ' ';
+  }
   for (const char c : text) {
     if (c == '\n') {
       AddParagraph(paragraphs, open);

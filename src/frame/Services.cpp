@@ -27,6 +27,7 @@ void ShowMessage(unsigned flags,
 
 void ShowMessage(unsigned flags, WindowHandle parent, int id, const std::string& finishedText) {
   if (Host* host = ModuleHost()) {
+    ++Module().messagesShown;
     host->DspMessageBox(flags, parent, id, finishedText);
   }
 }

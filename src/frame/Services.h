@@ -29,6 +29,7 @@ struct ModuleState {
   std::int16_t ProgressOpen = 0;  // a progress bar that this program opened is up
   ReportBufferBlock ReportBuffer;
   CAnalysisSupport* analysis = nullptr;
+  std::int32_t messagesShown = 0;  // so far, so that a caller can tell whether a procedure spoke
 };
 ModuleState& Module();
 

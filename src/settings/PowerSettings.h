@@ -162,7 +162,8 @@ KeyTable FillKeys(PowerSettings& block, Family family);
 int CheckRanges(WindowHandle parent, const KeyTable& keys);
 int CheckRanges(WindowHandle parent, std::span<const KeyEntry> entries);
 
-// "0.0001 <= Alpha <= 0.25", the range as the message words it.
+// "0.0001 <= Alpha <= 0.25", the range as the message words it; a field without a label goes by its
+// name.
 std::string RangeText(const Field& field);
 bool WithinRange(const Field& field, double value);
 

@@ -88,7 +88,9 @@ bool WithinRange(const Field& field, double value) {
 }
 
 std::string RangeText(const Field& field) {
-  return FormatText("%g %s %s %s %g", {field.lower, LeftText(field.form), LoadText(field.label),
+  const std::string label = LoadText(field.label);
+  return FormatText("%g %s %s %s %g", {field.lower, LeftText(field.form),
+                                       label.empty() ? std::string(field.name) : label,
                                        RightText(field.form), field.upper});
 }
 

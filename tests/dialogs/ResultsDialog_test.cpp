@@ -11,12 +11,32 @@ namespace poweranalysis {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 using ResultsDialog = DialogRun;
+
+TEST_F(ResultsDialog, ShowsWhatFollowsFromTheInputsInItsFrame) {
+  OpenResults(ModePower, "AV1");
+  EXPECT_THAT(TextOf(201), HasSubstr("\nNoncentrality Parameter (Delta): 1.25\n"));
+  EXPECT_THAT(TextOf(201), Not(HasSubstr("Critical")));
+}
+
+TEST_F(ResultsDialog, ShowsTheSpreadOfPairedDifferencesInItsFrame) {
+  OpenResults(ModePower, "T3");
+  EXPECT_THAT(TextOf(201), HasSubstr("\nStand. Error of Mean Diff.: "));
+  EXPECT_THAT(TextOf(201), HasSubstr("\nStandardized Effect (Es): "));
+}
+
+TEST_F(ResultsDialog, NamesTheBlocksOfItsFrame) {
+  OpenResults(ModeSampleSize, "AV2");
+  EXPECT_THAT(
+      TextOf(201),
+      HasSubstr("\nRow Effect\nRMSSE: 0.25\nColumn Effect\nRMSSE: 0.25\nInteraction Effect"));
+}
 
 TEST_F(ResultsDialog, ShowsTheInputsInItsFrame) {
   OpenResults(ModeSampleSize, "T1");
@@ -489,6 +509,35 @@ TEST_F(ResultsDialog, ASizePlotEndsBeforeTheFirstFailedPoint) {
 TEST_F(ResultsDialog, ThePlotNameIsTheCaptionInKebabCase) {
   EXPECT_EQ(PlotName(text::ButtonPowerVsN1), "power-vs-n1");
   EXPECT_EQ(PlotName(text::CaptionNVsEs), "n-vs-es");
+}
+
+TEST_F(ResultsDialog, APowerThatFailsWithoutAWordIsToldByItsName) {
+  // The log-rank test has no power where nobody in one group survives.
+  OpenParameters(ModePower, "SA1");
+  block().SA1.Working.Pi1 = 0;
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(1), 1);
+  ASSERT_THAT(host_.messages(), SizeIs(1));
+  EXPECT_EQ(host_.messages()[0].text, "Power could not be computed with these parameters.");
+  EXPECT_THAT(Items<SummaryTable>(), SizeIs(1)) << "the inputs are shown all the same";
+}
+
+TEST_F(ResultsDialog, ASizeThatFailsWithoutAWordIsToldByItsName) {
+  OpenParameters(ModeSampleSize, "SA1");
+  block().SA1.Working.Pi1 = 0;
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(1), 0);
+  ASSERT_THAT(host_.messages(), SizeIs(1));
+  EXPECT_THAT(host_.messages()[0].text, EndsWith(" could not be computed with these parameters."));
+  EXPECT_THAT(host_.workbook().items, IsEmpty());
+}
+
+TEST_F(ResultsDialog, AFailureThatWasToldIsNotToldAgain) {
+  OpenParameters(ModeSampleSize, "T1");
+  host_.Type(112, "0.011");
+  host_.Press(1);
+  host_.Press(1);
+  EXPECT_THAT(MessageIds(), ElementsAre(12381));
 }
 
 TEST_F(ResultsDialog, NoMemoryForATableOrAChartIsSilent) {

@@ -24,6 +24,37 @@ TEST(Study, BlankTextsMakeNoParagraphs) {
   EXPECT_THAT(ParagraphsOf(study), ElementsAre("Text"));
 }
 
+TEST(Study, SentencesOfOneParagraphDoNotTouch) {
+  Study study;
+  study.workbook.items.emplace_back(
+      Report{{"\r\nOne is required.", "With one, power is .9. ", "Yes."}});
+  EXPECT_THAT(ParagraphsOf(study), ElementsAre("One is required. With one, power is .9. Yes."));
+}
+
+TEST(Study, ADeepIndentOpensALineOfItsOwn) {
+  Study study;
+  study.workbook.items.emplace_back(Report{
+      {"\r\nPower of:", "             (a) 10% for rows;", "             (b) 20% for columns."}});
+  EXPECT_THAT(ParagraphsOf(study),
+              ElementsAre("Power of:", "(a) 10% for rows;", "(b) 20% for columns."));
+}
+
+TEST(Study, HasAnAnswerWhenABlockOfItsTableHasOne) {
+  const auto row = [](const char* title, int indent, double value) {
+    return TableRow{title, indent, {value}};
+  };
+  SummaryTable table;
+  table.rows = {
+      row("Alpha", 0, .05), row("\x01", 0, MissingValue()), row("Row Effect", 0, MissingValue()),
+      row("Power", 2, .8),  row("\x01", 0, MissingValue()), row("Power", 2, MissingValue())};
+  Study study;
+  study.workbook.items.emplace_back(table);
+  EXPECT_TRUE(HasAnswer(study));
+  table.rows[3].values[0] = MissingValue();
+  study.workbook.items = {table};
+  EXPECT_FALSE(HasAnswer(study)) << "inputs are no answer";
+}
+
 TEST(Study, TheLastRowIsTheAnswer) {
   Study study = SampleStudy();
   EXPECT_TRUE(HasAnswer(study));

@@ -258,7 +258,8 @@ TEST(RangeText, WordsTheRangeAsTheMessageDoes) {
   EXPECT_EQ(RangeText(*TableOf(Family::T1).Find("Alpha")), "0.0001 <= Alpha <= 0.25");
   EXPECT_EQ(RangeText(*TableOf(Family::T1).Find("SampleSize")), "2 <= Sample Size (N) <= 150000");
   EXPECT_EQ(RangeText(*TableOf(Family::Z2R).Find("NStart")), "3 <= Start N <= 140001");
-  EXPECT_EQ(RangeText(*TableOf(Family::R2).Find("PopulationR2")), "0 <=  < 1");
+  EXPECT_EQ(RangeText(*TableOf(Family::R2).Find("PopulationR2")), "0 <= PopulationR2 < 1")
+      << "it has no label";
 }
 
 TEST(WithinRange, GoesByTheFormOfTheRange) {

@@ -1,0 +1,185 @@
+#include <set>
+
+#include "dialogs/FamilyDialogs.h"
+#include "dialogs/FamilyRun.h"
+#include "frame/FormatText.h"
+
+// The rows of the dialogs of all families held against the tables of fields and texts.
+namespace poweranalysis {
+namespace {
+
+class AllFamilies : public FamilyRun {};
+
+std::vector<const ResultsDialogTable*> AllResultsDialogs() {
+  std::vector<const ResultsDialogTable*> all;
+  for (const FamilyDialogs& dialogs :
+       {TTestDialogs(), AnovaDialogs(), VarianceDialogs(), CorrelationDialogs(),
+        ProportionDialogs(), SurvivalDialogs(), ModelFitDialogs()}) {
+    for (const ResultsDialogTable& table : dialogs.results) {
+      all.push_back(&table);
+    }
+  }
+  return all;
+}
+
+// Does what fills the slot fit the conversion?
+void ExpectSlotFits(const FamilyTable& family, const PlotSlot& slot, char conversion) {
+  if (conversion == 's') {
+    EXPECT_NE(slot.texts[0], text::None);
+    if (slot.field != nullptr) {
+      ASSERT_NE(family.Find(slot.field), nullptr) << slot.field;
+    }
+    return;
+  }
+  ASSERT_NE(slot.field, nullptr);
+  EXPECT_EQ(slot.texts[0], text::None) << slot.field;
+  if (std::string_view(slot.field) == EffectSlot) {
+    EXPECT_EQ(conversion, 'g');
+    return;
+  }
+  const Field* field = family.Find(slot.field);
+  ASSERT_NE(field, nullptr) << slot.field;
+  EXPECT_EQ(conversion, field->type == FieldType::Real ? 'g' : 'd') << slot.field;
+}
+
+void ExpectTextsFit(const FamilyTable& family, const PlotTexts& texts) {
+  std::size_t last = 0;
+  if (texts.byField != nullptr) {
+    const Field* field = family.Find(texts.byField);
+    ASSERT_NE(field, nullptr) << texts.byField;
+    last = field->keyed() ? static_cast<std::size_t>(field->upper) : 2;
+  }
+  for (std::size_t i = 0; i < texts.alternatives.size(); ++i) {
+    const PlotText& alternative = texts.alternatives[i];
+    if (alternative.id == text::None) {
+      // T2's fourth value and V2's third are within bounds, yet no plot comes to be drawn for them.
+      EXPECT_TRUE(i > last ||
+                  (texts.byField != nullptr && ((family.family == Family::T2 && i == 3) ||
+                                                (family.family == Family::V2 && i == 2))))
+          << text::None << " for " << i;
+      continue;
+    }
+    const std::string format = LoadText(alternative.id);
+    SCOPED_TRACE(format);
+    const std::string conversions = FormatSlots(format);
+    ASSERT_LE(conversions.size(), alternative.slots.size());
+    for (std::size_t slot = 0; slot < alternative.slots.size(); ++slot) {
+      if (slot < conversions.size()) {
+        ExpectSlotFits(family, alternative.slots[slot], conversions[slot]);
+      } else {
+        EXPECT_EQ(alternative.slots[slot].field, nullptr) << "a slot too many";
+        EXPECT_EQ(alternative.slots[slot].texts[0], text::None) << "a slot too many";
+      }
+    }
+  }
+}
+
+TEST_F(AllFamilies, HaveAResultsDialogForPowerAndOneForSize) {
+  std::set<std::pair<Family, int>> seen;
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    EXPECT_TRUE(seen.emplace(table->family, table->mode).second);
+  }
+  EXPECT_EQ(seen.size(), 36u);
+}
+
+TEST_F(AllFamilies, TextsOfPlotsFitWhatFillsThem) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    const FamilyTable& family = TableOf(table->family);
+    SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
+    for (const PlotRow& plot : table->plots) {
+      ExpectTextsFit(family, plot.title);
+      ExpectTextsFit(family, plot.xLabel);
+      ExpectTextsFit(family, plot.yLabel);
+      EXPECT_NE(plot.title.alternatives[0].id, text::None);
+      EXPECT_NE(plot.xLabel.alternatives[0].id, text::None);
+      EXPECT_NE(plot.yLabel.alternatives[0].id, text::None);
+    }
+    if (table->familyTitle.alternatives[0].id != text::None) {
+      ExpectTextsFit(family, table->familyTitle);
+    }
+  }
+}
+
+TEST_F(AllFamilies, AxesOfPlotsAreFieldsOfTheirPage) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    const FamilyTable& family = TableOf(table->family);
+    const std::set<std::string> page(table->fields.begin(), table->fields.end());
+    for (const PlotRow& plot : table->plots) {
+      for (const char* name : {plot.axis.start, plot.axis.end, plot.axis.intervals}) {
+        EXPECT_NE(family.Find(name), nullptr) << family.code << ' ' << name;
+        EXPECT_TRUE(page.count(name)) << family.code << ' ' << name;
+      }
+      EXPECT_EQ(plot.axis.whole, family.Find(plot.axis.start)->type != FieldType::Real)
+          << family.code << ' ' << plot.axis.start;
+    }
+  }
+}
+
+// Kinds by what is drawn: the clamps of a power chart are not those of a size chart.
+TEST_F(AllFamilies, PowerPlotsHavePowerKinds) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    for (const PlotRow& plot : table->plots) {
+      const bool power = plot.kind == PowerVsEffect || plot.kind >= PowerVsSize;
+      EXPECT_EQ(power, table->mode == ModePower) << TableOf(table->family).code;
+      EXPECT_LT(plot.kind, ClampedChartKinds);
+    }
+  }
+}
+
+TEST_F(AllFamilies, EveryButtonOfEveryResultsDialogDrawsForTheBuiltInValues) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    const FamilyTable& family = TableOf(table->family);
+    SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
+    OpenResults(table->mode, family.code);
+    std::set<int> captions;
+    for (const PlotRow& plot : table->plots) {
+      captions.insert(plot.caption);
+    }
+    const int first = table->mode == ModePower ? 203 : 603;
+    for (int i = 0; i < static_cast<int>(captions.size()); ++i) {
+      host_.TakeWorkbook();
+      EXPECT_EQ(host_.Press(first + i), 1) << first + i;
+      ASSERT_FALSE(Items<Chart>().empty());
+      for (const Chart& chart : Items<Chart>()) {
+        for (const std::string& title : chart.titles) {
+          EXPECT_FALSE(title.empty());
+          EXPECT_EQ(title.find("()"), std::string::npos) << title;
+        }
+        EXPECT_FALSE(chart.xLabel.empty());
+        EXPECT_FALSE(chart.yLabel.empty());
+        EXPECT_LE(chart.xLabel.size(), 60u);
+        EXPECT_LE(chart.yLabel.size(), 60u);
+      }
+    }
+    // No button more; the number after the last possible one is Change Params.
+    const int next = first + static_cast<int>(captions.size());
+    EXPECT_TRUE(next == 208 || form().Find(next) == nullptr) << next;
+    EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
+    Leave();
+  }
+}
+
+TEST_F(AllFamilies, CalculateSendsATableAndAReportForTheBuiltInValues) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    const FamilyTable& family = TableOf(table->family);
+    SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
+    host_.TakeWorkbook();
+    OpenResults(table->mode, family.code);
+    EXPECT_EQ(host_.Press(1), 1);
+    ASSERT_EQ(host_.workbook().items.size(), 2u);
+    EXPECT_EQ(LastTable().code, table->tableCode);
+    for (const std::string& paragraph : Paragraphs()) {
+      EXPECT_EQ(paragraph.find("-----"), std::string::npos) << paragraph;
+    }
+    for (const TableRow& row : LastTable().rows) {
+      const bool title = row.title.find("Effect") != std::string::npos &&
+                         row.title.find("Es") == std::string::npos && row.title != "Effect Df";
+      EXPECT_TRUE(!IsMissing(row.values[0]) || title || row.title.size() <= 1) << row.title;
+    }
+    EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
+    Leave();
+  }
+}
+
+}  // namespace
+}  // namespace poweranalysis
