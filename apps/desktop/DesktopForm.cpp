@@ -17,7 +17,10 @@
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
+#include "automation/SpecLookup.h"
 #include "desktop/Icons.h"
 #include "desktop/Mnemonics.h"
 #include "desktop/Strings.h"
@@ -31,20 +34,36 @@ constexpr int kEscapeControl = 2;  // Back or Cancel in every dialog
 
 QString Shown(std::string_view text) { return ToText(std::string(text)); }
 
-bool IsEdit(const ControlSpec& control) {
-  return control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit;
-}
+using ControlGroup = std::vector<ControlSpec>;
 
-// Neighbours of one group, in the order of the page.
-std::vector<std::vector<ControlSpec>> InGroups(const std::vector<ControlSpec>& controls) {
-  std::vector<std::vector<ControlSpec>> groups;
-  for (const ControlSpec& control : controls) {
-    if (groups.empty() || groups.back().front().group != control.group) {
-      groups.emplace_back();
+// Controls under one caption, in the order in which the page begins them. What has no caption goes
+// by itself.
+std::vector<ControlGroup> InGroups(const PageSpec& page) {
+  std::vector<ControlGroup> groups;
+  for (const ControlSpec& control : page.controls) {
+    const auto same = [&control](const ControlGroup& group) {
+      return group.front().group == control.group;
+    };
+    const auto begun =
+        control.group.empty() ? groups.end() : std::find_if(groups.begin(), groups.end(), same);
+    if (begun != groups.end()) {
+      begun->push_back(control);
+    } else if (groups.empty() || !same(groups.back())) {
+      groups.push_back({control});
+    } else {
+      groups.back().push_back(control);
     }
-    groups.back().push_back(control);
   }
   return groups;
+}
+
+// The controls of a page as they stand on it, which is also the order of the Tab key.
+std::vector<ControlSpec> Arranged(const PageSpec& page) {
+  std::vector<ControlSpec> controls;
+  for (const ControlGroup& group : InGroups(page)) {
+    controls.insert(controls.end(), group.begin(), group.end());
+  }
+  return controls;
 }
 
 std::vector<ControlSpec> AllControls(const DialogSpec& spec) {
@@ -64,6 +83,18 @@ std::vector<ControlSpec> OfKind(const PageSpec& page, ControlKind kind) {
     }
   }
   return found;
+}
+
+// A page may be taller than a small screen; it is never wider.
+QWidget* InScrollArea(QWidget* content) {
+  auto* scroll = new QScrollArea;
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setWidget(content);
+  scroll->setMinimumWidth(content->minimumSizeHint().width() + 24);
+  return scroll;
 }
 
 }  // namespace
@@ -92,21 +123,16 @@ void DesktopForm::AddDlgTabs(const DialogSpec& spec) {
   }
   QWidget* bar = BuildButtonBar(buttons);
   if (spec.pages.size() == 1) {
-    column->addWidget(BuildPage(spec.pages.front()), 1);
+    const PageSpec& page = spec.pages.front();
+    QWidget* content = BuildPage(page);
+    // Lists scroll by themselves.
+    column->addWidget(OfKind(page, ControlKind::List).empty() ? InScrollArea(content) : content, 1);
   } else {
     tabs_ = new QTabWidget;
     tabs_->setAccessibleName(tr("Pages of %1").arg(Shown(spec.title)));
     tabs_->setAccessibleDescription(tr("The fields, and the files that keep them"));
     for (const PageSpec& page : spec.pages) {
-      auto* scroll = new QScrollArea;
-      scroll->setWidgetResizable(true);
-      scroll->setFrameShape(QFrame::NoFrame);
-      scroll->setFocusPolicy(Qt::NoFocus);
-      scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-      QWidget* content = BuildPage(page);
-      scroll->setWidget(content);
-      scroll->setMinimumWidth(content->minimumSizeHint().width() + 24);
-      tabs_->addTab(scroll, Shown(page.caption));
+      tabs_->addTab(InScrollArea(BuildPage(page)), Shown(page.caption));
     }
     column->addWidget(tabs_, 1);
   }
@@ -154,7 +180,7 @@ QWidget* DesktopForm::BuildPage(const PageSpec& page) {
     column->addLayout(BuildLists(page), 1);
     return content;
   }
-  for (const std::vector<ControlSpec>& group : InGroups(page.controls)) {
+  for (const ControlGroup& group : InGroups(page)) {
     AddGroup(group, *column);
   }
   column->addStretch(1);
@@ -193,48 +219,48 @@ void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout&
     inner = new QVBoxLayout(box);
     column.addWidget(box);
   }
-  std::vector<ControlSpec> fields;
   std::vector<ControlSpec> buttons;
+  QFormLayout* form = nullptr;  // of the fields so far
   for (const ControlSpec& control : controls) {
-    if (IsEdit(control) || control.kind == ControlKind::StaticText) {
-      fields.push_back(control);
-    } else if (control.kind == ControlKind::Button) {
+    const bool toggle = control.kind == ControlKind::Radio || control.kind == ControlKind::CheckBox;
+    if (control.kind == ControlKind::Button) {
       buttons.push_back(control);
-    } else if (control.kind == ControlKind::Radio || control.kind == ControlKind::CheckBox) {
-      inner->addWidget(MakeToggle(control));
+    } else if (IsEdit(control) || control.kind == ControlKind::StaticText) {
+      form = form == nullptr ? AddForm(*inner) : form;
+      AddField(control, *form);
+    } else if (toggle && form != nullptr) {
+      form->addRow(MakeToggle(control));
     } else {
-      inner->addWidget(MakeHelpText(control));
+      inner->addWidget(toggle ? MakeToggle(control) : MakeHelpText(control));
     }
   }
-  AddFields(fields, *inner);
   AddButtons(buttons, *inner);
 }
 
-void DesktopForm::AddFields(const std::vector<ControlSpec>& fields, QBoxLayout& column) {
-  if (fields.empty()) {
-    return;
-  }
+QFormLayout* DesktopForm::AddForm(QBoxLayout& column) {
   auto* form = new QFormLayout;
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
   form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   form->setRowWrapPolicy(QFormLayout::DontWrapRows);
-  QLabel* label = nullptr;
-  for (const ControlSpec& field : fields) {
-    if (label == nullptr) {
-      label = new QLabel(Caption(field));
-    }
-    if (!IsEdit(field)) {
-      // A label that changes, of the edit behind it.
-      Describe(*label, field);
-      continue;
-    }
-    QLineEdit* line = MakeEdit(field);
-    label->setBuddy(line);
-    label->setToolTip(line->toolTip());
-    form->addRow(label, line);
-    label = nullptr;
-  }
   column.addLayout(form);
+  return form;
+}
+
+void DesktopForm::AddField(const ControlSpec& field, QFormLayout& form) {
+  QLabel* label = std::exchange(label_, nullptr);
+  if (label == nullptr) {
+    label = new QLabel(Caption(field));
+  }
+  if (!IsEdit(field)) {
+    // A label that changes, of the edit behind it.
+    Describe(*label, field);
+    label_ = label;
+    return;
+  }
+  QLineEdit* line = MakeEdit(field);
+  label->setBuddy(line);
+  label->setToolTip(line->toolTip());
+  form.addRow(label, line);
 }
 
 void DesktopForm::AddButtons(const std::vector<ControlSpec>& buttons, QBoxLayout& column) {
@@ -389,7 +415,7 @@ QLabel* DesktopForm::MakeHelpText(const ControlSpec& control) {
   return label;
 }
 
-// The order of the table: the fields of the pages, then the frame's buttons.
+// The fields of the pages as they stand there, then the frame's buttons.
 void DesktopForm::SetTabOrder() {
   QWidget* last = tabs_;
   const auto follow = [&](const std::vector<ControlSpec>& controls) {
@@ -404,14 +430,14 @@ void DesktopForm::SetTabOrder() {
     }
   };
   for (const PageSpec& page : spec().pages) {
-    follow(page.controls);
+    follow(Arranged(page));
   }
   follow(spec().frame);
 }
 
 void DesktopForm::FocusFirst() {
   for (const PageSpec& page : spec().pages) {
-    for (const ControlSpec& control : page.controls) {
+    for (const ControlSpec& control : Arranged(page)) {
       QWidget* widget = WidgetOf(control.number);
       if (widget != nullptr && (widget->focusPolicy() & Qt::TabFocus) != 0) {
         widget->setFocus(Qt::OtherFocusReason);
@@ -489,8 +515,10 @@ bool DesktopForm::event(QEvent* event) {
 
 QString DesktopForm::Fault(int control) const {
   const HeadlessForm::Control* held = model_.Find(control);
-  if (held == nullptr) {
-    return {};
+  const ControlSpec* unknown =
+      UnknownBox(spec(), [this](int radio) { return model_.IsDlgButtonChecked(radio); });
+  if (held == nullptr || (unknown != nullptr && unknown->number == control)) {
+    return {};  // what stands in the box of an unknown is an answer, and no input
   }
   double value = 0;
   if (model_.GetDlgItemDouble(control, value) != 0) {
@@ -580,6 +608,10 @@ void DesktopForm::CheckRadioButton(int first, int last, int checked) {
   model_.CheckRadioButton(first, last, checked);
   if (auto* radio = qobject_cast<QRadioButton*>(WidgetOf(checked))) {
     radio->setChecked(true);
+  }
+  // Another box may have become that of the unknown.
+  for (auto edit = edits_.constBegin(); edit != edits_.constEnd(); ++edit) {
+    Mark(edit.key());
   }
 }
 

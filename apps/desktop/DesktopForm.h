@@ -11,6 +11,7 @@
 class QAbstractButton;
 class QBoxLayout;
 class QButtonGroup;
+class QFormLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -86,7 +87,8 @@ class DesktopForm : public QWidget, public Form {
   QLayout* BuildLists(const PageSpec& page);
   void AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout& column);
   void AddButtons(const std::vector<ControlSpec>& buttons, QBoxLayout& column);
-  void AddFields(const std::vector<ControlSpec>& fields, QBoxLayout& column);
+  QFormLayout* AddForm(QBoxLayout& column);
+  void AddField(const ControlSpec& field, QFormLayout& form);
   QWidget* BuildButtonBar(const std::vector<ControlSpec>& controls);
   QWidget* BuildSummary(const ControlSpec& control);
   QPushButton* MakeButton(const ControlSpec& control);
@@ -109,6 +111,7 @@ class DesktopForm : public QWidget, public Form {
   QHash<int, Edit> edits_;
   QHash<QString, QButtonGroup*> radios_;
   QTabWidget* tabs_ = nullptr;
+  QLabel* label_ = nullptr;       // waits for the edit behind it
   QHash<int, QString> captions_;  // with their mnemonics
 };
 

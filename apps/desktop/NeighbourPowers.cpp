@@ -47,7 +47,10 @@ class PowerRun {
   std::vector<ControlSpec> Controls() const { return ControlsOf(host_); }
 
   void Put(const ControlSpec& control, double value) {
-    if (control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit) {
+    if (control.kind == ControlKind::CheckBox) {
+      host_.form()->CheckDlgButton(control.number, value != 0);
+      host_.Press(control.number);
+    } else if (control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit) {
       host_.Type(control.number, FormatShortest(value));
     } else if (control.kind == ControlKind::Radio && control.value == value) {
       host_.Press(control.number);
@@ -133,6 +136,29 @@ FieldValues CommittedValues(const FamilyTable& table) {
   return values;
 }
 
+// What the required size is called: the sizes of some tests are degrees of freedom.
+QString NameOfSize(int row) {
+  const std::vector<ControlSpec> controls = PowerRun(ModePower, row).Controls();
+  const bool isDf = std::any_of(controls.begin(), controls.end(), [](const ControlSpec& control) {
+    return control.name == "DegreesOfFreedom" || control.name == "Df1";
+  });
+  const bool isN = std::any_of(controls.begin(), controls.end(), [](const ControlSpec& control) {
+    return control.name.rfind("SampleSize", 0) == 0;
+  });
+  return isDf && !isN ? QStringLiteral("Df") : QStringLiteral("N");
+}
+
+// Of a table in sections, the title of the last: the note belongs to its size.
+QString LastSection(const SummaryTable& table) {
+  for (auto row = table.rows.rbegin(); row != table.rows.rend(); ++row) {
+    const bool isTitle = std::all_of(row->values.begin(), row->values.end(), IsMissing);
+    if (isTitle && !row->title.empty()) {
+      return QObject::tr(" (%1)").arg(ToText(row->title));
+    }
+  }
+  return {};
+}
+
 bool Holds(const SummaryTable& table, double value) {
   return std::any_of(table.rows.begin(), table.rows.end(), [value](const TableRow& row) {
     return std::find(row.values.begin(), row.values.end(), value) != row.values.end();
@@ -154,9 +180,11 @@ std::vector<QString> NeighbourNote(int row, const SummaryTable& table, int digit
   }
   const FieldValues values = CommittedValues(*family);
   std::optional<double> powers[3];
+  QString name;
   // The state of an analysis belongs to its thread: the runs have one of their own.
   std::thread runs([&] {
     powers[1] = PowerAt(row, size, values);
+    name = NameOfSize(row);
     if (powers[1] && Holds(table, *powers[1])) {
       powers[0] = PowerAt(row, size - 1, values);
       powers[2] = PowerAt(row, size + 1, values);
@@ -169,9 +197,10 @@ std::vector<QString> NeighbourNote(int row, const SummaryTable& table, int digit
   std::vector<QString> note;
   for (int i = 0; i < 3; ++i) {
     const std::optional<double>& power = powers[i];
-    constexpr const char* kNames[] = {"N \u2212 1", "N", "N + 1"};
-    note.push_back(QObject::tr("Power at %1 = %2: %3")
-                       .arg(QString::fromUtf8(kNames[i]), ToText(FormatCell(size + i - 1)),
+    constexpr const char* kNeighbours[] = {" \u2212 1", "", " + 1"};
+    note.push_back(QObject::tr("Power at %1 = %2%3: %4")
+                       .arg(name + QString::fromUtf8(kNeighbours[i]),
+                            ToText(FormatCell(size + i - 1)), LastSection(table),
                             power ? ToText(FormatCell(*power, digits)) : QObject::tr("none")));
   }
   return note;

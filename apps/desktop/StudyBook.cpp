@@ -1,5 +1,7 @@
 #include "desktop/StudyBook.h"
 
+#include <QMap>
+
 #include "desktop/Strings.h"
 
 namespace poweranalysis {
@@ -8,15 +10,26 @@ namespace {
 
 // "power-vs-n" as "Power vs. N".
 QString ChartName(const std::string& name) {
+  const QMap<QString, QString> special = {{QStringLiteral("vs"), QStringLiteral("vs.")},
+                                          {QStringLiteral("p2"), QStringLiteral("P\u00b2")},
+                                          {QStringLiteral("rmsse"), QStringLiteral("RMSSE")},
+                                          {QStringLiteral("rmsea"), QStringLiteral("RMSEA")}};
   QStringList words = ToText(name).split(QLatin1Char('-'));
   for (QString& word : words) {
-    if (word == QLatin1String("vs")) {
-      word += QLatin1Char('.');
+    if (special.contains(word)) {
+      word = special[word];
     } else if (!word.isEmpty()) {
       word[0] = word[0].toUpper();
     }
   }
   return words.join(QLatin1Char(' '));
+}
+
+// A plot that is drawn for each of several effects has one name for all: its title tells which.
+QString EffectOf(const Chart& chart) {
+  const QString title = ToText(chart.titles.back());
+  return title.contains(QLatin1String("Effect")) ? title.section(QLatin1String(" ("), 0, 0)
+                                                 : QString();
 }
 
 }  // namespace
@@ -29,7 +42,10 @@ QString NameOf(const WorkbookItem& item) {
     return QObject::tr("Report");
   }
   const Chart& chart = std::get<Chart>(item);
-  return chart.name.empty() ? QObject::tr("Chart") : ChartName(chart.name);
+  const QString effect = EffectOf(chart);
+  return chart.name.empty() ? QObject::tr("Chart")
+         : effect.isEmpty() ? ChartName(chart.name)
+                            : effect;
 }
 
 void StudyBook::SetChanged() {

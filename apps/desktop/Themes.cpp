@@ -26,6 +26,7 @@ constexpr Colours kDark = {"#23272e", "#1b1e24", "#262b33", "#e8eaed", "#323842"
                            "#2f6fb5", "#ffffff", "#8ab8f0", "#8d96a3"};
 
 constexpr const char* kDarkField = "#3d4552";
+constexpr const char* kDarkMark = "#667085";  // small, and 3 : 1 against the window
 
 QPalette PaletteOf(const Colours& colours) {
   QPalette palette(QColor(colours.button), QColor(colours.window));
@@ -56,13 +57,18 @@ QPalette DarkPalette() { return PaletteOf(kDark); }
 void UsePalette(const QPalette& palette) {
   QApplication::setPalette(palette);
   QPalette field = palette;
+  QPalette mark = palette;
   if (IsDark(palette)) {
     // The style draws outlines darker than the window: on a dark one only a lighter ground shows
     // where a field or a button is.
     field.setColor(QPalette::Base, QColor(kDarkField));
+    mark.setColor(QPalette::Base, QColor(kDarkMark));
   }
-  for (const char* kind : {"QLineEdit", "QRadioButton", "QCheckBox", "QSpinBox"}) {
+  for (const char* kind : {"QLineEdit", "QSpinBox"}) {
     QApplication::setPalette(field, kind);
+  }
+  for (const char* kind : {"QRadioButton", "QCheckBox"}) {
+    QApplication::setPalette(mark, kind);
   }
 }
 

@@ -1,4 +1,4 @@
-"""Power and required size by one call."""
+"""Power, required size and the probability calculators by one call."""
 
 from __future__ import annotations
 
@@ -43,7 +43,7 @@ def power(
 
     Raises Refused when the system refuses; TypeError for an unknown name, with the nearest one;
     ValueError for a text that is neither a number nor a choice; RuntimeError for a file that
-    cannot be read or written, and for a family that has no dialogs yet.
+    cannot be read or written.
     """
     return _run("power", family, charts, settings, save_settings, save_defaults, config, fields)
 
@@ -61,6 +61,40 @@ def size(
 ) -> Result:
     """The sample size that a power goal requires. Arguments and errors as of `power`."""
     return _run("size", family, charts, settings, save_settings, save_defaults, config, fields)
+
+
+def calculators() -> list[tuple[str, str, list[str]]]:
+    """Name and title of each probability calculator, and the names of its unknowns."""
+    return _core.calculators()
+
+
+def calc(
+    calculator: str,
+    /,
+    *,
+    unknown: str = "p",
+    one_minus_p: bool = False,
+    config: _Path | None = None,
+    **fields: _Value,
+) -> Result:
+    """One of the six probability calculators: P(statistic <= value) = p, solved for one number.
+
+    `calculator` is "t", "f", "chi-square", "r-square", "correlation" or "binomial", and `unknown`
+    one of its three numbers, by its short name ("t", "p", "delta") or its field's. Each further
+    argument is a number of the calculator by its short name or its field's (df, p, delta, n,
+    DegreesOfFreedom); one that is left out has its default value. With `one_minus_p` the p that is
+    given or computed is the probability of a larger value. config: the folder of the defaults, in
+    place of the user's own.
+
+    The value is the answer. Raises Refused when the system refuses, when there is no such value
+    (what comes nearest is in `result`) and when none could be computed; TypeError for an unknown
+    name, with the nearest one, and for a value given to the unknown; ValueError for a text that is
+    neither a number nor a choice.
+    """
+    study = _core.calculate(
+        calculator, list(fields.items()), unknown, bool(one_minus_p), _path(config)
+    )
+    return _result(study, "calc")
 
 
 def _path(path: _Path | None) -> str | None:
@@ -87,6 +121,10 @@ def _run(
         bool(save_defaults),
         _path(config),
     )
+    return _result(study, mode)
+
+
+def _result(study: _core.Study, mode: str) -> Result:
     for note in study.notes:
         _warn(note)
     result = Result(study, mode)
@@ -98,7 +136,7 @@ def _run(
 def _warn(note: str) -> None:
     from warnings import warn
 
-    warn(note, stacklevel=4)
+    warn(note, stacklevel=5)
 
 
 def _refuse(study: _core.Study, result: Result) -> None:
@@ -107,4 +145,6 @@ def _refuse(study: _core.Study, result: Result) -> None:
         # What comes after the first is mostly its consequence.
         first = messages[0]
         raise Refused(first.text, first.id, messages, result)
+    if result.to_dict()["mode"] == "calc":
+        raise Refused("; ".join(study.errors), result=result)
     raise RuntimeError("; ".join(study.errors))

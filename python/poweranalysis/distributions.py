@@ -2,7 +2,7 @@
 
 Every function takes numbers or arrays that broadcast together; numbers give a number. Arguments
 may be named. What a function reports beside its value follows it in a named tuple that begins with
-`result`. A computation that fails gives NumericFailure, -9999.0, in place of the value: compare
+`result`; a function of several values gives them as a named tuple. A computation that fails gives NumericFailure, -9999.0, in place of the value: compare
 with it. Degrees of freedom, forms and kinds are whole numbers; a fraction raises ValueError. The
 interpreter goes on with other threads meanwhile.
 """
@@ -28,17 +28,18 @@ Source: Piessens, R., de Doncker-Kapenga, E., Ueberhuber, C. W. and Kahaner, D. 
 
 
 def _result_type(name, results):
-    kind = _namedtuple(name + "Result", ["result", *results])
+    kind = _namedtuple(name + "Result", results)
     kind.__module__ = __name__
     kind.__doc__ = f"What {name} gives."
     return kind
 
 
 def _make(index, row):
-    name, arguments, _whole, results, _is_test, doc = row
+    name, arguments, _whole, results, value, doc = row
     space = {"_call": _core.call_function, "_tuple": None, "__name__": __name__}
     if results:
-        space["_tuple"] = globals()[name + "Result"] = _result_type(name, results)
+        fields = results if value == "none" else ["result", *results]
+        space["_tuple"] = globals()[name + "Result"] = _result_type(name, fields)
     signature = ", ".join(arguments)
     exec(f"def {name}({signature}):\n    return _call({index}, _tuple, {signature})\n", space)
     function = space[name]
@@ -54,7 +55,9 @@ def _make_all():
     return names
 
 
-AdaptiveIntegrateResult = _result_type("AdaptiveIntegrate", ["abserr", "neval", "ier"])
+AdaptiveIntegrateResult = _result_type(
+    "AdaptiveIntegrate", ["result", "abserr", "neval", "ier"]
+)
 
 
 def AdaptiveIntegrate(f, lower, upper, epsabs, epsrel):

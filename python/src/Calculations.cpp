@@ -10,6 +10,7 @@
 #include "Bindings.h"
 #include "PythonHost.h"
 #include "StudyObject.h"
+#include "cli/Calc.h"
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
 #include "cli/Run.h"
@@ -39,9 +40,13 @@ std::string Plain(const std::string& name) {
   return plain;
 }
 
+bool IsName(const std::string& keyword, const std::string& name) {
+  return Plain(keyword) == Plain(name);
+}
+
 bool Names(const std::string& keyword, const Field& field) {
   const std::string alias = OptionAlias(field.name);
-  return Plain(keyword) == Plain(field.name) || (!alias.empty() && Plain(keyword) == Plain(alias));
+  return IsName(keyword, field.name) || (!alias.empty() && IsName(keyword, alias));
 }
 
 const Field& FieldOfKeyword(const FamilyTable& family, const std::string& keyword) {
@@ -56,20 +61,38 @@ const Field& FieldOfKeyword(const FamilyTable& family, const std::string& keywor
                        "; the nearest is '" + Nearest(keyword, names) + "'");
 }
 
-int RowOfFamily(const std::string& name) {
-  const int row = FindTask(ModePower, name);
+// A number of a calculator goes by its field's name and by the letter that formulas use.
+const Field& FieldOfCalculator(const CalculatorTable& calculator, const std::string& keyword) {
+  std::vector<std::string> names;
+  for (const char* shown : calculator.fields) {
+    const Field& field = *TableOf(calculator.family).Find(shown);
+    const std::vector<std::string> shorter = ShorterOptions(calculator, field);
+    const auto same = [&keyword](const std::string& name) { return IsName(keyword, name); };
+    if (Names(keyword, field) || std::any_of(shorter.begin(), shorter.end(), same)) {
+      return field;
+    }
+    names.emplace_back(field.name);
+    names.insert(names.end(), shorter.begin(), shorter.end());
+  }
+  throw py::type_error("there is no argument '" + keyword +
+                       "' for this calculator; the nearest is '" + Nearest(keyword, names) + "'");
+}
+
+// `what` is a row of the mode's list: "family" or "calculator".
+int RowOfTask(int mode, const std::string& name, const char* what) {
+  const int row = FindTask(mode, name);
   if (row >= 0) {
     return row;
   }
   std::vector<std::string> names;
-  for (const TaskRow& task : Tasks(ModePower)) {
-    if (Plain(task.readableName) == Plain(name)) {
-      return FindTask(ModePower, task.readableName);
+  for (const TaskRow& task : Tasks(mode)) {
+    if (IsName(task.readableName, name)) {
+      return FindTask(mode, task.readableName);
     }
     names.emplace_back(task.family);
     names.emplace_back(task.readableName);
   }
-  throw py::type_error("there is no family '" + name + "'; the nearest is '" +
+  throw py::type_error(std::string("there is no ") + what + " '" + name + "'; the nearest is '" +
                        Nearest(name, names) + "'");
 }
 
@@ -89,10 +112,12 @@ std::string TextOf(const std::string& keyword, const py::object& value) {
   return FormatShortest(number);
 }
 
-std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given) {
+// `find` tells the field of a keyword.
+template <class Find>
+std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given, Find find) {
   std::vector<FieldValue> values;
   for (const auto& [keyword, value] : given) {
-    const Field& field = FieldOfKeyword(family, keyword);
+    const Field& field = find(keyword);
     const auto same = [&field](const FieldValue& other) { return other.field == &field; };
     if (std::any_of(values.begin(), values.end(), same)) {
       throw py::type_error(keyword + ": " + field.name + " was given twice");
@@ -108,9 +133,10 @@ std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given)
   return values;
 }
 
+// Wrong use in the words of a program instead of those of the command line.
 std::string WithoutOption(const std::string& error) {
-  const std::string option = "--chart: ";
-  return error.rfind(option, 0) == 0 ? error.substr(option.size()) : error;
+  const std::size_t end = error.find(": ");
+  return error.rfind("--", 0) == 0 && end != std::string::npos ? error.substr(end + 2) : error;
 }
 
 struct Files {
@@ -127,9 +153,12 @@ RunRequest RequestOf(int mode,
                      const Files& files) {
   RunRequest request;
   request.mode = mode;
-  request.row = RowOfFamily(family);
-  request.family = FindFamily(Tasks(mode)[static_cast<std::size_t>(request.row)].family);
-  request.values = ValuesOf(*request.family, given);
+  request.row = RowOfTask(mode, family, "family");
+  request.family = &FamilyOfTask(mode, request.row);
+  request.values =
+      ValuesOf(*request.family, given, [&request](const std::string& keyword) -> const Field& {
+        return FieldOfKeyword(*request.family, keyword);
+      });
   for (const std::string& chart : charts) {
     request.charts.push_back({LowerCase(chart), {}});
   }
@@ -140,11 +169,48 @@ RunRequest RequestOf(int mode,
   return request;
 }
 
+RunRequest CalculatorRequest(const std::string& name,
+                             const Values& given,
+                             const std::string& unknown,
+                             bool oneMinusP,
+                             const std::optional<std::string>& config) {
+  RunRequest request;
+  request.mode = ModeDistribution;
+  request.row = RowOfTask(request.mode, name, "calculator");
+  request.family = &FamilyOfTask(request.mode, request.row);
+  const CalculatorTable& calculator =
+      *FindCalculator(Tasks(request.mode)[static_cast<std::size_t>(request.row)].family);
+  request.unknown = FindUnknown(calculator, unknown);
+  request.oneMinusP = oneMinusP;
+  request.values =
+      ValuesOf(*request.family, given, [&calculator](const std::string& keyword) -> const Field& {
+        return FieldOfCalculator(calculator, keyword);
+      });
+  const CalculatorUnknown& solved = calculator.unknowns[*request.unknown];
+  for (const FieldValue& value : request.values) {
+    if (value.field->name == std::string_view(solved.field)) {
+      throw py::type_error(std::string(solved.name) +
+                           " is the unknown; choose another by unknown=, " + "from " +
+                           UnknownNames(calculator));
+    }
+  }
+  request.configFolder = config.value_or(UserConfigFolder("poweranalysis"));
+  return request;
+}
+
 RunOutcome RunWithoutLock(const RunRequest& request) {
   const py::gil_scoped_release release;
   const ModuleStateScope own;
   PythonHost host;
   return RunTask(request, host);
+}
+
+StudyObject StudyOf(const RunRequest& request) {
+  RunOutcome outcome = RunWithoutLock(request);
+  if (PyErr_Occurred() != nullptr) {
+    throw py::error_already_set();
+  }
+  return {std::move(outcome.study), std::move(outcome.errors), std::move(outcome.notes)};
 }
 
 StudyObject Run(int mode,
@@ -158,11 +224,19 @@ StudyObject Run(int mode,
   const RunRequest request =
       RequestOf(mode, family, given, charts, {settings, saveSettings, saveDefaults, config});
   try {
-    RunOutcome outcome = RunWithoutLock(request);
-    if (PyErr_Occurred() != nullptr) {
-      throw py::error_already_set();
-    }
-    return {std::move(outcome.study), std::move(outcome.errors), std::move(outcome.notes)};
+    return StudyOf(request);
+  } catch (const UsageError& error) {
+    throw py::type_error(WithoutOption(error.what()));
+  }
+}
+
+StudyObject Calculate(const std::string& calculator,
+                      const Values& given,
+                      const std::string& unknown,
+                      bool oneMinusP,
+                      const std::optional<std::string>& config) {
+  try {
+    return StudyOf(CalculatorRequest(calculator, given, unknown, oneMinusP, config));
   } catch (const UsageError& error) {
     throw py::type_error(WithoutOption(error.what()));
   }
@@ -176,6 +250,19 @@ py::list ListFamilies() {
     families.append(py::make_tuple(task.family, task.readableName, LoadText(task.name)));
   }
   return families;
+}
+
+// (readable name, title, names of the unknowns) of each calculator.
+py::list ListCalculators() {
+  py::list calculators;
+  for (const TaskRow& task : Tasks(ModeDistribution)) {
+    py::list unknowns;
+    for (const CalculatorUnknown& unknown : FindCalculator(task.family)->unknowns) {
+      unknowns.append(unknown.name);
+    }
+    calculators.append(py::make_tuple(task.readableName, LoadText(task.name), unknowns));
+  }
+  return calculators;
 }
 
 // --- A study.
@@ -225,7 +312,9 @@ StudyObject StudyOf(WorkbookItem item) {
 
 void BindCalculations(py::module_& module) {
   module.def("run", Run);
+  module.def("calculate", Calculate);
   module.def("families", ListFamilies);
+  module.def("calculators", ListCalculators);
   module.def("user_config_folder", [] { return UserConfigFolder("poweranalysis"); });
   py::class_<StudyObject>(module, "Study")
       .def_property_readonly("status", [](const StudyObject& self) { return self.study.status; })

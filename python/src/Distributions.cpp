@@ -1,6 +1,7 @@
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -15,9 +16,15 @@
 #include "PythonHost.h"
 #include "distributions/AdaptiveIntegrate.h"
 #include "distributions/Beta.h"
+#include "distributions/Binomial.h"
 #include "distributions/Common.h"
+#include "distributions/Correlation.h"
+#include "distributions/MultipleR2.h"
+#include "distributions/NoncentralChiSquare.h"
+#include "distributions/NoncentralF.h"
 #include "distributions/NoncentralT.h"
 #include "distributions/Normal.h"
+#include "distributions/SearchObserver.h"
 #include "distributions/SolveParameter.h"
 #include "procedures/TTests.h"
 
@@ -30,7 +37,7 @@ namespace py = pybind11;
 namespace {
 
 constexpr std::size_t kMostArguments = 8;
-constexpr std::size_t kMostResults = 2;
+constexpr std::size_t kMostResults = 7;
 
 // --- What a function takes and gives, read off its type.
 
@@ -41,9 +48,16 @@ struct ArgumentType {
   double upper = 0;
 };
 
+// What a function reports beside its value, in its own type: a word or a number.
+struct Report {
+  int word = 0;
+  double number = 0;
+};
+
 struct Call {
   const double* arguments;
-  std::array<int, kMostResults> results{};
+  SearchObserver* observer;
+  std::array<Report, kMostResults> results{};
   std::size_t next = 0;
   std::size_t nextResult = 0;
 };
@@ -65,9 +79,22 @@ struct Taken<T> {
 };
 template <>
 struct Taken<int&> {
-  explicit Taken(Call& call) : value(&call.results[call.nextResult++]) {}
+  explicit Taken(Call& call) : value(&call.results[call.nextResult++].word) {}
   operator int&() const { return *value; }
   int* value;
+};
+template <>
+struct Taken<double&> {
+  explicit Taken(Call& call) : value(&call.results[call.nextResult++].number) {}
+  operator double&() const { return *value; }
+  double* value;
+};
+// Whoever watches the call takes no argument.
+template <>
+struct Taken<SearchObserver&> {
+  explicit Taken(Call& call) : value(call.observer) {}
+  operator SearchObserver&() const { return *value; }
+  SearchObserver* value;
 };
 
 template <class T>
@@ -82,11 +109,29 @@ constexpr ArgumentType TypeOf() {
   }
 }
 
+// The types of what a function takes, and whether what it reports beside its value are words.
+struct Signature {
+  std::vector<ArgumentType> arguments;
+  std::vector<bool> words;
+};
+
 template <class T>
-void AddType(std::vector<ArgumentType>& types) {
-  if constexpr (!std::is_same_v<T, int&>) {
-    types.push_back(TypeOf<T>());
+void AddType(Signature& signature) {
+  if constexpr (std::is_same_v<T, int&> || std::is_same_v<T, double&>) {
+    signature.words.push_back(std::is_same_v<T, int&>);
+  } else if constexpr (!std::is_same_v<T, SearchObserver&>) {
+    signature.arguments.push_back(TypeOf<T>());
   }
+}
+
+// What a function gives as its value.
+enum class ValueKind { Number, Truth, None };
+
+template <class R>
+constexpr ValueKind KindOf() {
+  return std::is_void_v<R>         ? ValueKind::None
+         : std::is_same_v<R, bool> ? ValueKind::Truth
+                                   : ValueKind::Number;
 }
 
 using Evaluate = double (*)(Call& call);
@@ -100,16 +145,21 @@ struct Adapter<Function> {
     std::tuple<Taken<A>...> taken{Taken<A>(call)...};
     return std::apply(
         [](const Taken<A>&... arguments) {
-          return static_cast<double>(Function(static_cast<A>(arguments)...));
+          if constexpr (std::is_void_v<R>) {
+            Function(static_cast<A>(arguments)...);
+            return 0.0;
+          } else {
+            return static_cast<double>(Function(static_cast<A>(arguments)...));
+          }
         },
         taken);
   }
-  static std::vector<ArgumentType> Types() {
-    std::vector<ArgumentType> types;
-    (AddType<A>(types), ...);
-    return types;
+  static Signature Types() {
+    Signature signature;
+    (AddType<A>(signature), ...);
+    return signature;
   }
-  static constexpr bool kIsTest = std::is_same_v<R, bool>;
+  static constexpr ValueKind kKind = KindOf<R>();
 };
 
 // --- Declarations, as the headers have them.
@@ -156,6 +206,26 @@ template <int Index>
 bool DfAt(const double* arguments) {
   return arguments[Index] >= 1;
 }
+template <int Index>
+bool PairsAt(const double* arguments) {
+  return arguments[Index] >= 2;
+}
+// A correlation other than -1 and 1, or no number.
+template <int Index>
+bool InsideAt(const double* arguments) {
+  return !(std::fabs(arguments[Index]) >= 1);
+}
+bool IntegrandDomain(const double* arguments) {
+  const double u = arguments[0];
+  return !(u <= 0) && !(u >= 1) && InsideAt<1>(arguments) && InsideAt<2>(arguments) &&
+         arguments[3] >= 3;
+}
+bool DensityDomain(const double* arguments) {
+  return InsideAt<0>(arguments) && InsideAt<1>(arguments) && arguments[2] >= 3;
+}
+bool CountDomain(const double* arguments) {
+  return !(arguments[0] < 0) && !(arguments[0] > 1) && !(arguments[1] < 1);
+}
 bool PositiveX(const double* arguments) { return !(arguments[0] <= 0); }
 bool PositiveShapesBehindX(const double* arguments) {
   return !(arguments[1] <= 0) && !(arguments[2] <= 0);
@@ -170,17 +240,62 @@ double PowerWithoutWindow(double crit, std::int32_t df, double delta, std::int16
   return TTestPower(nullptr, crit, df, delta, form);
 }
 
+// The fields of the struct that the header declares, one by one.
+void RoundedCount(double proportion, double n, double& count, double& rounded) {
+  const CountedProportion counted = RoundProportionToCount(proportion, n);
+  count = counted.count;
+  rounded = counted.proportion;
+}
+
+// Of several functions of one name, the one of these types; the ones that can be cancelled where
+// there are such.
+using BetaFunction = double (*)(double, double, double, int&);
+using FractionFunction = double (*)(double, double, double);
+using ParameterSearch =
+    double (*)(double, std::int32_t, double, double, int&, int&, SearchKind, std::int32_t);
+using RhoSearch = double (*)(std::int32_t, double, double, int&, std::int16_t, SearchObserver&);
+using SeriesFunction =
+    double (*)(double, double, std::int32_t, std::int32_t, int&, SearchObserver&);
+using R2Function =
+    double (*)(double, std::int32_t, std::int32_t, double, std::int16_t, int&, SearchObserver&);
+using R2Inverse =
+    double (*)(double, std::int32_t, std::int32_t, double, int&, std::int16_t, SearchObserver&);
+using R2Critical = double (*)(std::int32_t,
+                              std::int32_t,
+                              double,
+                              double,
+                              std::int16_t,
+                              std::int16_t,
+                              int&,
+                              std::int16_t,
+                              SearchObserver&);
+using R2Search = double (*)(
+    double, std::int32_t, std::int32_t, double, double, int&, std::int16_t, SearchObserver&);
+using R2Limits = void (*)(std::int32_t,
+                          double,
+                          std::int32_t,
+                          double,
+                          double&,
+                          double&,
+                          double&,
+                          int&,
+                          int&,
+                          int&,
+                          std::int16_t,
+                          double&,
+                          SearchObserver&);
+
 struct Row {
   const char* name;
   Evaluate evaluate;
-  std::vector<ArgumentType> (*types)();
-  bool isTest;
+  Signature (*types)();
+  ValueKind kind;
   Domain domain;
 };
 
 template <auto Function>
 constexpr Row RowOf(const char* name, Domain domain = nullptr) {
-  return {name, Adapter<Function>::Evaluate, Adapter<Function>::Types, Adapter<Function>::kIsTest,
+  return {name, Adapter<Function>::Evaluate, Adapter<Function>::Types, Adapter<Function>::kKind,
           domain};
 }
 
@@ -189,16 +304,44 @@ constexpr Row kRows[] = {
     RowOf<NormalCdf>("NormalCdf"),
     RowOf<NormalQuantile>("NormalQuantile"),
     RowOf<LogGamma>("LogGamma", PositiveX),
-    RowOf<BetaCdf>("BetaCdf", PositiveShapesBehindX),
-    RowOf<BetaContinuedFraction>("BetaContinuedFraction", PositiveShapesBeforeX),
+    RowOf<BetaFunction{BetaCdf}>("BetaCdf", PositiveShapesBehindX),
+    RowOf<FractionFunction{BetaContinuedFraction}>("BetaContinuedFraction", PositiveShapesBeforeX),
     RowOf<AlmostEqual>("AlmostEqual"),
-    RowOf<SolveParameter>("SolveParameter", DfAt<1>),
+    RowOf<ParameterSearch{SolveParameter}>("SolveParameter", DfAt<1>),
     RowOf<SolveResidual>("SolveResidual", DfAt<2>),
     RowOf<NoncentralTCdf>("NoncentralTCdf", DfAt<1>),
     RowOf<OwenTIntegrand>("OwenTIntegrand"),
     RowOf<NoncentralTDeltaStart>("NoncentralTDeltaStart", DfAt<1>),
     RowOf<NoncentralTQuantile>("NoncentralTQuantile", DfAt<1>),
     RowOf<CentralTQuantile>("CentralTQuantile", DfAt<0>),
+    RowOf<NoncentralBetaCdf>("NoncentralBetaCdf"),
+    RowOf<NoncentralFCdf>("NoncentralFCdf"),
+    RowOf<NoncentralFCdfInt>("NoncentralFCdfInt"),
+    RowOf<CentralFQuantile>("CentralFQuantile"),
+    RowOf<NoncentralFQuantile>("NoncentralFQuantile"),
+    RowOf<NoncentralFDelta>("NoncentralFDelta"),
+    RowOf<NoncentralChiSquareCdf>("NoncentralChiSquareCdf"),
+    RowOf<NoncentralChiSquareQuantile>("NoncentralChiSquareQuantile"),
+    RowOf<NoncentralChiSquareDelta>("NoncentralChiSquareDelta"),
+    RowOf<FisherZBias>("FisherZBias", PairsAt<1>),
+    RowOf<FisherZSecondMoment>("FisherZSecondMoment", PairsAt<1>),
+    RowOf<CorrelationIntegrand>("CorrelationIntegrand", IntegrandDomain),
+    RowOf<CorrelationDensity>("CorrelationDensity", DensityDomain),
+    RowOf<CorrelationCdf>("CorrelationCdf"),
+    RowOf<CorrelationQuantileStart>("CorrelationQuantileStart"),
+    RowOf<CorrelationQuantile>("CorrelationQuantile"),
+    RowOf<RhoSearch{CorrelationRhoForP}>("CorrelationRhoForP"),
+    RowOf<SeriesFunction{MultipleR2CdfExact}>("MultipleR2CdfExact"),
+    RowOf<MultipleR2CdfLee>("MultipleR2CdfLee"),
+    RowOf<R2Function{MultipleR2Cdf}>("MultipleR2Cdf"),
+    RowOf<R2Inverse{MultipleR2Quantile}>("MultipleR2Quantile"),
+    RowOf<R2Critical{MultipleR2CriticalValue}>("MultipleR2CriticalValue"),
+    RowOf<R2Search{MultipleR2RhoForP}>("MultipleR2RhoForP"),
+    RowOf<R2Limits{MultipleR2Interval}>("MultipleR2Interval"),
+    RowOf<BinomialCdf>("BinomialCdf"),
+    RowOf<BinomialQuantile>("BinomialQuantile"),
+    RowOf<BinomialProportionForP>("BinomialProportionForP"),
+    RowOf<RoundedCount>("RoundProportionToCount", CountDomain),
     RowOf<OneMeanEffect>("OneMeanEffect"),
     RowOf<TwoMeansEffect>("TwoMeansEffect"),
     RowOf<PairedSigmaDiff>("PairedSigmaDiff"),
@@ -213,16 +356,21 @@ struct Function {
   std::vector<ArgumentType> types;
   std::vector<std::string> arguments;
   std::vector<std::string> results;
+  std::vector<bool> words;  // whether the results are
   const char* doc;
+
+  bool IsFailureWord(std::size_t result) const {
+    return words[result] && (results[result] == "failure" || results[result] == "flag");
+  }
 };
 
 std::vector<Function> MakeFunctions() {
   std::vector<Function> functions;
   for (const Row& row : kRows) {
-    std::vector<ArgumentType> types = row.types();
-    const Declaration& declaration = DeclarationOf(row.name, types.size());
-    functions.push_back({&row, std::move(types), Words(declaration.arguments),
-                         Words(declaration.results), declaration.doc});
+    Signature signature = row.types();
+    const Declaration& declaration = DeclarationOf(row.name, signature.arguments.size());
+    functions.push_back({&row, std::move(signature.arguments), Words(declaration.arguments),
+                         Words(declaration.results), std::move(signature.words), declaration.doc});
   }
   return functions;
 }
@@ -252,10 +400,22 @@ double EvaluateOne(const Function& function, Call& call) {
     return row.evaluate(call);
   }
   for (std::size_t i = 0; i < function.results.size(); ++i) {
-    call.results[i] = function.results[i] == "failure" ? 1 : 0;
+    call.results[i] = {function.IsFailureWord(i) ? 1 : 0, NumericFailure};
   }
   return NumericFailure;
 }
+
+// Ends a long search when Python wants to raise an exception.
+class InterruptObserver final : public SearchObserver {
+ public:
+  explicit InterruptObserver(SignalPoll& poll) : poll_(poll) {}
+  void Start(std::int32_t /*count*/) override {}
+  bool Advance(std::int32_t /*counter*/) override { return poll_.Interrupted(); }
+  void Stop() override {}
+
+ private:
+  SignalPoll& poll_;
+};
 
 [[noreturn]] void RefuseArgument(const Function& function, std::size_t index, double value) {
   throw py::value_error(std::string(function.row->name) + ": " + function.arguments[index] +
@@ -267,9 +427,12 @@ bool IsNumber(py::handle value) { return PyFloat_Check(value.ptr()) || PyLong_Ch
 
 // The value, alone or with what follows it: in the named tuple that `makeTuple` makes.
 py::object Finished(const Function& function,
-                    py::object value,
-                    py::tuple further,
+                    const py::object& value,
+                    const py::tuple& further,
                     const py::object& makeTuple) {
+  if (function.row->kind == ValueKind::None) {
+    return makeTuple(*further);
+  }
   return function.results.empty() ? value : makeTuple(value, *further);
 }
 
@@ -286,19 +449,25 @@ py::object EvaluateNumbers(const Function& function,
   if (const auto bad = BadArgument(function, values.data())) {
     RefuseArgument(function, *bad, values[*bad]);
   }
-  Call call{values.data()};
+  SignalPoll poll;
+  InterruptObserver observer(poll);
+  Call call{values.data(), &observer};
   double value = 0;
   {
     const py::gil_scoped_release release;
     const ModuleStateScope silence;
     value = EvaluateOne(function, call);
   }
+  if (PyErr_Occurred() != nullptr) {
+    throw py::error_already_set();
+  }
   py::tuple further(function.results.size());
   for (std::size_t i = 0; i < further.size(); ++i) {
-    further[i] = call.results[i];
+    further[i] = function.words[i] ? py::object(py::int_(call.results[i].word))
+                                   : py::object(py::float_(call.results[i].number));
   }
-  py::object result =
-      function.row->isTest ? py::object(py::bool_(value != 0)) : py::object(py::float_(value));
+  py::object result = function.row->kind == ValueKind::Truth ? py::object(py::bool_(value != 0))
+                                                             : py::object(py::float_(value));
   return Finished(function, std::move(result), std::move(further), makeTuple);
 }
 
@@ -340,10 +509,12 @@ class Broadcast {
   const std::vector<py::ssize_t>& shape() const { return shape_; }
 
   // Evaluates at every point of the shape. Without the interpreter's lock.
-  void Run(double* values, const std::vector<int*>& further) {
+  // `further` are as many places for what comes beside each value.
+  void Run(double* values, const std::vector<double*>& further) {
     std::array<double, kMostArguments> point{};
     std::vector<py::ssize_t> index(shape_.size(), 0);
     SignalPoll poll;
+    InterruptObserver observer(poll);
     for (py::ssize_t i = 0; i < size_; ++i) {
       Gather(index, point.data());
       if (const auto bad = BadArgument(function_, point.data())) {
@@ -351,10 +522,11 @@ class Broadcast {
         badValue_ = point[*bad];
         return;
       }
-      Call call{point.data()};
+      Call call{point.data(), &observer};
       values[i] = EvaluateOne(function_, call);
       for (std::size_t k = 0; k < further.size(); ++k) {
-        further[k][i] = call.results[k];
+        const Report& report = call.results[k];
+        further[k][i] = function_.words[k] ? report.word : report.number;
       }
       if (poll.Interrupted()) {
         return;
@@ -441,8 +613,8 @@ py::object EvaluateArrays(const Function& function,
                           const py::object& makeTuple) {
   Broadcast broadcast(function, arguments);
   py::array_t<double> values(broadcast.shape());
-  std::vector<py::array_t<int>> further;
-  std::vector<int*> furtherData;
+  std::vector<py::array_t<double>> further;
+  std::vector<double*> furtherData;
   for (std::size_t i = 0; i < function.results.size(); ++i) {
     further.emplace_back(broadcast.shape());
     furtherData.push_back(further.back().mutable_data());
@@ -458,12 +630,15 @@ py::object EvaluateArrays(const Function& function,
   }
   broadcast.RefuseBadArgument();
   py::array result = values;
-  if (function.row->isTest) {
+  if (function.row->kind == ValueKind::Truth) {
     result = result.attr("astype")("bool").cast<py::array>();
   }
   py::tuple others(further.size());
   for (std::size_t i = 0; i < further.size(); ++i) {
-    others[i] = NumberOrArray(further[i]);
+    // A word passes through a double unharmed.
+    others[i] =
+        NumberOrArray(function.words[i] ? further[i].attr("astype")("int32").cast<py::array>()
+                                        : py::array(further[i]));
   }
   return Finished(function, NumberOrArray(result), std::move(others), makeTuple);
 }
@@ -478,7 +653,7 @@ py::object CallFunction(std::size_t index, const py::object& makeTuple, const py
                  : EvaluateArrays(function, arguments, makeTuple);
 }
 
-// (name, arguments, whole, results, is a test, docstring) of each function.
+// (name, arguments, whole, results, kind of value, docstring) of each function.
 py::list DescribeFunctions() {
   py::list rows;
   for (const Function& function : Functions()) {
@@ -492,8 +667,9 @@ py::list DescribeFunctions() {
     for (const std::string& name : function.results) {
       results.append(name);
     }
-    rows.append(py::make_tuple(function.row->name, arguments, whole, results, function.row->isTest,
-                               function.doc));
+    constexpr const char* kKinds[] = {"float", "bool", "none"};
+    rows.append(py::make_tuple(function.row->name, arguments, whole, results,
+                               kKinds[static_cast<std::size_t>(function.row->kind)], function.doc));
   }
   return rows;
 }

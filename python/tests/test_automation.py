@@ -75,6 +75,24 @@ def test_a_whole_analysis_gives_the_digits_of_the_command_line(app, t2, cli_json
     assert list(app.workbook.reports[0]) == expected["report"]
 
 
+def test_a_plot_of_several_charts_gives_them_all(app):
+    parameters = open_task(app, ITEM.scPowPowerCalculation, TYPE.scPowSeveralMeansANOVATwoWay)
+    parameters.NumberOfRows, parameters.NumberOfColumns = 2, 4
+    assert parameters.OK() == 1
+    charts = app.Dialog.GraphOfPowerVsN
+    expected = pa.power("AV2", Rows=2, Columns=4, charts="power-vs-n").charts
+    assert [chart.titles for chart in charts] == [chart.titles for chart in expected]
+    assert len(charts) == 3 and charts[2].y.tolist() == expected[2].y.tolist()
+
+
+def test_a_calculator_tells_whether_it_computed(app):
+    dialog = open_task(app, ITEM.scPowProbabilityDistribution, TYPE.scPowDistributionNonCentralT)
+    dialog.ObservedT, dialog.DegreeOfFreedom, dialog.Delta = 2, 10, 6000
+    assert dialog.OK() == 1 and "greater than 5000" in app.messages[-1].text
+    dialog.DegreeOfFreedom = 0
+    assert dialog.OK() == 0 and "permissible range" in app.messages[-1].text
+
+
 def test_a_put_is_typing_and_is_checked_by_ok(app, t2):
     t2.Alpha = 2
     assert t2.Alpha == 2

@@ -1,4 +1,4 @@
-"""power and size, against the command line digit for digit."""
+"""power, size and calc, against the command line digit for digit."""
 
 import ctypes
 import os
@@ -156,11 +156,135 @@ def test_wrong_use_raises(fields, error):
         pa.power("T2", **fields)
 
 
-def test_a_family_without_dialogs_says_so_or_computes():
-    try:
-        assert pa.power("SEM").value is not None
-    except RuntimeError as error:
-        assert "not available yet" in str(error)
+# --- Every family.
+
+FAMILIES = [family for family, _name, _title in pa.families()]
+# How many steps a chart takes.
+STEPS = {"V1": "DfIntervals", "V2": "DfIntervals"}
+
+
+@pytest.mark.parametrize("family", FAMILIES)
+@pytest.mark.parametrize("mode", ["power", "size"])
+def test_every_family_computes_its_defaults_as_the_command_line_does(cli_json, mode, family):
+    expected = cli_json(mode, family.lower())
+    result = getattr(pa, mode)(family)
+    assert expected["status"] == 0 and result.to_dict() == expected
+    assert result.value == expected["rows"][-1]["value"]
+    assert 0 < result.value <= 1 if mode == "power" else result.value >= 1
+    assert result.report and len(result.table) > 3
+
+
+@pytest.mark.parametrize("family", FAMILIES)
+@pytest.mark.parametrize("mode", ["power", "size"])
+def test_every_family_has_charts_of_arrays(mode, family):
+    result = getattr(pa, mode)(family, charts="all", **{STEPS.get(family, "NInterval"): 4})
+    assert len(result.charts) >= 3
+    for chart in result.charts:
+        assert len(chart.x) == len(chart.y) >= 5 and (np.diff(chart.x) > 0).all()
+        assert np.isfinite(chart.y).any() and result.charts[chart.name].name == chart.name
+
+
+@pytest.mark.parametrize("family", FAMILIES)
+def test_every_family_refuses_a_value_outside_its_range(family):
+    with pytest.raises(pa.Refused, match="outside the permissible range") as caught:
+        pa.size(family, PowerGoal=1.5)
+    assert caught.value.result.value is None
+
+
+# --- The calculators.
+
+CALCULATIONS = [
+    ("t", "t", {"p": 0.975, "df": 10, "delta": 0}),
+    ("t", "delta", {"t": 2.5, "df": 20, "p": 0.05}),
+    ("f", "p", {"f": 2, "df1": 4, "df2": 5, "delta": 1}),
+    ("f", "delta", {"f": 4.1, "df1": 2, "df2": 10, "p": 0.1}),
+    ("chi-square", "chi-square", {"df": 4, "delta": 3, "p": 0.9}),
+    ("chi-square", "delta", {"chi-square": 20, "df": 4, "p": 0.1}),
+    ("r-square", "r-square", {"rho-square": 0.2, "n": 50, "k": 4, "p": 0.9}),
+    ("r-square", "rho-square", {"r-square": 0.5, "n": 50, "k": 4, "p": 0.1, "algorithm": 1}),
+    ("correlation", "r", {"rho": 0.5, "n": 30, "p": 0.9}),
+    ("correlation", "rho", {"r": 0.5, "n": 30, "p": 0.9, "algorithm": "refined"}),
+    ("binomial", "x", {"n": 20, "pi": 0.65, "p": 0.9}),
+    ("binomial", "pi", {"n": 20, "x": 16, "p": 0.9}),
+]
+
+
+@pytest.mark.parametrize("one_minus_p", [False, True])
+@pytest.mark.parametrize("calculator, unknown, fields", CALCULATIONS)
+def test_a_calculator_gives_the_digits_of_the_command_line(
+    cli_json, calculator, unknown, fields, one_minus_p
+):
+    result = pa.calc(calculator, unknown=unknown, one_minus_p=one_minus_p, **fields)
+    arguments = [text for name, value in fields.items() for text in (f"--{name}", str(value))]
+    flag = ["--one-minus-p"] if one_minus_p else []
+    expected = cli_json("calc", calculator, "--unknown", unknown, *arguments, *flag)
+    assert expected["status"] == 0 and result.to_dict() == expected
+    assert result.value == expected["rows"][-1]["value"]
+    assert len(result.report) == 1 and result.report[0].startswith("P(")
+
+
+def test_every_calculator_computes_every_unknown_of_its_defaults_or_says_why():
+    computed = 0
+    for name, title, unknowns in pa.calculators():
+        for unknown in unknowns:
+            try:
+                result = pa.calc(name, unknown=unknown)
+                assert result.table.headings[0] == title
+                computed += 1
+            except pa.Refused as refused:
+                assert refused.message
+    assert computed >= 12
+
+
+def test_the_probability_is_the_unknown_unless_another_is_named():
+    expected = pa.distributions.NoncentralTCdf(2, 10, 1)
+    assert pa.calc("t", t=2, df=10, delta=1).value == expected
+    assert pa.calc("T", TObserved=2, DegreesOfFreedom=10, Delta=1).value == expected
+    other = pa.calc("t", t=2, degrees_of_freedom=10, delta=1, one_minus_p=True)
+    assert other.value == 1 - expected and other.table["1 - Cum. p"] == other.value
+    assert pa.calc("chi_square", chi_square=3, df=2, delta=0).value == pytest.approx(
+        1 - np.exp(-1.5)
+    )
+
+
+def test_a_p_without_a_solution_is_refused_with_what_comes_nearest():
+    with pytest.raises(pa.Refused, match="There exists no non-negative Delta") as caught:
+        pa.calc("f", unknown="delta", f=1, df1=2, df2=10, p=0.99)
+    nearest = caught.value.result
+    assert nearest.value == 0 and caught.value.id > 0
+    assert nearest.table["Cum. p"] == pa.distributions.NoncentralFCdf(1, 2, 10, 0).result
+
+
+def test_a_warning_of_a_calculator_comes_beside_its_answer():
+    result = pa.calc("t", t=2, df=4, delta=6000)
+    assert 0 < result.value < 1e-9 and "greater than 5000" in result.messages[0].text
+
+
+def test_a_calculator_that_finds_no_value_says_so():
+    with pytest.raises(pa.Refused, match="--Error--") as caught:
+        pa.calc("chi-square", unknown="chi-square", df=1, delta=0, p=0.01)
+    assert caught.value.messages == () and caught.value.result.value is None
+
+
+@pytest.mark.parametrize(
+    "arguments, fields, error, words",
+    [
+        (["tt"], {}, TypeError, "'T'"),
+        (["t"], {"fd": 3}, TypeError, "'df'"),
+        (["t"], {"p": 0.5}, TypeError, "p is the unknown"),
+        (["t"], {"unknown": "df"}, TypeError, "t, p, delta"),
+        (["t"], {"Alpha": 0.05}, TypeError, "no argument 'Alpha'"),
+        (["t"], {"df": 2.5}, ValueError, "whole"),
+        (["t"], {"df": 3, "DegreesOfFreedom": 3}, TypeError, "twice"),
+        (["correlation"], {"algorithm": "best"}, ValueError, "exact"),
+        (["t"], {"df": 0}, pa.Refused, "permissible range"),
+        (["binomial"], {"pi": 1.5}, pa.Refused, "permissible range"),
+        (["r-square"], {"n": 3, "k": 4}, pa.Refused, "Sample Size"),
+    ],
+)
+def test_wrong_use_of_a_calculator_raises(arguments, fields, error, words):
+    with pytest.raises(error, match=words):
+        pa.calc(*arguments, **fields)
 
 
 # --- Settings.
@@ -232,7 +356,25 @@ def long_dialog():
         raise
 
 
-@pytest.mark.parametrize("work", [long_call, long_array, long_dialog])
+def long_family():
+    return pa.size("R", charts="all", Rho=0.35, Rho0=0.3, Algorithm="exact", NInterval=4)
+
+
+def long_calculation():
+    # A search that goes in circles and finds nothing in the end.
+    with pytest.raises(pa.Refused, match="--Error--"):
+        pa.calc(
+            "r-square",
+            unknown="r-square",
+            rho_square=0.9999,
+            n=1000,
+            k=4,
+            p=0.3,
+            algorithm="accuracy",
+        )
+
+
+@pytest.mark.parametrize("work", [long_call, long_array, long_dialog, long_family, long_calculation])
 def test_an_interrupt_stops_the_work(work):
     begin = time.perf_counter()
     work()

@@ -21,6 +21,35 @@ def test_a_macro_gives_the_digits_of_the_command_line(macro, cli_json):
     assert run.messages == ()
 
 
+CALCULATOR = """\
+import poweranalysis
+
+app = poweranalysis.Application()
+
+startup = app.StartAnalysis()  # PowStartup
+startup.AnalysisItem = poweranalysis.PowAnalysisItem.scPowProbabilityDistribution
+startup.AnalysisType = poweranalysis.PowAnalysisType.scPowDistributionNonCentralF
+startup.OK()
+
+dialog = app.Dialog  # PowFDistributionDialog
+dialog.ComputeDelta = 1
+dialog.ObservedF = 4.1
+dialog.DegreeOfFreedom1 = 2
+dialog.DegreeOfFreedom2 = 10
+dialog.PVALUE = 0.1
+done = dialog.OK()
+"""
+
+
+def test_a_macro_drives_a_calculator(tmp_path):
+    path = tmp_path / "calculator.py"
+    path.write_text(CALCULATOR)
+    run = pa.run_macro(path)
+    assert run.names["done"] == 1 and run.messages == () and run.workbook.items == ()
+    expected = pa.calc("f", unknown="delta", f=4.1, df1=2, df2=10, p=0.1).value
+    assert run.names["dialog"].Delta == expected > 0
+
+
 def test_python_runs_a_macro_and_prints_what_the_command_line_prints(macro, command_line):
     done = subprocess.run([sys.executable, str(macro)], capture_output=True, text=True)
     assert done.returncode == 0, done.stderr

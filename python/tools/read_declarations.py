@@ -2,8 +2,8 @@
 
 A header is the contract of its functions: what it says in front of a declaration becomes the
 docstring, and the declared names become the names of the arguments. The output is one DECLARATION
-for each function, for inclusion in C++. Reference arguments of type int are results that follow
-the value.
+for each function, for inclusion in C++. Reference arguments of numbers are results that follow the
+value; a struct of numbers that a function returns is results without a value.
 """
 
 import re
@@ -12,11 +12,17 @@ from pathlib import Path
 
 DECLARATION = re.compile(
     r"(?P<comment>(?:^//[^\n]*\n)+)"
-    r"(?:inline )?(?P<type>double|bool) (?P<name>\w+)\(\s*(?P<arguments>[^()]*)\)[;\s]",
+    r"(?:inline )?(?P<type>\w+) (?P<name>\w+)\(\s*(?P<arguments>[^()]*)\)[;\s]",
     re.MULTILINE,
 )
-# Left out: the window that messages belong to.
-UNSEEN = ("WindowHandle",)
+STRUCT = re.compile(
+    r"(?P<comment>(?:^//[^\n]*\n)+)"
+    r"struct (?P<name>\w+) \{\n(?P<fields>(?:  double \w+;[^\n]*\n)+)\};",
+    re.MULTILINE,
+)
+# Left out: the window that messages belong to, and who watches a search.
+UNSEEN = ("WindowHandle", "SearchObserver&")
+REFERENCES = ("int&", "double&")
 
 
 def arguments_of(text):
@@ -25,7 +31,7 @@ def arguments_of(text):
         kind, name = argument.rsplit(" ", 1)
         if kind in UNSEEN:
             continue
-        (results if kind == "int&" else names).append(name)
+        (results if kind in REFERENCES else names).append(name)
     return names, results
 
 
@@ -40,9 +46,16 @@ def literal(text):
 
 
 def declarations(text):
+    structs = {match["name"]: match for match in STRUCT.finditer(text)}
     for match in DECLARATION.finditer(text):
+        if match["type"] not in ("double", "bool", "void", *structs):
+            continue
         names, results = arguments_of(match["arguments"])
-        yield match["name"], names, results, docstring_of(match["comment"])
+        doc = docstring_of(match["comment"])
+        if result := structs.get(match["type"]):
+            results = re.findall(r"double (\w+);", result["fields"])
+            doc = docstring_of(result["comment"]) + "\n\n" + doc
+        yield match["name"], names, results, doc
 
 
 def main(output, *headers):

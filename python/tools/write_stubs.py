@@ -143,7 +143,7 @@ def automation():
     return text + exported([*own, "PowAnalysisType", "PowAnalysisItem", *interfaces])
 
 
-def function(name, arguments, whole, results, is_test, doc):
+def function(name, arguments, whole, results, value, doc):
     numbers = ", ".join(
         f"{argument}: {'int' if is_whole else 'float'}"
         for argument, is_whole in zip(arguments, whole)
@@ -151,9 +151,10 @@ def function(name, arguments, whole, results, is_test, doc):
     arrays = ", ".join(f"{argument}: ArrayLike" for argument in arguments)
     if results:
         kind = f"{name}Result"
-        fields = "".join(f"    {field}: Any\n" for field in ["result", *results])
+        names = results if value == "none" else ["result", *results]
+        fields = "".join(f"    {field}: Any\n" for field in names)
         return f"\nclass {kind}(NamedTuple):\n{fields}\ndef {name}({arrays}) -> {kind}: ...\n"
-    single, many = ("bool", "bool_") if is_test else ("float", "float64")
+    single, many = ("bool", "bool_") if value == "bool" else ("float", "float64")
     return (
         f"\n@overload\ndef {name}({numbers}) -> {single}: ...  # type: ignore[misc]\n"
         f"@overload\ndef {name}({arrays}) -> NDArray[{many}]: ...\n"

@@ -287,13 +287,30 @@ Value DialogObject::Call(std::string_view name, const Value& argument) {
 
 namespace {
 
-bool ShowsError(const DialogDriver& driver) {
-  const std::string error = LoadText(text::CaptionError);
+// The one refusal, with a message, that comes before anything else and leaves the boxes as they
+// were.
+bool HasTooFewObservations(const DialogDriver& driver, const DialogSpec& spec) {
+  std::optional<double> observations;
+  std::optional<double> variables;
+  for (const ControlSpec* control : FieldControls(spec)) {
+    if (control->name == "SampleSize") {
+      observations = driver.Number(control->number).value_or(0);
+    } else if (control->name == "TotalNumberOfVars") {
+      variables = driver.Number(control->number).value_or(0);
+    }
+  }
+  return observations && variables && *observations < *variables;
+}
+
+// Whether the computation just asked for gave a number: a refusal leaves the box of the unknown
+// empty. A message may come beside an answer, and `told` whether one came.
+bool HasComputed(const DialogDriver& driver, bool told) {
   const DialogSpec spec = driver.Spec();
-  const std::vector<const ControlSpec*> fields = FieldControls(spec);
-  return std::any_of(fields.begin(), fields.end(), [&](const ControlSpec* control) {
-    return driver.Text(control->number) == error;
-  });
+  const ControlSpec* box =
+      UnknownBox(spec, [&driver](int control) { return driver.Checked(control); });
+  const std::string answer = box == nullptr ? std::string() : driver.Text(box->number);
+  return !answer.empty() && answer != LoadText(text::CaptionError) &&
+         !(told && HasTooFewObservations(driver, spec));
 }
 
 }  // namespace
@@ -311,7 +328,7 @@ int DialogObject::OK() {
     case DialogKind::Interval:
       return NewItems<SummaryTable>(driver, items).empty() ? 0 : 1;
     case DialogKind::Calculator:
-      return driver.MessageCount() == messages && !ShowsError(driver) ? 1 : 0;
+      return HasComputed(driver, driver.MessageCount() > messages) ? 1 : 0;
     default:
       return IsOpen() ? 0 : 1;
   }

@@ -1,5 +1,7 @@
 #include "automation/SpecLookup.h"
 
+#include <array>
+
 namespace poweranalysis {
 
 namespace {
@@ -34,6 +36,29 @@ std::vector<const ControlSpec*> FieldControls(const DialogSpec& spec) {
     return control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit ||
            control.kind == ControlKind::Radio || control.kind == ControlKind::CheckBox;
   });
+}
+
+bool IsEdit(const ControlSpec& control) {
+  return control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit;
+}
+
+const ControlSpec* UnknownBox(const DialogSpec& spec, const std::function<bool(int)>& isChecked) {
+  constexpr std::size_t kProbability = 1;
+  constexpr std::size_t kParameter = 2;
+  std::array<const ControlSpec*, 3> boxes{};
+  const ControlSpec* chosen = nullptr;
+  for (const ControlSpec* control : FieldControls(spec)) {
+    if (control->name == "WhatToCompute") {
+      chosen = isChecked(control->number) ? control : chosen;
+    } else if (control->name == "CumP") {
+      boxes[kProbability] = control;
+    } else if (IsEdit(*control) && boxes.front() == nullptr) {
+      boxes.front() = control;
+    } else if (control->kind == ControlKind::RealEdit && boxes[kParameter] == nullptr) {
+      boxes[kParameter] = control;
+    }
+  }
+  return chosen == nullptr ? nullptr : boxes.at(static_cast<std::size_t>(chosen->value));
 }
 
 std::vector<const ControlSpec*> ButtonControls(const DialogSpec& spec) {

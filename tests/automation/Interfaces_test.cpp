@@ -1,7 +1,10 @@
 #include "automation/Interfaces.h"
 
 #include <gmock/gmock.h>
+#include <strings.h>
 
+#include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <set>
@@ -320,9 +323,10 @@ class InterfacesOfDialogs : public AutomationRun {
   }
 };
 
-TEST_F(InterfacesOfDialogs, EveryMemberOfTheTTestsLandsOnItsControl) {
+TEST_F(InterfacesOfDialogs, EveryMemberOfEveryFamilyLandsOnItsControl) {
   for (const int mode : {ModePower, ModeSampleSize}) {
-    for (const char* family : {"T1", "T2", "T3"}) {
+    for (const TaskRow& task : Tasks(mode)) {
+      const char* family = task.family;
       const auto parameters = Parameters(mode, family);
       EXPECT_EQ(parameters->interface().kind, DialogKind::Parameters);
       ExpectMembersOnTheOpenDialog();
@@ -333,33 +337,47 @@ TEST_F(InterfacesOfDialogs, EveryMemberOfTheTTestsLandsOnItsControl) {
   }
 }
 
+TEST_F(InterfacesOfDialogs, EveryMemberOfTheCalculatorsLandsOnItsControl) {
+  for (const TaskRow& task : Tasks(ModeDistribution)) {
+    EXPECT_EQ(Parameters(ModeDistribution, task.family)->interface().kind, DialogKind::Calculator);
+    ExpectMembersOnTheOpenDialog();
+  }
+}
+
 TEST_F(InterfacesOfDialogs, EveryMemberOfTheStartupLandsOnItsControl) {
   application_.StartAnalysis();
   ExpectMembersOnTheOpenDialog();
 }
 
-// The caption of a chart button and the name of its property say the same: "Power vs. N1" and
-// GraphOfPowerVsN1.
+// The caption of a chart button and the name of its property say the same, "Power vs. N1" and
+// GraphOfPowerVsN1, or the same in other words.
 TEST_F(InterfacesOfDialogs, EveryChartPropertyPressesTheButtonOfItsName) {
+  const std::multimap<std::string, std::string> kOtherWords = {
+      {"SampleSize", "N"},   {"SampleSize", "Df"}, {"SampleSize1", "N1"},    {"SampleSize2", "N2"},
+      {"Rho", "P\u00b2"},    {"Proportion", "Pi"}, {"Proportion", "Pi1"},    {"Proportion", "Pi2"},
+      {"Lambda", "Lambda2"}, {"R", "RMSEA"},       {"StandardEffects", "Es"}};
+  const auto same = [&kOtherWords](const std::string& word, const std::string& caption) {
+    const auto [first, last] = kOtherWords.equal_range(word);
+    return strcasecmp(word.c_str(), caption.c_str()) == 0 ||
+           std::any_of(first, last, [&](const auto& other) { return other.second == caption; });
+  };
   for (const int mode : {ModePower, ModeSampleSize}) {
-    for (const char* family : {"T1", "T2", "T3"}) {
-      const auto results = Results(mode, family);
+    for (const TaskRow& task : Tasks(mode)) {
+      const auto results = Results(mode, task.family);
+      const DialogSpec spec = driver_.Spec();
       for (const Member& member : results->interface().members) {
         if (member.binding != Binding::Graph) {
           continue;
         }
-        std::string wanted = std::string(member.name).substr(std::string("GraphOf").size());
-        if (wanted.substr(0, 10) == "SampleSize") {
-          wanted = "N" + wanted.substr(10);
-        }
-        std::string caption;
-        const DialogSpec spec = driver_.Spec();
-        for (const char c : FindControlSpec(spec, member.control)->caption) {
-          if (c != ' ' && c != '.' && c != '&') {
-            caption += c;
-          }
-        }
-        EXPECT_STRCASEEQ(caption.c_str(), wanted.c_str()) << results->interface().name;
+        std::string caption = FindControlSpec(spec, member.control)->caption;
+        caption.erase(std::remove(caption.begin(), caption.end(), '&'), caption.end());
+        const std::size_t vs = caption.find(" vs. ");
+        ASSERT_NE(vs, std::string::npos) << caption;
+        const std::string name = std::string(member.name).substr(std::strlen("GraphOf"));
+        const std::size_t by = name.find("Vs");
+        EXPECT_TRUE(same(name.substr(0, by), caption.substr(0, vs)) &&
+                    same(name.substr(by + 2), caption.substr(vs + 5)))
+            << results->interface().name << " " << name << " presses " << caption;
       }
     }
   }

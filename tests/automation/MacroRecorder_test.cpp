@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "AutomationRun.h"
+#include "automation/SpecLookup.h"
 #include "support/TemporaryFolder.h"
 
 namespace poweranalysis {
@@ -115,6 +116,25 @@ class Recording : public AutomationRun {
     Press(1);
   }
 
+  // The control of a field of the open dialog; of a choice, the button of a value.
+  int ControlOf(const std::string& field, int value = 0) {
+    const DialogSpec spec = driver_.Spec();
+    for (const ControlSpec* control : FieldControls(spec)) {
+      if (control->name == field &&
+          (control->kind != ControlKind::Radio || control->value == value)) {
+        return control->number;
+      }
+    }
+    ADD_FAILURE() << "no field " << field;
+    return 0;
+  }
+  // As the desktop does, which tells what the check box has become.
+  void Check(int control) {
+    const bool checked = !driver_.Checked(control);
+    recorder_.Pressed(driver_.OpenDialog(), driver_.Spec(), control, checked);
+    driver_.Press(control);
+  }
+
   MacroRecorder recorder_;
 };
 
@@ -130,6 +150,7 @@ class Replay {
     }
   }
   HeadlessHost& host() { return host_; }
+  DialogObject& Object(const std::string& name) { return *objects_.at(name); }
 
  private:
   void RunLine(const std::string& line) {
@@ -263,6 +284,76 @@ TEST_F(Recording, AWayThereAndBackGivesTheSameResults) {
   EXPECT_THAT(script, HasSubstr("results.Cancel()\n"));
   EXPECT_THAT(script, HasSubstr("startup = app.Dialog  # PowStartup\n"));
   ExpectSameResults(host_.TakeWorkbook(), script);
+}
+
+TEST_F(Recording, AFamilyOfManyFieldsGivesTheSameResults) {
+  StartTask(ModePower, "AV2");
+  Type(ControlOf("Rows"), "3");
+  Type(ControlOf("Columns"), "4");
+  Type(ControlOf("N"), "12");
+  Press(1);
+  Type(ControlOf("AlphaEnd"), "0.2");
+  Press(1);
+  Press(203);
+  const std::string script = recorder_.Script();
+  EXPECT_THAT(script, HasSubstr("dialog = app.Dialog  # PowAV2PowParametersDialog\n"
+                                "dialog.NumberOfRows = 3\n"
+                                "dialog.NumberOfColumns = 4\n"
+                                "dialog.SampleSize = 12\n"
+                                "dialog.OK()\n"));
+  EXPECT_THAT(script, HasSubstr("results.GraphOfPowerVsN\n"));
+  ExpectSameResults(host_.TakeWorkbook(), script);
+}
+
+TEST_F(Recording, CheckBoxesAreRecordedAsWhatTheyBecome) {
+  StartTask(ModePower, "P2");
+  const bool continuity = driver_.Checked(ControlOf("Continuity"));
+  Check(ControlOf("Continuity"));
+  Check(ControlOf("EqualN"));
+  Check(ControlOf("EqualN"));
+  Type(ControlOf("Pi1"), "0.7");
+  Press(1);
+  Press(1);
+  const std::string script = recorder_.Script();
+  EXPECT_THAT(script, HasSubstr(continuity ? "dialog.ContinuityCorrectionCalculation = 0\n"
+                                           : "dialog.ContinuityCorrectionCalculation = 1\n"));
+  EXPECT_THAT(script, HasSubstr("dialog.EqualSampleSizeCalculation = "));
+  ExpectSameResults(host_.TakeWorkbook(), script);
+}
+
+TEST_F(Recording, ACalculatorGivesTheSameAnswers) {
+  StartTask(ModeDistribution, "F");
+  Press(ControlOf("WhatToCompute", 2));
+  Type(ControlOf("FObserved"), "4.1");
+  Type(ControlOf("CumP"), "0.1");
+  Press(1);
+  const double delta = *driver_.Number(ControlOf("Delta"));
+  Press(ControlOf("WhatToCompute", 1));
+  Check(ControlOf("OneMinusP"));
+  Press(1);
+  const double p = *driver_.Number(ControlOf("CumP"));
+  EXPECT_EQ(Lines(),
+            "\n"
+            "startup = app.StartAnalysis()  # PowStartup\n"
+            "startup.AnalysisItem = poweranalysis.PowAnalysisItem.scPowProbabilityDistribution\n"
+            "startup.AnalysisType = poweranalysis.PowAnalysisType.scPowDistributionNonCentralF\n"
+            "startup.OK()\n"
+            "\n"
+            "dialog = app.Dialog  # PowFDistributionDialog\n"
+            "dialog.ComputeDelta = 1\n"
+            "dialog.ObservedF = 4.1\n"
+            "dialog.PVALUE = 0.1\n"
+            "dialog.OK()\n"
+            "dialog.ComputePValue = 1\n"
+            "dialog.Check1MinusCumulativeP = 1\n"
+            "dialog.OK()\n");
+  Replay replay;
+  replay.Run(recorder_.Script());
+  DialogObject& dialog = replay.Object("dialog");
+  EXPECT_GT(delta, 0);
+  EXPECT_NEAR(p, 0.9, 1e-6);
+  EXPECT_EQ(std::get<double>(dialog.Get("Delta")), delta);
+  EXPECT_EQ(std::get<double>(dialog.Get("PLEVEL")), p);
 }
 
 TEST_F(Recording, EditsOfOneFieldInARowAreOneLine) {

@@ -9,12 +9,16 @@
 #include "desktop/DesktopForm.h"
 #include "desktop/MainWindow.h"
 #include "desktop/ResultPages.h"
+#include "frame/TaskCatalogue.h"
 
 // Takes pictures of the window along one analysis, in light and dark colours and with large
-// letters.
+// letters; with "all" behind the folder also of every dialog of the program.
 namespace {
 
 using poweranalysis::MainWindow;
+using poweranalysis::ModeDistribution;
+using poweranalysis::ModePower;
+using poweranalysis::ModeSampleSize;
 using poweranalysis::Notification;
 
 constexpr int kModes = 101;
@@ -70,7 +74,33 @@ class Photographer {
     host.form()->Click(kBack);
   }
 
+  // Every dialog with its defaults, and what comes out.
+  void Gallery(const QString& suffix) {
+    suffix_ = suffix;
+    for (const int mode : {ModePower, ModeSampleSize, ModeDistribution}) {
+      int row = 0;
+      for (const poweranalysis::TaskRow& task : poweranalysis::Tasks(mode)) {
+        ShootTask(mode, row++, QStringLiteral("%1-%2").arg(mode).arg(QLatin1String(task.family)));
+      }
+    }
+  }
+
  private:
+  void ShootTask(int mode, int row, const QString& name) {
+    window_.NewAnalysis();
+    poweranalysis::DesktopHost& host = window_.host();
+    host.form()->Choose(kModes, mode);
+    host.form()->Choose(kTasks, row);
+    host.form()->Click(kAccept);
+    Shoot(name + QStringLiteral("-parameters"));
+    host.form()->Click(kAccept);
+    if (mode != ModeDistribution) {
+      Shoot(name + QStringLiteral("-results"));
+      host.form()->Click(kAccept);
+    }
+    Shoot(name + QStringLiteral("-table"));
+  }
+
   MainWindow& window_;
   QString folder_;
   QString suffix_;
@@ -83,8 +113,9 @@ int main(int argc, char** argv) {
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   const QStringList arguments = QApplication::arguments();
-  if (arguments.size() != 2 || !QDir().mkpath(arguments[1])) {
-    QTextStream(stderr) << "usage: desktop_screenshots FOLDER\n";
+  const bool all = arguments.size() == 3 && arguments[2] == QStringLiteral("all");
+  if ((arguments.size() != 2 && !all) || !QDir().mkpath(arguments[1])) {
+    QTextStream(stderr) << "usage: desktop_screenshots FOLDER [all]\n";
     return 2;
   }
   MainWindow window{QString()};
@@ -96,7 +127,16 @@ int main(int argc, char** argv) {
   photographer.Tour(QStringLiteral("-dark"));
   window.SetTheme(poweranalysis::Theme::Light);
   constexpr int kLargeText = 200;
+  constexpr int kUsualText = 100;
   window.SetTextPercent(kLargeText);
   photographer.Tour(QStringLiteral("-large"));
+  if (all) {
+    photographer.Gallery(QStringLiteral("-large"));
+    window.SetTextPercent(kUsualText);
+    photographer.Gallery(QString());
+    window.SetTheme(poweranalysis::Theme::Dark);
+    photographer.Gallery(QStringLiteral("-dark"));
+  }
+  window.book().SetSaved();
   return 0;
 }

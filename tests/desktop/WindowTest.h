@@ -6,7 +6,6 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
@@ -94,10 +93,10 @@ class WindowDriver {
   }
   void Click(int number) {
     auto* button = Find<QAbstractButton>(number);
-    // A radio button takes clicks on its circle and its words alone.
-    const QPoint circle(8, button->height() / 2);
-    const bool radio = qobject_cast<QRadioButton*>(button) != nullptr;
-    QTest::mouseClick(button, Qt::LeftButton, {}, radio ? circle : button->rect().center());
+    // A radio button or a check box takes clicks on its mark and its words alone.
+    const QPoint mark(8, button->height() / 2);
+    const bool push = qobject_cast<QPushButton*>(button) != nullptr;
+    QTest::mouseClick(button, Qt::LeftButton, {}, push ? button->rect().center() : mark);
     Settle();
   }
   // Replaces the text of an edit by key presses.

@@ -2,6 +2,7 @@
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -11,6 +12,8 @@
 #include <QTreeWidget>
 #include <atomic>
 #include <functional>
+#include <map>
+#include <set>
 
 #include "WindowTest.h"
 #include "automation/Application.h"
@@ -42,7 +45,14 @@ class WindowTest : public QObject {
   void settingsAreSavedAndOpenedAgain();
   void saveAsDefaultLivesOnAndRestoreDefaultsBringsItBack();
   void cancelOfTheStartupEndsAndNewAnalysisReopens();
-  void aTaskThatIsNotThereYetSaysSo();
+  void everyFamilyComputesItsDefaults_data();
+  void everyFamilyComputesItsDefaults();
+  void everyPageFitsInLargeLetters();
+  void everyCalculatorComputesItsDefaults_data();
+  void everyCalculatorComputesItsDefaults();
+  void aCalculatorTurnsItsProbabilityRoundAndShowsWhatItsUnknownNeeds();
+  void anAnswerIsNotMarkedAsAWrongInput();
+  void theNoteCallsTheSizeByItsName();
   void cancelStopsASearchAndASecondCommandIsRefusedMeanwhile();
   void aTableIsCopiedAsTextAndHtml();
   void digitsFollowTheOptionAndToolTipsHaveAll();
@@ -64,6 +74,37 @@ class WindowTest : public QObject {
   void aMacroThatLoopsForEverIsStopped();
   void everyControlHasANameAndADescription();
 };
+
+namespace {
+
+// Widgets that a user meets: those that take the focus or show a value. What Qt builds into others
+// (the edit inside a spin box, the buttons of a scroll bar) has its parent's name.
+bool NeedsName(const QWidget& widget) {
+  const QByteArray kind = widget.metaObject()->className();
+  const bool takesFocus = (widget.focusPolicy() & Qt::TabFocus) != 0;
+  const bool internal = qobject_cast<QTabBar*>(widget.parentWidget()) != nullptr ||
+                        widget.objectName().startsWith(QLatin1String("qt_")) || kind == "QTabBar" ||
+                        kind == "QHeaderView" || kind == "QScrollBar" || kind == "QMenuBar";
+  return takesFocus && !internal;
+}
+
+void CheckNames(QWidget& root, const char* where) {
+  int checked = 0;
+  for (QWidget* widget : root.findChildren<QWidget*>()) {
+    if (NeedsName(*widget)) {
+      ++checked;
+      const QString place =
+          QStringLiteral("%1: %2 %3")
+              .arg(QLatin1String(where), QLatin1String(widget->metaObject()->className()),
+                   widget->objectName());
+      QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(place));
+      QVERIFY2(!widget->accessibleDescription().isEmpty(), qPrintable(place));
+    }
+  }
+  QVERIFY(checked > 3);
+}
+
+}  // namespace
 
 void WindowTest::opensTheStartupChooser() {
   WindowDriver driver;
@@ -236,14 +277,206 @@ void WindowTest::cancelOfTheStartupEndsAndNewAnalysisReopens() {
   QVERIFY(driver.window().dialogDock().isVisible());
 }
 
-void WindowTest::aTaskThatIsNotThereYetSaysSo() {
+namespace {
+
+std::vector<ControlSpec> Shown(const DialogSpec& spec) {
+  std::vector<ControlSpec> controls = spec.frame;
+  for (const PageSpec& page : spec.pages) {
+    controls.insert(controls.end(), page.controls.begin(), page.controls.end());
+  }
+  return controls;
+}
+
+// What runs out of a page to the right cannot be scrolled to.
+void CheckWidths(DesktopForm& form) {
+  for (const ControlSpec& control : Shown(form.spec())) {
+    const QWidget* widget = form.WidgetOf(control.number);
+    if (widget != nullptr && widget->isVisible()) {
+      const QWidget* page = widget->parentWidget();
+      QVERIFY2(widget->geometry().right() <= page->width(), control.name.c_str());
+      QVERIFY2(widget->width() >= widget->minimumSizeHint().width(), control.name.c_str());
+    }
+  }
+}
+
+// The Tab key goes down the page; behind it come the buttons of the frame, OK first.
+void CheckOrder(DesktopForm& form) {
+  std::set<int> frame;
+  for (const ControlSpec& control : form.spec().frame) {
+    frame.insert(control.number);
+  }
+  QWidget* first = QApplication::focusWidget();
+  QVERIFY(form.ControlOf(first) != 0);
+  int last = 0;
+  int visited = 0;
+  for (QWidget* widget = first; widget != first || visited == 0;
+       widget = widget->nextInFocusChain()) {
+    const int control = form.ControlOf(widget);
+    if (control != 0 && frame.count(control) == 0 && widget->isVisible()) {
+      const int top = widget->mapTo(&form, QPoint()).y();
+      QVERIFY2(top >= last, qPrintable(widget->accessibleName()));
+      last = top;
+      ++visited;
+    }
+  }
+  QVERIFY(visited >= 5);
+}
+
+void AddTasks(std::initializer_list<int> modes) {
+  QTest::addColumn<int>("mode");
+  QTest::addColumn<int>("row");
+  for (const int mode : modes) {
+    int row = 0;
+    for (const TaskRow& task : Tasks(mode)) {
+      QTest::addRow("%s %s", Modes()[static_cast<std::size_t>(mode)].enumerator, task.family)
+          << mode << row++;
+    }
+  }
+}
+
+}  // namespace
+
+void WindowTest::everyFamilyComputesItsDefaults_data() { AddTasks({ModePower, ModeSampleSize}); }
+
+void WindowTest::everyFamilyComputesItsDefaults() {
+  QFETCH(int, mode);
+  QFETCH(int, row);
+  WindowDriver driver;
+  driver.ChooseTask(mode, row);
+  QCOMPARE(driver.resource(), ComputeDialog(mode, row)->resource);
+  CheckNames(driver.window(), "parameters");
+  CheckWidths(driver.form());
+  CheckOrder(driver.form());
+  driver.Click(control::Accept);
+  QVERIFY2(driver.TakeMessage().isEmpty(), "parameters");
+  QCOMPARE(driver.resource(), ResultDialog(mode, row)->resource);
+  CheckNames(driver.window(), "results");
+  CheckWidths(driver.form());
+  CheckOrder(driver.form());
+  driver.Click(control::Accept);
+  QVERIFY2(driver.TakeMessage().isEmpty(), "results");
+  QCOMPARE(driver.studies().size(), std::size_t{1});
+  const Study& study = driver.studies()[0].study;
+  QVERIFY(HasAnswer(study));
+  QCOMPARE(study.workbook.items.size(), std::size_t{2});
+  QVERIFY(std::holds_alternative<Report>(study.workbook.items[1]));
+  std::size_t charts = 0;
+  for (const ControlSpec& button : Shown(driver.form().spec())) {
+    if (button.kind == ControlKind::Button && button.name.find("-vs-") != std::string::npos) {
+      driver.Click(button.number);
+      const QString message = driver.TakeMessage();
+      QVERIFY2(message.isEmpty(), qPrintable(QString::fromStdString(button.name) + message));
+      QVERIFY2(ChartsOf(driver.studies()[0].study).size() > charts, button.name.c_str());
+      charts = ChartsOf(driver.studies()[0].study).size();
+      QVERIFY(driver.window().pages().chartView()->isVisible());
+    }
+  }
+  QVERIFY(charts >= 3);
+  std::set<QString> names;
+  for (const WorkbookItem& item : study.workbook.items) {
+    QVERIFY2(names.insert(NameOf(item)).second, qPrintable(NameOf(item)));
+  }
+  driver.window().book().SetSaved();
+}
+
+void WindowTest::everyPageFitsInLargeLetters() {
+  constexpr int kDouble = 200;
+  WindowDriver driver;
+  driver.window().SetTextPercent(kDouble);
+  for (const int mode : {ModePower, ModeSampleSize, ModeDistribution}) {
+    for (std::size_t row = 0; row < Tasks(mode).size(); ++row) {
+      driver.window().NewAnalysis();
+      driver.ChooseTask(mode, static_cast<int>(row));
+      CheckWidths(driver.form());
+      if (mode != ModeDistribution) {
+        driver.Click(control::Accept);
+        CheckWidths(driver.form());
+      }
+    }
+  }
+  driver.window().SetTextPercent(100);
+}
+
+void WindowTest::everyCalculatorComputesItsDefaults_data() { AddTasks({ModeDistribution}); }
+
+void WindowTest::everyCalculatorComputesItsDefaults() {
+  QFETCH(int, mode);
+  QFETCH(int, row);
+  WindowDriver driver;
+  driver.ChooseTask(mode, row);
+  QCOMPARE(driver.resource(), ComputeDialog(mode, row)->resource);
+  QVERIFY(driver.TakeMessage().isEmpty());
+  CheckNames(driver.window(), "calculator");
+  CheckWidths(driver.form());
+  CheckOrder(driver.form());
+  int probability = 0;
+  for (const ControlSpec& box : Shown(driver.form().spec())) {
+    probability = box.name == "CumP" ? box.number : probability;
+  }
+  driver.Click(control::Accept);
+  QVERIFY(driver.TakeMessage().isEmpty());
+  bool number = false;
+  const double p = driver.Text(probability).toDouble(&number);
+  QVERIFY2(number && p > 0 && p < 1, qPrintable(driver.Text(probability)));
+  // A calculator sends nothing into the workbook, and leads back to the startup.
+  QVERIFY(driver.studies().empty());
+  driver.Click(control::Back);
+  QCOMPARE(driver.resource(), 6100);
+}
+
+void WindowTest::aCalculatorTurnsItsProbabilityRoundAndShowsWhatItsUnknownNeeds() {
   WindowDriver driver;
   driver.ChooseTask(ModeDistribution, 5);
-  const QString message = driver.TakeMessage();
-  if (driver.resource() == 6100) {
-    QVERIFY(message.contains(QStringLiteral("Binomial Distribution")));
-  } else {
-    QVERIFY(message.isEmpty());
+  std::map<std::string, std::vector<int>> numbers;
+  for (const ControlSpec& box : Shown(driver.form().spec())) {
+    numbers[box.name].push_back(box.number);
+  }
+  const int actual = numbers["ActualValue"].front();
+  QVERIFY(!driver.form().WidgetOf(actual)->isVisible());
+  driver.Click(numbers["WhatToCompute"][0]);  // X
+  QVERIFY(driver.form().WidgetOf(actual)->isVisible());
+  auto* label = driver.Find<QLabel>(numbers["CumPLabel"].front());
+  QCOMPARE(label->text(), QStringLiteral("Requested Value:"));
+  QCOMPARE(label->buddy(), driver.form().WidgetOf(numbers["CumP"].front()));
+  driver.Type(numbers["CumP"].front(), QStringLiteral("0.9"));
+  driver.Click(control::Accept);
+  QVERIFY(driver.Text(actual).toDouble() >= 0.9);
+  const double requested = driver.Text(numbers["CumP"].front()).toDouble();
+  driver.Click(numbers["OneMinusP"].front());
+  QCOMPARE(driver.Text(numbers["CumP"].front()).toDouble(), 1 - requested);
+  driver.Click(numbers["WhatToCompute"][1]);  // p
+  QVERIFY(!driver.form().WidgetOf(actual)->isVisible());
+  QCOMPARE(label->text(), QStringLiteral("1 - Cum. p:"));
+}
+
+void WindowTest::anAnswerIsNotMarkedAsAWrongInput() {
+  WindowDriver driver;
+  driver.ChooseTask(ModeDistribution, 3);
+  std::map<std::string, std::vector<int>> numbers;
+  for (const ControlSpec& box : Shown(driver.form().spec())) {
+    numbers[box.name].push_back(box.number);
+  }
+  const int p = numbers["CumP"].front();
+  const auto marked = [&] { return driver.Find<QLineEdit>(p)->actions().front()->isVisible(); };
+  driver.Click(control::Accept);
+  QVERIFY(driver.Text(p).toDouble() > *driver.form().Find(p)->upper);
+  QVERIFY(!marked());
+  driver.Click(numbers["WhatToCompute"][0]);  // now it is an input
+  QVERIFY(marked());
+}
+
+void WindowTest::theNoteCallsTheSizeByItsName() {
+  const std::pair<int, const char*> sizes[] = {{5, "Power at N = 63 (Interaction Effect): "},
+                                               {6, "Power at Df = 43: "}};
+  for (const auto& [row, line] : sizes) {
+    WindowDriver driver;
+    driver.ChooseTask(ModeSampleSize, row);
+    driver.Click(control::Accept);
+    driver.Click(control::Accept);
+    const std::vector<QString>& note = driver.studies()[0].note;
+    QCOMPARE(note.size(), std::size_t{3});
+    QVERIFY2(note[1].startsWith(QLatin1String(line)), qPrintable(note[1]));
+    driver.window().book().SetSaved();
   }
 }
 
@@ -641,37 +874,6 @@ void WindowTest::aMacroThatLoopsForEverIsStopped() {
   QTRY_VERIFY_WITH_TIMEOUT(!macros.running(), 5000);
   QVERIFY2(fault.contains(QStringLiteral("stopped")), qPrintable(fault));
 }
-
-namespace {
-
-// Widgets that a user meets: those that take the focus or show a value. What Qt builds into others
-// (the edit inside a spin box, the buttons of a scroll bar) has its parent's name.
-bool NeedsName(const QWidget& widget) {
-  const QByteArray kind = widget.metaObject()->className();
-  const bool takesFocus = (widget.focusPolicy() & Qt::TabFocus) != 0;
-  const bool internal = qobject_cast<QTabBar*>(widget.parentWidget()) != nullptr ||
-                        widget.objectName().startsWith(QLatin1String("qt_")) || kind == "QTabBar" ||
-                        kind == "QHeaderView" || kind == "QScrollBar" || kind == "QMenuBar";
-  return takesFocus && !internal;
-}
-
-void CheckNames(QWidget& root, const char* where) {
-  int checked = 0;
-  for (QWidget* widget : root.findChildren<QWidget*>()) {
-    if (NeedsName(*widget)) {
-      ++checked;
-      const QString place =
-          QStringLiteral("%1: %2 %3")
-              .arg(QLatin1String(where), QLatin1String(widget->metaObject()->className()),
-                   widget->objectName());
-      QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(place));
-      QVERIFY2(!widget->accessibleDescription().isEmpty(), qPrintable(place));
-    }
-  }
-  QVERIFY(checked > 3);
-}
-
-}  // namespace
 
 void WindowTest::everyControlHasANameAndADescription() {
   OptionsDialog options({});
