@@ -53,17 +53,19 @@ double OwenIntegral(double h, double upper, int& ier) {
   return result;
 }
 
+double NumberOrFailure(double p) { return std::isnan(p) ? NumericFailure : p; }
+
 // P(T <= t) from the sum of the recursion.
 double CdfOfSum(const OwenTerms& terms, double s, std::int32_t df, double delta) {
   if (df % 2 == 0) {
-    return s * SqrtTwoPi + NormalCdf(-delta);
+    return NumberOrFailure(s * SqrtTwoPi + NormalCdf(-delta));
   }
   int ier = 0;
   const double T = OwenIntegral(terms.b, terms.A, ier) * InverseTwoPi;
   if (ier != 0 || T == NumericFailure) {
     return NumericFailure;
   }
-  return 2.0 * (T + s) + NormalCdf(-terms.b);
+  return NumberOrFailure(2.0 * (T + s) + NormalCdf(-terms.b));
 }
 
 }  // namespace
@@ -71,11 +73,17 @@ double CdfOfSum(const OwenTerms& terms, double s, std::int32_t df, double delta)
 double OwenTIntegrand(double x, double h) { return OwenQuotient(-0.5 * h * h, x); }
 
 double NoncentralTCdf(double t, std::int32_t df, double delta) {
+  if (df > LargestTDf) {
+    return NumericFailure;
+  }
   const OwenTerms terms(t, df, delta);
   return CdfOfSum(terms, OwenSum(terms, df), df, delta);
 }
 
 double NoncentralTCdfBesideLarger(double t, std::int32_t df, double delta) {
+  if (df > LargestTDf) {
+    return NumericFailure;
+  }
   const OwenTerms terms(t, df, delta);
   OwenTerms mirrored = terms;
   mirrored.c = std::fabs(terms.c);
@@ -86,15 +94,16 @@ double NoncentralTCdfBesideLarger(double t, std::int32_t df, double delta) {
 }
 
 double NoncentralTQuantile(double delta, std::int32_t df, double p, int& status, int& failure) {
+  std::int64_t steps = SearchStepLimit;
   const auto search = [&](double start) {
-    return SolveParameter(delta, df, p, start, status, failure, SearchTQuantile, 0);
+    return SolveParameter(delta, df, p, start, status, failure, SearchTQuantile, 0, steps);
   };
-  const QuantileStart first = FirstQuantileStart(delta, df, p);
+  const QuantileStart first = FirstQuantileStart(delta, df, p, steps);
   const double t = search(first.t);
   if (!first.isDirect || (status == 0 && failure == 0)) {
     return t;
   }
-  const double second = search(SecondQuantileStart(delta, df, p));
+  const double second = search(SecondQuantileStart(delta, df, p, steps));
   return status == 0 && failure == 0 ? second : NumericFailure;
 }
 

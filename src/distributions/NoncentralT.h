@@ -4,6 +4,9 @@
 
 namespace poweranalysis {
 
+// Degrees of freedom beyond which one evaluation would run for seconds: out of range.
+inline constexpr std::int32_t LargestTDf = 100'000'000;
+
 // P(T <= t) of the noncentral t distribution with whole degrees of freedom.
 //
 //   even df:  Phi(-delta) + sqrt(2 pi) S
@@ -16,8 +19,9 @@ namespace poweranalysis {
 //         437-446.
 // Domain: df >= 1, any real t and delta; the caller guarantees it.
 // Fails:  NumericFailure when the integral for odd df fails. The result is not clamped: far in a
-// tail it
-//         may leave [0, 1] by some 1e-8.
+//         tail it may leave [0, 1] by some 1e-8.
+// Guards: NumericFailure for a df above LargestTDf, and where the recursion overflows or the result
+//         is no number for another reason: |delta| from some 1e35 on, NaN.
 double NoncentralTCdf(double t, std::int32_t df, double delta);
 
 // The same for a value that is to be added to a much larger one: as good as NoncentralTCdf
@@ -56,6 +60,7 @@ double NoncentralTDeltaStart(double t, std::int32_t df, double p);
 //
 // Domain: df >= 1, 1e-35 < p < 1, any real delta.
 // Fails:  NumericFailure or a value with `status` or `failure` nonzero, after both starts.
+// Guard:  that of SolveParameter, for all searches of a call together.
 double NoncentralTQuantile(double delta, std::int32_t df, double p, int& status, int& failure);
 
 // The same for delta 0, searched from the normal quantile of p.

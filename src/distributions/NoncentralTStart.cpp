@@ -5,6 +5,7 @@
 #include "distributions/Common.h"
 #include "distributions/NoncentralT.h"
 #include "distributions/Normal.h"
+#include "distributions/SolveParameter.h"
 
 namespace poweranalysis {
 
@@ -13,10 +14,11 @@ namespace {
 constexpr std::int32_t FewDegrees = 3;
 
 // The series about the central quantile, or `fallback` where that cannot be found.
-double SeriesStart(double delta, std::int32_t df, double p, double z, double fallback) {
+double SeriesStart(
+    double delta, std::int32_t df, double p, double z, double fallback, std::int64_t& steps) {
   int status = 0;
   int failure = 0;
-  const double t0 = CentralTQuantile(df, p, status, failure);
+  const double t0 = SolveParameter(0.0, df, p, z, status, failure, SearchTQuantile, 0, steps);
   if (status != 0 || failure != 0) {
     return fallback;
   }
@@ -43,7 +45,7 @@ double NoncentralTDeltaStart(double t, std::int32_t df, double p) {
   return (1.0 - 1.0 / (4.0 * n)) * t - z * std::sqrt(1.0 + t * t / (2.0 * n));
 }
 
-QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p) {
+QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p, std::int64_t& steps) {
   const double z = NormalQuantile(p);
   if (df <= FewDegrees) {
     return {z + delta, false};
@@ -52,16 +54,16 @@ QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p) {
   const double radicand = 8.0 * delta * delta * n + 1.0 - 8.0 * n + 16.0 * n * n - 8.0 * n * z * z;
   // A radicand that rounding has left a hair below zero counts as zero.
   if (radicand < 0.0 && !AlmostZero(-radicand)) {
-    return {SeriesStart(delta, df, p, z, z + delta), false};
+    return {SeriesStart(delta, df, p, z, z + delta, steps), false};
   }
   const double root = std::sqrt(radicand < 0.0 ? 0.0 : radicand);
   const double divisor = 1.0 - 8.0 * n + 16.0 * n * n - 8.0 * n * z * z;
   return {4.0 * (z * n * root + 4.0 * delta * n * n - n * delta) / divisor, true};
 }
 
-double SecondQuantileStart(double delta, std::int32_t df, double p) {
+double SecondQuantileStart(double delta, std::int32_t df, double p, std::int64_t& steps) {
   const double z = NormalQuantile(p);
-  return SeriesStart(delta, df, p, z, z);
+  return SeriesStart(delta, df, p, z, z, steps);
 }
 
 }  // namespace poweranalysis

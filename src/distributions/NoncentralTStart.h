@@ -10,7 +10,8 @@ struct QuantileStart {
   bool isDirect;  // from the normal approximation solved for t
 };
 
-// The first start.
+// The first start. `steps` is the work that the searches of the quantile may still take, as
+// SolveParameter counts it.
 //
 //   df <= 3:  z + delta
 //   otherwise the relation of NoncentralTDeltaStart solved for t, where it has a solution, or the
@@ -19,7 +20,7 @@ struct QuantileStart {
 // Source: Jennett, W. J. and Welch, B. L. (1939), as NoncentralTDeltaStart.
 // Domain: df >= 1.
 // Fails:  never.
-QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p);
+QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p, std::int64_t& steps);
 
 // The start after a direct one has failed: a series in 1 / df about the central quantile.
 //
@@ -27,7 +28,7 @@ QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p);
 //
 // Domain: df >= 1.
 // Fails:  never. Kept: where the central search fails it is z alone and not z + delta.
-double SecondQuantileStart(double delta, std::int32_t df, double p);
+double SecondQuantileStart(double delta, std::int32_t df, double p, std::int64_t& steps);
 
 // 96 n^2 as a 32-bit product. Kept: it wraps from n = 4730 on, which only moves a start.
 std::int32_t NinetySixSquares(std::int32_t n);

@@ -72,20 +72,15 @@ constexpr SecantPolicy WithinUnit{.floorAtZero = true, .ceilingAtOne = true};
 
 constexpr KindRow Kinds[] = {
     {SearchChiSquareDelta, FromZero, ChiSquareDelta, true},
-    {SearchTDelta, FreeAndTolerant, TDelta},
+    {SearchTDelta, FreeAndTolerant, TDelta, true},
     {SearchFDelta, Nonnegative, FDelta<FExact>},
-    {SearchTQuantile, Free, TQuantile},
+    {SearchTQuantile, Free, TQuantile, true},
     {SearchChiSquareQuantile, Nonnegative, ChiSquareQuantile, true},
     {SearchFQuantile, Nonnegative, FQuantile},
     // Kept: no floor, although its exact twin SearchFDelta has one.
     {SearchFDeltaApprox, Free, FDelta<FTiku>},
     {SearchBinomialProportion, WithinUnit, Proportion},
 };
-
-// Steps that one search may take, about a second's work. A search that bounces across an edge of
-// its distribution for all of its evaluations would take many times that at large degrees of
-// freedom.
-constexpr std::int64_t StepLimit = 100'000'000;
 
 constexpr KindRow NoKind{SearchKind{}, Free, nullptr};
 
@@ -127,13 +122,25 @@ double SolveParameter(double x,
                       int& failure,
                       SearchKind kind,
                       std::int32_t df2) {
+  std::int64_t steps = SearchStepLimit;
+  return SolveParameter(x, df, target, start, status, failure, kind, df2, steps);
+}
+
+double SolveParameter(double x,
+                      std::int32_t df,
+                      double target,
+                      double start,
+                      int& status,
+                      int& failure,
+                      SearchKind kind,
+                      std::int32_t df2,
+                      std::int64_t& steps) {
   const KindRow& row = RowOf(kind);
   const Design design{x, df, df2};
   const std::int64_t stepsEach = row.stepsThroughDf ? df / 2 : 0;
-  std::int64_t steps = 0;
   const auto residual = [&](double b, int& failed) {
-    steps += stepsEach;
-    if (steps > StepLimit) {
+    steps -= stepsEach;
+    if (steps < 0) {
       failed = 1;
       return NumericFailure;
     }

@@ -46,8 +46,8 @@ double SolveResidual(double x,
 // Fails:  NumericFailure with `failure` nonzero when an evaluation fails; otherwise a value, and a
 //         nonzero `status` when that value was not shown to solve the equation. Both are cleared
 //         on entry.
-// Guard:  a chi-square search that has taken 1e8 steps of its recurrence fails with `failure` 1.
-//         One of all its evaluations gets there from 20000 degrees of freedom on.
+// Guard:  a t or chi-square search that has taken SearchStepLimit steps of its recurrence fails
+//         with `failure` 1. One of all its evaluations gets there from 20000 degrees of freedom on.
 double SolveParameter(double x,
                       std::int32_t df,
                       double target,
@@ -56,5 +56,21 @@ double SolveParameter(double x,
                       int& failure,
                       SearchKind kind,
                       std::int32_t df2);
+
+// Steps of a recurrence that searches may take, about a second's work; an evaluation takes one for
+// every two degrees of freedom. A search that bounces across an edge of its distribution for all of
+// its evaluations would take many times that at large degrees of freedom.
+inline constexpr std::int64_t SearchStepLimit = 100'000'000;
+
+// The same for a search that is one of several: `steps` is what they may still take together.
+double SolveParameter(double x,
+                      std::int32_t df,
+                      double target,
+                      double start,
+                      int& status,
+                      int& failure,
+                      SearchKind kind,
+                      std::int32_t df2,
+                      std::int64_t& steps);
 
 }  // namespace poweranalysis

@@ -52,6 +52,13 @@ double TwoTailedPower(double crit, std::int32_t df, double delta) {
   return below == NumericFailure || upTo == NumericFailure ? NumericFailure : below + 1 - upTo;
 }
 
+// Every power is settled long before, and the recursion of the noncentral t distribution overflows
+// from some 1e35 on. A standard deviation next to nothing reaches it.
+double WithinReach(double delta) {
+  constexpr double kFarthest = 1e15;
+  return std::clamp(delta, -kFarthest, kFarthest);
+}
+
 // Probability below the critical value.
 double TailProbability(double alpha, std::int16_t form) {
   return form == H0TwoTailed ? alpha * .5 : alpha;
@@ -149,15 +156,16 @@ double TTestPower(
       crit == NumericFailure) {
     return NumericFailure;
   }
+  const double reached = WithinReach(delta);
   switch (form) {
     case H0TwoTailed:
-      return TwoTailedPower(crit, df, delta);
+      return TwoTailedPower(crit, df, reached);
     case H0AtMost: {
-      const double upTo = NoncentralTCdf(-crit, df, delta);
+      const double upTo = NoncentralTCdf(-crit, df, reached);
       return upTo == NumericFailure ? NumericFailure : 1 - upTo;
     }
     case H0AtLeast:
-      return NoncentralTCdf(crit, df, delta);
+      return NoncentralTCdf(crit, df, reached);
     default:
       return 0.0;
   }

@@ -78,8 +78,8 @@ class CriticalTCache {
 // Source: Owen, D. B. (1965). Biometrika 52, 437-446.
 // Domain: df >= 1.
 // Fails:  NumericFailure when NullHypothesisCheck of delta refuses (its message has been shown),
-// when
-//         crit is NumericFailure or when the distribution fails.
+//         when crit is NumericFailure or when the distribution fails.
+// Guard:  a delta beyond 1e15 in size counts as that.
 double TTestPower(
     WindowHandle parent, double crit, std::int32_t df, double delta, std::int16_t form);
 

@@ -20,6 +20,17 @@ namespace {
 using test::ErrorOf;
 using test::ExpectTruth;
 
+// The starts of a quantile that has all its work before it.
+QuantileStart FirstStart(double delta, std::int32_t df, double p) {
+  std::int64_t steps = SearchStepLimit;
+  return FirstQuantileStart(delta, df, p, steps);
+}
+
+double SecondStart(double delta, std::int32_t df, double p) {
+  std::int64_t steps = SearchStepLimit;
+  return SecondQuantileStart(delta, df, p, steps);
+}
+
 TEST(NoncentralTCdf, AgreesWithTheTruthAsFarAsItsConstantsAllow) {
   ExpectTruth("NoncentralTCdf", [](const auto& in) {
     return NoncentralTCdf(in[0], static_cast<std::int32_t>(in[1]), in[2]);
@@ -268,22 +279,22 @@ TEST(NoncentralTQuantile, StartsDirectlyFromFourDegreesOfFreedom) {
   const double z = NormalQuantile(0.9);
   const double common = 1.0 - 8.0 * n + 16.0 * n * n - 8.0 * n * z * z;
   const double root = std::sqrt(8.0 * delta * delta * n + common);
-  const QuantileStart start = FirstQuantileStart(delta, 4, 0.9);
+  const QuantileStart start = FirstStart(delta, 4, 0.9);
   EXPECT_TRUE(start.isDirect);
   EXPECT_NEAR(start.t, 4.0 * (z * n * root + 4.0 * delta * n * n - n * delta) / common, 1e-13);
-  EXPECT_FALSE(FirstQuantileStart(delta, 3, 0.9).isDirect);
+  EXPECT_FALSE(FirstStart(delta, 3, 0.9).isDirect);
   // The start stands near the quantile once n is large.
   int status = 0;
   int failure = 0;
-  EXPECT_NEAR(FirstQuantileStart(delta, 200, 0.9).t,
-              NoncentralTQuantile(delta, 200, 0.9, status, failure), 1e-3);
+  EXPECT_NEAR(FirstStart(delta, 200, 0.9).t, NoncentralTQuantile(delta, 200, 0.9, status, failure),
+              1e-3);
 }
 
 TEST(NoncentralTQuantile, StartsFromTheSeriesWhereTheApproximationHasNoSolution) {
   // 8 n delta^2 + 1 - 8 n + 16 n^2 - 8 n z^2 is negative at n = 4 for |z| above 2.65 and delta 0.
-  const QuantileStart start = FirstQuantileStart(0.25, 4, 0.001);
+  const QuantileStart start = FirstStart(0.25, 4, 0.001);
   EXPECT_FALSE(start.isDirect);
-  EXPECT_EQ(start.t, SecondQuantileStart(0.25, 4, 0.001));
+  EXPECT_EQ(start.t, SecondStart(0.25, 4, 0.001));
   int status = 1;
   int failure = 1;
   const double t = NoncentralTQuantile(0.25, 4, 0.001, status, failure);
@@ -305,7 +316,7 @@ TEST(NoncentralTQuantile, SeriesStartAddsTwoTermsToTheCentralQuantile) {
                               (3.0 * (4.0 * std::pow(z, 4) + 12.0 * z * z + 1.0) +
                                6.0 * delta * (std::pow(z, 3) + 4.0 * z) -
                                4.0 * delta * delta * (z * z - 1.0) - 3.0 * z * std::pow(delta, 3));
-  EXPECT_NEAR(SecondQuantileStart(delta, df, 0.9), expected, 1e-12);
+  EXPECT_NEAR(SecondStart(delta, df, 0.9), expected, 1e-12);
 }
 
 TEST(NoncentralTQuantile, WrapsThe32BitProductOfItsSeries) {
@@ -321,7 +332,7 @@ TEST(NoncentralTQuantile, LeavesTheLastTermOfTheSeriesOutWhereTheProductIsZero) 
   int status = 0;
   int failure = 0;
   const double t0 = CentralTQuantile(df, 0.75, status, failure);
-  EXPECT_DOUBLE_EQ(SecondQuantileStart(1.0, df, 0.75),
+  EXPECT_DOUBLE_EQ(SecondStart(1.0, df, 0.75),
                    t0 + 1.0 + 1.0 / (4.0 * df) * (2.0 * z * z + 1.0 + z));
 }
 
@@ -331,19 +342,69 @@ TEST(NoncentralTQuantile, StartsFromTheShiftedNormalAtFirstAndTheNormalAloneAfte
   int failure = 0;
   CentralTQuantile(10, 1.0, status, failure);
   ASSERT_TRUE(status != 0 || failure != 0);
-  const QuantileStart first = FirstQuantileStart(2.0, 10, 1.0);
+  const QuantileStart first = FirstStart(2.0, 10, 1.0);
   EXPECT_FALSE(first.isDirect);
   EXPECT_EQ(first.t, NumericFailure + 2.0);
-  EXPECT_EQ(SecondQuantileStart(2.0, 10, 1.0), NumericFailure);
+  EXPECT_EQ(SecondStart(2.0, 10, 1.0), NumericFailure);
 }
 
 TEST(NoncentralTQuantile, FailsWhenBothStartsDo) {
   const double delta = 2e4;  // so large that the direct start exists although z is NumericFailure
-  ASSERT_TRUE(FirstQuantileStart(delta, 10, 1.0).isDirect);
+  ASSERT_TRUE(FirstStart(delta, 10, 1.0).isDirect);
   int status = 0;
   int failure = 0;
   EXPECT_EQ(NoncentralTQuantile(delta, 10, 1.0, status, failure), NumericFailure);
   EXPECT_TRUE(status != 0 || failure != 0);
+}
+
+TEST(NoncentralTCdf, HasNoValueBeyondTheLargestDegreesOfFreedom) {
+  for (const std::int32_t df : {LargestTDf + 1, std::numeric_limits<std::int32_t>::max()}) {
+    EXPECT_EQ(NoncentralTCdf(2.0, df, 1.0), NumericFailure);
+    EXPECT_EQ(NoncentralTCdfBesideLarger(-2.0, df, 1.0), NumericFailure);
+  }
+}
+
+TEST(NoncentralTCdf, FailsWhereItIsNoNumber) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (const std::int32_t df : {1, 2, 3, 24, 25, 1000}) {
+    EXPECT_EQ(NoncentralTCdf(nan, df, 1.0), NumericFailure) << df;
+    EXPECT_EQ(NoncentralTCdf(1.0, df, nan), NumericFailure) << df;
+    for (const double delta : {1e30, 1e36, 1e50, 1e100, 1e300}) {
+      EXPECT_FALSE(std::isnan(NoncentralTCdf(2.0, df, delta))) << df << " " << delta;
+      EXPECT_FALSE(std::isnan(NoncentralTCdf(2.0, df, -delta))) << df << " " << delta;
+    }
+  }
+  EXPECT_NEAR(NoncentralTCdf(2.0, 25, 1e30), 0.0, 1e-9);
+  EXPECT_NEAR(NoncentralTCdf(2.0, 25, -1e30), 1.0, 1e-9);
+  EXPECT_EQ(NoncentralTCdf(2.0, 10, 1e100), NumericFailure);
+}
+
+TEST(NoncentralTQuantile, FailsBeyondTheLargestDegreesOfFreedom) {
+  int status = 0;
+  int failure = 0;
+  EXPECT_EQ(NoncentralTQuantile(1.0, LargestTDf + 1, 0.75, status, failure), NumericFailure);
+  EXPECT_EQ(CentralTQuantile(LargestTDf + 1, 0.75, status, failure), NumericFailure);
+  EXPECT_EQ(failure, 1);
+}
+
+TEST(NoncentralTQuantile, CountsTheWorkOfItsStartAsWell) {
+  // The series start at 4 degrees of freedom takes two steps for each evaluation of its search.
+  std::int64_t steps = 1000;
+  FirstQuantileStart(0.25, 4, 0.001, steps);
+  EXPECT_LT(steps, 1000);
+  // Without any work left the central search of the start fails.
+  steps = 0;
+  EXPECT_EQ(SecondQuantileStart(0.25, 4, 0.001, steps), NormalQuantile(0.001));
+}
+
+TEST(CentralTQuantile, IsFoundAtThirtyMillionDegreesOfFreedom) {
+  // Groups by their largest size make that many.
+  int status = 1;
+  int failure = 1;
+  const double t = CentralTQuantile(29'999'800, 0.025, status, failure);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(failure, 0);
+  EXPECT_NEAR(t, NormalQuantile(0.025), 1e-6);
 }
 
 TEST(CentralTQuantile, IsTheCentralQuantileFromTheNormalStart) {

@@ -454,6 +454,31 @@ TEST(SolveParameter, EndsAChiSquareSearchThatBouncesAcrossAnEdgeOfTheSeries) {
   EXPECT_EQ(failure, 1);
 }
 
+TEST(SolveParameter, EndsATSearchThatHasDoneItsWork) {
+  // No delta has a probability of 2; every evaluation takes a million steps.
+  int status = 0;
+  int failure = 0;
+  std::int64_t steps = 2'000'000;
+  EXPECT_EQ(SolveParameter(5000.0, 2'000'000, 2.0, 10.0, status, failure, SearchTDelta, 0, steps),
+            NumericFailure);
+  EXPECT_EQ(failure, 1);
+  EXPECT_LT(steps, 0);
+}
+
+TEST(SolveParameter, CountsTheStepsOfARecurrenceAlone) {
+  int status = 0;
+  int failure = 0;
+  std::int64_t steps = 1000;
+  const double t = SolveParameter(0.0, 10, 0.75, 0.7, status, failure, SearchTQuantile, 0, steps);
+  EXPECT_NEAR(NoncentralTCdf(t, 10, 0.0), 0.75, 1e-10);
+  EXPECT_LT(steps, 1000);
+  EXPECT_GT(steps, 900);
+  steps = 0;
+  EXPECT_NE(SolveParameter(4.0, 10, 0.5, 0.5, status, failure, SearchBinomialProportion, 0, steps),
+            NumericFailure);
+  EXPECT_EQ(steps, 0);
+}
+
 TEST(SolveParameter, EndsForATargetThatIsNoProbability) {
   for (const SearchKind kind : AllKinds) {
     for (const double target : {-1.0, 2.0, Nan, std::numeric_limits<double>::infinity()}) {

@@ -2,8 +2,16 @@
 #include <cstdlib>
 #include <new>
 
+#include "procedures/Anova.h"
+#include "procedures/Correlations.h"
+#include "procedures/ModelFit.h"
+#include "procedures/OneProportion.h"
 #include "procedures/ProceduresTest.h"
+#include "procedures/SquaredCorrelation.h"
+#include "procedures/Survival.h"
 #include "procedures/TTests.h"
+#include "procedures/TwoProportions.h"
+#include "procedures/Variances.h"
 
 namespace {
 
@@ -48,6 +56,131 @@ TEST_F(AllocationsTest, DoNotHappenInsideASearch) {
   EXPECT_EQ(one.status, SearchOk);
   EXPECT_EQ(both.status, SearchOk);
   EXPECT_EQ(fixed.status, SearchOk);
+}
+
+// The size that a search finds, without an allocation; 0 when there is one or the search fails.
+template <class Search>
+double FoundWithoutAllocation(Search&& search) {
+  const std::size_t before = g_allocations;
+  const double size = search();
+  EXPECT_EQ(g_allocations, before);
+  EXPECT_GT(size, 0);
+  return size;
+}
+
+double SizeOf(const SearchResult& result) {
+  return result.status == SearchOk ? static_cast<double>(result.requiredSize) : 0;
+}
+
+TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfMeans) {
+  FoundWithoutAllocation([] {
+    CriticalTCache criticals;
+    return SizeOf(ContrastRequiredN(
+        {.es = .25, .ss = 6, .groups = 3, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000},
+        criticals));
+  });
+  for (const std::int16_t model : {FixedEffects, RandomEffects}) {
+    FoundWithoutAllocation([model] {
+      CriticalFCache criticals;
+      return SizeOf(
+          OneWayRequiredN({.test = {.groups = 4, .rmsse = .5, .alpha = .05, .model = model},
+                           .committedAlpha = .05,
+                           .powerGoal = .9,
+                           .sizeLimit = 150000},
+                          criticals));
+    });
+  }
+  FoundWithoutAllocation([] {
+    CriticalFCache criticals;
+    return SizeOf(TwoWayRequiredN({.rows = 2,
+                                   .columns = 3,
+                                   .rmsse = .3,
+                                   .alpha = .05,
+                                   .powerGoal = .9,
+                                   .effect = InteractionEffect,
+                                   .sizeLimit = 150000},
+                                  criticals));
+  });
+}
+
+TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfVariances) {
+  FoundWithoutAllocation([] {
+    CriticalChiSquareCache criticals;
+    return SizeOf(OneVarianceRequiredDf(
+        {.var = 2, .var0 = 1, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000}, criticals));
+  });
+  FoundWithoutAllocation([] {
+    CriticalFCache criticals;
+    return SizeOf(TwoVariancesRequiredDf(
+        {.ratio = 2, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000}, criticals));
+  });
+}
+
+TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfCorrelations) {
+  for (const std::int16_t algorithm :
+       {CorrelationExact, CorrelationFisherZRefined, CorrelationFisherZCrude}) {
+    FoundWithoutAllocation([algorithm] {
+      return SizeOf(CorrelationRequiredN(
+          {.rho = .5, .rho0 = .1, .alpha = .05, .powerGoal = .8, .algorithm = algorithm}));
+    });
+  }
+  FoundWithoutAllocation([] {
+    return SizeOf(
+        TwoCorrelationsRequiredN({.rho1 = .4, .rho2 = .1, .alpha = .05, .powerGoal = .8}));
+  });
+  for (const std::int16_t algorithm : {R2Lee, R2Exact}) {
+    FoundWithoutAllocation([algorithm] {
+      return SizeOf(SquaredCorrelationRequiredN({.rho2 = .3,
+                                                 .c2 = .1,
+                                                 .alpha = .05,
+                                                 .powerGoal = .8,
+                                                 .k = 4,
+                                                 .algorithm = algorithm,
+                                                 .form = H0AtMost}));
+    });
+  }
+}
+
+TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfProportions) {
+  for (const std::int16_t algorithm : {ProportionExact, ProportionNormal}) {
+    FoundWithoutAllocation([algorithm] {
+      int err = 0;
+      return static_cast<double>(
+          OneProportionRequiredN(nullptr, .9, {.pi = .7, .pi0 = .5, .alpha = .05}, err, algorithm));
+    });
+  }
+  FoundWithoutAllocation([] {
+    GroupSizes groups;
+    double power = 0;
+    int err = 0;
+    return static_cast<double>(TwoProportionRequiredN(
+        {.test = {.pi1 = .6, .pi2 = .5, .alpha = .05}, .powerGoal = .9}, groups, power, err));
+  });
+  FoundWithoutAllocation([] {
+    int err = 0;
+    return McNemarRequiredN(nullptr, {.delta = .1, .eta = .4, .alpha = .05}, .9, err);
+  });
+}
+
+TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfSurvivalAndModelFit) {
+  FoundWithoutAllocation([] {
+    std::int64_t events = 0;
+    int err = 0;
+    return static_cast<double>(
+        LogRankRequiredN(nullptr, {.pi1 = .5, .pi2 = .7, .alpha = .05}, .9, events, err));
+  });
+  for (const double dropouts : {0.0, .1}) {
+    FoundWithoutAllocation([dropouts] {
+      int err = 0;
+      return static_cast<double>(ExponentialSurvivalRequiredN(
+          nullptr, {.lambda1 = .5, .lambda2 = .7, .d = dropouts, .t = 10, .t0 = 9, .alpha = .05},
+          .9, err));
+    });
+  }
+  FoundWithoutAllocation([] {
+    return SizeOf(
+        ModelFitRequiredN({.r = .08, .r0 = .05, .alpha = .05, .powerGoal = .9, .df = 20}));
+  });
 }
 
 }  // namespace

@@ -264,6 +264,20 @@ TEST_F(TTestsTest, FindsSixtyFourAGroupForHalfASigma) {
   EXPECT_EQ(result.status, SearchOk);
 }
 
+TEST_F(TTestsTest, SettlesThePowerOfEffectsThatOverflowTheDistribution) {
+  // The largest effect of the dialogs is 2e42.
+  for (const double delta : {1e10, 1e15, 1e16, 1e35, 1e40, 2e45}) {
+    for (const std::int64_t n : {2, 3, 25, 26, 1000, 150000}) {
+      const TDesign up = {static_cast<std::int32_t>(n - 1), delta};
+      const TDesign down = {up.df, -delta};
+      EXPECT_NEAR(TTestPower(nullptr, up, .0001, H0TwoTailed, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(nullptr, down, .05, H0TwoTailed, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(nullptr, up, .05, H0AtMost, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(nullptr, down, .05, H0AtLeast, criticals), 1, 1e-9) << n;
+    }
+  }
+}
+
 TEST_F(TTestsTest, FindsTwoForAnEffectPastAllNeed) {
   for (const double es : {50., 1e6, 2e40}) {
     const SearchResult one = OneGroupRequiredN(Asked(es, .05, .9, H0TwoTailed), criticals);
