@@ -265,7 +265,8 @@ CalculationOutcome CResultsDialog::Compute() {
   if (!HoldsResult(outcome) && Module().messagesShown == messagesBefore && !IsCancelled()) {
     const std::vector<TitleEntry> titles =
         TableTitles(*FindTableDefinition(rows_.tableCode), *Block());
-    ShowMessage(MessageStopIcon, window(), text::NotComputable, {LoadText(titles.back().id)});
+    const std::string result = LoadText(titles.back().id);
+    ShowMessage(MessageStopIcon, window(), text::NotComputable, {FormatArg(result)});
   }
   return outcome;
 }
