@@ -22,7 +22,8 @@ const SummaryTable* SummaryOf(const Study& study);
 std::vector<const Chart*> ChartsOf(const Study& study);
 
 // The report as it reads: a text that begins with a line break or with a deep indent opens a
-// paragraph, any other goes on with the one before it, a blank between. No blanks stand at the ends.
+// paragraph, any other goes on with the one before it, a blank between. No blanks stand at the
+// ends.
 std::vector<std::string> ParagraphsOf(const Study& study);
 
 // The title of a row as it shows: a separator row has none.
