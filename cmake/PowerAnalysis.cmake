@@ -47,17 +47,16 @@ endfunction()
 
 # power_analysis_test(<name> LINKS <target>...)
 #
-# One test program of all sources in tests/<name>; it can open the files beside them through
-# TEST_DATA_DIR.
+# One test program of all sources in tests/<name>; support/TestData.h tells it where its files are.
 function(power_analysis_test name)
   cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${name}/*_test.cpp)
   if(NOT sources)
     return()
   endif()
-  add_executable(${name}_test ${sources})
-  target_compile_definitions(${name}_test PRIVATE
-    TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/${name}/data")
+  set(test_data ${PROJECT_SOURCE_DIR}/tests/${name}/data)
+  configure_file(${PROJECT_SOURCE_DIR}/tests/support/TestData.cpp.in ${name}_data.cpp)
+  add_executable(${name}_test ${sources} ${CMAKE_CURRENT_BINARY_DIR}/${name}_data.cpp)
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name}_test PRIVATE ${arg_LINKS} power_analysis_flags GTest::gtest_main GTest::gmock)
   add_test(NAME ${name} COMMAND ${name}_test)

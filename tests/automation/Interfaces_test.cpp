@@ -12,6 +12,7 @@
 
 #include "AutomationRun.h"
 #include "automation/SpecLookup.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -148,7 +149,7 @@ const char* TypeName(const Member& member) {
 }
 
 TEST(Interfaces, EveryMemberStandsForItsControl) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/Members.tsv");
+  std::ifstream file(TestDataDir() + "/Members.tsv");
   std::string line;
   std::getline(file, line);
   std::size_t rows = 0;

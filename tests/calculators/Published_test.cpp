@@ -2,6 +2,7 @@
 
 #include "calculators/CalculatorRun.h"
 #include "support/DataTable.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -9,7 +10,7 @@ namespace {
 using testing::DataRow;
 using testing::ReadTable;
 
-std::string DataFile(const char* name) { return std::string(TEST_DATA_DIR) + "/" + name; }
+std::string DataFile(const char* name) { return TestDataDir() + "/" + name; }
 
 // As the tables print a value: so many decimals.
 double HalfLastDigit(const std::string& printed) {

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "cli/Program.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -43,7 +44,7 @@ using Examples = Program;
 
 TEST_F(Examples, OfTheDocumentationPrintWhatTheyShow) {
   const std::filesystem::path root =
-      std::filesystem::path(TEST_DATA_DIR).parent_path().parent_path().parent_path();
+      std::filesystem::path(TestDataDir()).parent_path().parent_path().parent_path();
   std::vector<Example> examples = ExamplesIn(root / "README.md");
   EXPECT_FALSE(examples.empty()) << "the README has a worked example";
   for (const auto& entry : std::filesystem::directory_iterator(root / "docs")) {

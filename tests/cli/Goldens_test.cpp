@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "cli/Program.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -42,7 +43,7 @@ std::vector<std::string> Words(const std::string& line) {
 class Goldens : public Program {
  protected:
   static std::filesystem::path Folder() {
-    return std::filesystem::path(TEST_DATA_DIR).parent_path() / "goldens";
+    return std::filesystem::path(TestDataDir()).parent_path() / "goldens";
   }
 
   // What a golden holds of a run: the output, and of a refusal the message and the exit status.

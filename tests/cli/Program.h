@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+#include "support/TestData.h"
+
 // The command line as its users run it: a process with arguments, an environment of its own and a
 // folder of its own, so that no test meets the settings of whoever runs it.
 namespace poweranalysis {
@@ -31,7 +33,7 @@ struct Result {
 class Program : public ::testing::Test {
  protected:
   static std::string LeakSuppressions() {
-    return std::filesystem::path(TEST_DATA_DIR).parent_path() / "leaks.supp";
+    return std::filesystem::path(TestDataDir()).parent_path() / "leaks.supp";
   }
 
   using Arguments = std::vector<std::string>;
@@ -87,7 +89,7 @@ class Program : public ::testing::Test {
       environment.push_back(name + "=" + value);
     }
     Arguments all = arguments;
-    all.insert(all.begin(), CLI_PROGRAM);
+    all.insert(all.begin(), CommandLineProgram());
     const std::vector<char*> argv = Pointers(all);
     const std::vector<char*> envp = Pointers(environment);
     const pid_t child = ::fork();
@@ -97,7 +99,7 @@ class Program : public ::testing::Test {
       Redirect(out, STDOUT_FILENO);
       Redirect(err, STDERR_FILENO);
       if (::chdir(folder_.c_str()) == 0) {
-        ::execve(CLI_PROGRAM, argv.data(), envp.data());
+        ::execve(CommandLineProgram(), argv.data(), envp.data());
       }
       ::_exit(126);
     }

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "support/TestData.h"
+
 namespace poweranalysis::test {
 
 // The one error measure of these tests: relative, and absolute where zero is expected.
@@ -28,7 +30,7 @@ struct TruthRow {
 
 // The rows of data/<name>.csv: inputs, expected value, tolerance.
 inline std::vector<TruthRow> ReadTruthTable(const std::string& name) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/" + name + ".csv");
+  std::ifstream file(TestDataDir() + "/" + name + ".csv");
   EXPECT_TRUE(file.is_open()) << name;
   std::vector<TruthRow> rows;
   std::string line;

@@ -7,13 +7,14 @@
 #include <string>
 
 #include "support/DataTable.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
 
 using testing::ReadTable;
 
-std::string DataFile(const char* name) { return std::string(TEST_DATA_DIR) + "/" + name; }
+std::string DataFile(const char* name) { return TestDataDir() + "/" + name; }
 
 int Value(std::span<const Enumerator> enumeration, std::string_view name) {
   for (const Enumerator& e : enumeration) {

@@ -9,13 +9,14 @@
 #include "frame/FormatText.h"
 #include "support/DataTable.h"
 #include "support/TemporaryFolder.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
 
 using testing::ReadTable;
 
-const std::string kDataFile = std::string(TEST_DATA_DIR) + "/texts.tsv";
+const std::string kDataFile = TestDataDir() + "/texts.tsv";
 
 bool IsUtf8(std::string_view text) {
   int following = 0;
@@ -150,7 +151,7 @@ TEST(Texts, OddChartTitlesStayVerbatim) {
 // them.
 TEST(Texts, TheHalvesOfANewFilesNameAreUsedNowhere) {
   EXPECT_EQ(LoadText(13828) + "." + LoadText(13829), "NEW.INI");
-  const std::filesystem::path root = std::filesystem::path(TEST_DATA_DIR) / "../../..";
+  const std::filesystem::path root = std::filesystem::path(TestDataDir()) / "../../..";
   int sources = 0;
   for (const char* folder : {"src", "apps"}) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root / folder)) {

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "support/DataTable.h"
+#include "support/TestData.h"
 #include "support/TestSettings.h"
 
 namespace poweranalysis {
@@ -174,7 +175,7 @@ TEST_F(ReportTest, AFormWithoutATailSentenceEmitsNoEmptyParagraph) {
 // Expected paragraphs of a family in the order of emission.
 std::map<std::string, std::vector<DataRow>> ExpectedParagraphs() {
   std::map<std::string, std::vector<DataRow>> families;
-  for (const auto& row : ReadTable(std::string(TEST_DATA_DIR) + "/paragraphs.tsv")) {
+  for (const auto& row : ReadTable(TestDataDir() + "/paragraphs.tsv")) {
     families[row[0]].push_back(row);
   }
   return families;

@@ -8,6 +8,7 @@
 #include <map>
 
 #include "support/DataTable.h"
+#include "support/TestData.h"
 #include "support/TestSettings.h"
 
 namespace poweranalysis {
@@ -28,7 +29,7 @@ struct ExpectedTable {
 
 std::map<int, ExpectedTable> ExpectedTables() {
   std::map<int, ExpectedTable> tables;
-  for (const auto& row : ReadTable(std::string(TEST_DATA_DIR) + "/tables.tsv")) {
+  for (const auto& row : ReadTable(TestDataDir() + "/tables.tsv")) {
     ExpectedTable& table = tables[std::stoi(row[1])];
     if (row[0] == "table") {
       table.parameter = row[3];

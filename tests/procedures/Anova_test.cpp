@@ -12,6 +12,7 @@
 #include "distributions/NoncentralChiSquare.h"
 #include "distributions/Normal.h"
 #include "procedures/ProceduresTest.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -550,7 +551,7 @@ struct Row {
 };
 
 std::vector<Row> RowsOf(const std::string& name) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/" + name);
+  std::ifstream file(TestDataDir() + "/" + name);
   std::vector<Row> rows;
   std::string line;
   while (std::getline(file, line)) {
@@ -752,7 +753,7 @@ class PublishedAnovaTest : public AnovaTest {
 };
 
 TEST_F(PublishedAnovaTest, AgreesWithPublishedCases) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/published_anova.json");
+  std::ifstream file(TestDataDir() + "/published_anova.json");
   const Json cases = Json::parse(file);
   ASSERT_THAT(cases, SizeIs(19));
   for (const Json& published : cases) {

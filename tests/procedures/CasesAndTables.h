@@ -8,11 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "support/TestData.h"
+
 // Reading of the published cases and of the tables of numbers in the data folder.
 namespace poweranalysis {
 
 inline nlohmann::json PublishedCases(const std::string& name) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/" + name);
+  std::ifstream file(TestDataDir() + "/" + name);
   return nlohmann::json::parse(file);
 }
 
@@ -38,7 +40,7 @@ struct DataRow {
 
 // The rows below the comments and the line of headings.
 inline std::vector<DataRow> DataRows(const std::string& name) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/" + name);
+  std::ifstream file(TestDataDir() + "/" + name);
   std::vector<DataRow> rows;
   bool headed = false;
   for (std::string line; std::getline(file, line);) {

@@ -12,6 +12,7 @@
 #include "distributions/Binomial.h"
 #include "distributions/Normal.h"
 #include "procedures/ProceduresTest.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -438,7 +439,7 @@ TEST_F(OneProportion, SearchesAsThePlainStepsDo) {
 // --- Against other computations.
 
 TEST_F(OneProportion, AgreesWithAnIndependentComputation) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/one_proportion_power.csv");
+  std::ifstream file(TestDataDir() + "/one_proportion_power.csv");
   ASSERT_TRUE(file.is_open());
   std::string line;
   int rows = 0;
@@ -482,7 +483,7 @@ void ExpectPublished(const Json& published, const char* key, double value) {
 }
 
 TEST_F(OneProportion, AgreesWithPublishedCases) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/published_proportions.json");
+  std::ifstream file(TestDataDir() + "/published_proportions.json");
   int cases = 0;
   for (const Json& published : Json::parse(file)) {
     if (published.at("family") != "P1") {

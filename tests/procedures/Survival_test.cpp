@@ -9,6 +9,7 @@
 
 #include "distributions/Normal.h"
 #include "procedures/ProceduresTest.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -267,7 +268,7 @@ TEST_F(Survival, FindsTheFewestPairsOfExponentialSurvival) {
 // --- Against other computations.
 
 TEST_F(Survival, AgreesWithAnIndependentComputation) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/survival_power.csv");
+  std::ifstream file(TestDataDir() + "/survival_power.csv");
   ASSERT_TRUE(file.is_open());
   std::string line;
   int rows[3] = {0, 0, 0};
@@ -308,7 +309,7 @@ void ExpectPublished(const Json& published, const char* key, double value) {
 }
 
 TEST_F(Survival, AgreesWithPublishedCases) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/published_survival.json");
+  std::ifstream file(TestDataDir() + "/published_survival.json");
   int cases = 0;
   for (const Json& published : Json::parse(file)) {
     ++cases;

@@ -9,6 +9,7 @@
 
 #include "distributions/NoncentralT.h"
 #include "procedures/ProceduresTest.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -188,7 +189,7 @@ struct PowerRow {
 };
 
 std::vector<PowerRow> PowerRows() {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/t_test_power.csv");
+  std::ifstream file(TestDataDir() + "/t_test_power.csv");
   std::vector<PowerRow> rows;
   std::string line;
   while (std::getline(file, line)) {
@@ -494,7 +495,7 @@ void ExpectPublished(const Json& published, const char* key, double value) {
 }
 
 TEST_F(TTestsTest, AgreesWithPublishedCases) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/published_t_tests.json");
+  std::ifstream file(TestDataDir() + "/published_t_tests.json");
   const Json cases = Json::parse(file);
   ASSERT_THAT(cases, SizeIs(35));
   for (const Json& published : cases) {

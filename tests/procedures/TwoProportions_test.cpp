@@ -9,6 +9,7 @@
 
 #include "distributions/Normal.h"
 #include "procedures/ProceduresTest.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -446,7 +447,7 @@ TEST_F(TwoProportions, MarksATrueNullInTheRequiredPairsWithANumberOfItsOwn) {
 // --- Against other computations.
 
 TEST_F(TwoProportions, AgreesWithAnIndependentComputation) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/two_proportions_power.csv");
+  std::ifstream file(TestDataDir() + "/two_proportions_power.csv");
   ASSERT_TRUE(file.is_open());
   std::string line;
   int two = 0;
@@ -491,7 +492,7 @@ void ExpectPublished(const Json& published, const char* key, double value) {
 }
 
 TEST_F(TwoProportions, AgreesWithPublishedCases) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/published_proportions.json");
+  std::ifstream file(TestDataDir() + "/published_proportions.json");
   int cases = 0;
   for (const Json& published : Json::parse(file)) {
     const Json& in = published.at("inputs");

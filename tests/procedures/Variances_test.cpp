@@ -11,6 +11,7 @@
 #include "distributions/NoncentralChiSquare.h"
 #include "distributions/Normal.h"
 #include "procedures/ProceduresTest.h"
+#include "support/TestData.h"
 
 namespace poweranalysis {
 namespace {
@@ -413,7 +414,7 @@ TEST_F(VariancesTest, FailsAFixedGroupThatNoOtherGroupCanHelp) {
 // --- Independent computations.
 
 std::vector<std::vector<double>> RowsOf(const std::string& name, std::vector<int>& families) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/" + name);
+  std::ifstream file(TestDataDir() + "/" + name);
   std::vector<std::vector<double>> rows;
   std::string line;
   while (std::getline(file, line)) {
@@ -502,7 +503,7 @@ void ExpectPublished(const Json& published, const char* key, double value) {
 }
 
 TEST_F(VariancesTest, AgreesWithPublishedCases) {
-  std::ifstream file(std::string(TEST_DATA_DIR) + "/published_variances.json");
+  std::ifstream file(TestDataDir() + "/published_variances.json");
   const Json cases = Json::parse(file);
   ASSERT_THAT(cases, SizeIs(8));
   for (const Json& published : cases) {

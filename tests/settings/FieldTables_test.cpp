@@ -7,6 +7,7 @@
 
 #include "settings/PowerSettings.h"
 #include "support/DataTable.h"
+#include "support/TestData.h"
 
 // The tables of fields, keys, labels and sections, held against each other and against the lists
 // beside this test.
@@ -16,7 +17,7 @@ namespace {
 using testing::ReadTable;
 using testing::SplitAt;
 
-std::string DataFile(const char* name) { return std::string(TEST_DATA_DIR) + "/" + name; }
+std::string DataFile(const char* name) { return TestDataDir() + "/" + name; }
 
 std::vector<const Field*> KeyedFields(const FamilyTable& family) {
   std::vector<const Field*> keyed;
