@@ -23,8 +23,8 @@ endif()
 
 # power_analysis_folder(<name> [LINKS <folder>...])
 #
-# The static library power_analysis_<name> of all sources in src/<name>. Its headers are reached as
-# "<name>/Header.h" through a folder that holds nothing but a link to src/<name>.
+# The static library power_analysis_<name> of all sources in src/<name>, or an interface to its headers
+# alone. They are reached as "<name>/Header.h" through a folder that holds nothing but a link to src/<name>.
 function(power_analysis_folder name)
   cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
   set(source_dir ${PROJECT_SOURCE_DIR}/src/${name})
@@ -33,15 +33,18 @@ function(power_analysis_folder name)
   file(CREATE_LINK ${source_dir} ${include_dir}/${name} SYMBOLIC)
 
   file(GLOB sources CONFIGURE_DEPENDS ${source_dir}/*.cpp)
-  if(NOT sources)
-    return()
-  endif()
   set(target power_analysis_${name})
-  add_library(${target} STATIC ${sources})
-  target_include_directories(${target} PUBLIC ${include_dir})
-  target_link_libraries(${target} PUBLIC power_analysis_flags)
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    set(reach PUBLIC)
+  else()
+    add_library(${target} INTERFACE)
+    set(reach INTERFACE)
+  endif()
+  target_include_directories(${target} ${reach} ${include_dir})
+  target_link_libraries(${target} ${reach} power_analysis_flags)
   foreach(link IN LISTS arg_LINKS)
-    target_link_libraries(${target} PUBLIC power_analysis_${link})
+    target_link_libraries(${target} ${reach} power_analysis_${link})
   endforeach()
 endfunction()
 

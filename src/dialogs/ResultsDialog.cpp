@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "host/NumberText.h"
+#include "output/Reports.h"
 #include "output/SummaryTables.h"
 #include "procedures/RequiredSizeSearch.h"
 

@@ -1,30 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <span>
+#include <vector>
 
-#include "output/Reports.h"
+#include "families/Computed.h"
+#include "settings/PowerSettings.h"
 
 namespace poweranalysis {
-
-// What a calculation computed: all that tables and reports show beyond the inputs. Quantities that
-// a family does not have stay failed. Of several powers, sizes or critical values there is one an
-// effect or one a group.
-struct Computed : ReportNumbers {
-  static constexpr double kFailed = -9999.0;
-  using PerEffect = std::array<double, 3>;
-
-  double effect = kFailed;  // standardized effect
-  double spread = kFailed;  // standard deviation of paired differences
-  double noncentrality = kFailed;
-  PerEffect effectDf = {kFailed, kFailed, kFailed};
-  double errorDf = kFailed;
-  PerEffect critical = {kFailed, kFailed, kFailed};
-  double actualAlpha = kFailed;  // of an exact test on counts
-  double normalPower = kFailed;  // power by the normal approximation, beside an exact one
-  double events = kFailed;       // to be observed in a survival study
-};
 
 // What a row of a summary table shows.
 enum class ValueKind {

@@ -51,7 +51,7 @@ namespace {
 // The values that fill the slots of a report, taken from the Committed record and the results.
 class SlotValues {
  public:
-  SlotValues(Family family, const ReportNumbers& numbers, PowerSettings& params)
+  SlotValues(Family family, const Computed& numbers, PowerSettings& params)
       : record_(ViewOf(params, family, Instance::Committed)) {
     for (std::size_t i = 0; i < numbers.power.size(); ++i) {
       powerTexts_[i] = FormatPowerText(numbers.power[i]);
@@ -115,10 +115,7 @@ void EmitRow(const ReportRow& row, const SlotValues& values) {
 
 }  // namespace
 
-void EmitReport(Family family,
-                ReportKind kind,
-                const ReportNumbers& numbers,
-                PowerSettings& params) {
+void EmitReport(Family family, ReportKind kind, const Computed& numbers, PowerSettings& params) {
   const SlotValues values(family, numbers, params);
   for (const ReportRow& row : ReportRows(family)) {
     if ((row.reports & static_cast<unsigned>(kind)) != 0 && values.Holds(row)) {

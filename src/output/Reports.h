@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "families/Computed.h"
 #include "settings/PowerSettings.h"
 
 // Narrative reports: paragraphs, one call each, written after a summary table at the host's highest
@@ -22,12 +23,6 @@ std::string FormatSizeText(std::int64_t size);
 
 // The sentence on the tails of the test by hypothesis form; text::None for form 3 and beyond.
 TextId TailSentence(int h0Type);
-
-// What a calculation computed, as far as reports need it.
-struct ReportNumbers {
-  std::array<double, 3> power{};       // one, or one an effect
-  std::array<std::int64_t, 3> size{};  // one, one an effect, or one a group
-};
 
 // What fills a slot of a paragraph.
 enum class SlotKind {
@@ -67,9 +62,6 @@ struct ReportRow {
 std::span<const ReportRow> ReportRows(Family family);
 
 // Writes the report of a family from its Committed record and the computed numbers.
-void EmitReport(Family family,
-                ReportKind kind,
-                const ReportNumbers& numbers,
-                PowerSettings& params);
+void EmitReport(Family family, ReportKind kind, const Computed& numbers, PowerSettings& params);
 
 }  // namespace poweranalysis

@@ -4,6 +4,7 @@
 
 #include "dialogs/DialogRun.h"
 #include "dialogs/ResultsDialog.h"
+#include "output/Reports.h"
 #include "output/SummaryTables.h"
 #include "procedures/TTests.h"
 

@@ -87,7 +87,7 @@ class AllFamilies : public SettingsTest {
 
   std::vector<std::string> Paragraphs(const FamilyTable& family, ReportKind kind) {
     host.TakeWorkbook();
-    ReportNumbers numbers;
+    Computed numbers;
     numbers.power = {0.61, 0.62, 0.63};
     numbers.size = {7001, 7002, 7003};
     EmitReport(family.family, kind, numbers, block);

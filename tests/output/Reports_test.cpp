@@ -32,7 +32,7 @@ const std::string kNegative =
 
 class ReportTest : public SettingsTest {
  protected:
-  std::vector<std::string> Emit(Family family, ReportKind kind, const ReportNumbers& numbers) {
+  std::vector<std::string> Emit(Family family, ReportKind kind, const Computed& numbers) {
     host.TakeWorkbook();
     EmitReport(family, kind, numbers, block);
     return Paragraphs();
@@ -44,8 +44,8 @@ class ReportTest : public SettingsTest {
     return std::get<Report>(host.workbook().items.back()).paragraphs;
   }
 
-  static ReportNumbers Numbers(double power, std::int64_t size = 0) {
-    ReportNumbers numbers;
+  static Computed Numbers(double power, std::int64_t size = 0) {
+    Computed numbers;
     numbers.power[0] = power;
     numbers.size[0] = size;
     return numbers;
