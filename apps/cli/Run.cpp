@@ -44,17 +44,6 @@ bool IsChartButton(const ControlSpec& control) {
   return control.kind == ControlKind::Button && control.name.find("-vs-") != std::string::npos;
 }
 
-// The code of the summary table that a task sends.
-int TableCode(Family family, int mode) {
-  const TextId heading = mode == ModePower ? text::PowerCalculation : text::SampleSizeCalculation;
-  for (const TableDefinition& table : TableDefinitions()) {
-    if (table.family == family && table.headings[0] == heading) {
-      return table.code;
-    }
-  }
-  return 0;
-}
-
 // A bare name means a file of the working folder here, as in every command; to the host it would be
 // one of the configuration folder.
 std::string AsPath(const std::string& file) {
@@ -330,7 +319,7 @@ void TaskRun::Finish() {
   Study& study = outcome_.study;
   study.family = request_.family->code;
   study.mode = request_.mode == ModePower ? "power" : "size";
-  study.code = TableCode(request_.family->family, request_.mode);
+  study.code = FindTable(request_.family->family, request_.mode)->code;
   study.workbook = host_.TakeWorkbook();
   study.messages = host_.messages();
   FinishStudy(outcome_, chartRefused_);

@@ -134,9 +134,9 @@ SearchResult R2RequiredN(WindowHandle parent, SquaredCorrelation& design, bool s
 constexpr PlotAxis kRhoAxis = {"RhoStart", "RhoEnd", "NInterval", false};
 constexpr PlotAxis kR2Axis = {"R2Start", "R2End", "NInterval", false};
 
-constexpr PlotSlot kAlgorithm = {"Algorithm",
-                                 {text::CaptionAlgorithmExact, text::CaptionAlgorithmFisherZRefined,
-                                  text::CaptionAlgorithmFisherZCrude}};
+constexpr Slot kAlgorithm = {"Algorithm",
+                             {text::CaptionAlgorithmExact, text::CaptionAlgorithmFisherZRefined,
+                              text::CaptionAlgorithmFisherZCrude}};
 constexpr PlotTexts kAlgorithmPowerLabel = Only(text::PlotPower, {kAlgorithm});
 constexpr PlotTexts kAlgorithmSizeLabel = Only(text::PlotRequiredSampleSizeN, {kAlgorithm});
 constexpr PlotTexts kRhoLabel = Only(text::RowPopulationCorrelationRho);
@@ -225,8 +225,8 @@ constexpr PlotTexts kZ2RSizeLabel = {"NToVary",
                                      {{{text::PlotSampleSizeN1N2, {}},
                                        {text::PlotSampleSizeN1N22, {"SampleSizeN2"}},
                                        {text::PlotSampleSizeN2N1, {"SampleSizeN1"}}}}};
-constexpr std::array<PlotSlot, 6> kAlphaAndRhos = {"Alpha", "Rho1", "Rho2"};
-constexpr std::array<PlotSlot, 6> kGoalAndRhos = {"PowerGoal", "Rho1", "Rho2"};
+constexpr std::array<Slot, 6> kAlphaAndRhos = {"Alpha", "Rho1", "Rho2"};
+constexpr std::array<Slot, 6> kGoalAndRhos = {"PowerGoal", "Rho1", "Rho2"};
 
 constexpr PlotRow kZ2RSizePlots[] = {
     Z2RSizePlot<&Z2RParams::PowerGoal>({text::PlotNVsPower,
@@ -315,7 +315,7 @@ double R2EffectOf(const RecordView& record) {
   return p.PopulationR2 - p.R2Null;
 }
 
-constexpr PlotSlot kR2Hypothesis = {
+constexpr Slot kR2Hypothesis = {
     "H0Type",
     {text::CaptionH0P2, text::CaptionH0P2AtMost, text::CaptionH0P2AtLeast, text::CaptionH0P22}};
 constexpr PlotTexts kR2Title =

@@ -21,7 +21,7 @@ inline constexpr PlotAxis RmsseAxis = {"StartRMSSE", "EndRMSSE", "NInterval", fa
 // --- Texts.
 
 // One text, whatever the record holds.
-constexpr PlotTexts Only(TextId id, std::array<PlotSlot, 6> slots = {}) {
+constexpr PlotTexts Only(TextId id, std::array<Slot, 6> slots = {}) {
   return {nullptr, {{{id, slots}}}};
 }
 

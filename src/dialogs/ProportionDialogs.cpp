@@ -203,8 +203,8 @@ constexpr PlotAxis kPiAxis = {"PiStart", "PiEnd", "NInterval", false};
 constexpr PlotAxis kDeltaAxis = {"DeltaStart", "DeltaEnd", "NInterval", false};
 constexpr PlotAxis kEtaAxis = {"EtaStart", "EtaEnd", "NInterval", false};
 
-constexpr PlotSlot kAlgorithm = {"Algorithm", {text::CaptionExact, text::RadioNormalApproximation}};
-constexpr PlotSlot kCorrection = {
+constexpr Slot kAlgorithm = {"Algorithm", {text::CaptionExact, text::RadioNormalApproximation}};
+constexpr Slot kCorrection = {
     "Continuity", {text::CaptionNoContinuityCorrection, text::CaptionCorrectedForContinuity}};
 
 constexpr PlotTexts kP1PowerLabel = Only(text::PlotPower, {kAlgorithm});

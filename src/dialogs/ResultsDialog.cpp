@@ -1,10 +1,10 @@
 #include "dialogs/ResultsDialog.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "host/NumberText.h"
 #include "output/Reports.h"
-#include "output/SummaryTables.h"
 #include "procedures/RequiredSizeSearch.h"
 
 namespace poweranalysis {
@@ -19,37 +19,15 @@ double FieldValue(const RecordView& record, const char* name) {
   return record.Get(*record.table().Find(name));
 }
 
-// The choice that a field's value makes among texts; the first without a field.
-std::size_t ChoiceBy(const char* field, const RecordView& record) {
-  return field == nullptr ? 0 : static_cast<std::size_t>(FieldValue(record, field));
-}
-
-// What fills a slot, as the conversion of its format wants it.
-FormatArg FillSlot(const PlotSlot& slot, char conversion, const RecordView& record, double effect) {
-  if (conversion == 's') {
-    const std::size_t choice = ChoiceBy(slot.field, record);
-    return choice < slot.texts.size() ? RawText(slot.texts[choice]) : std::string_view();
+std::string FillPlotTexts(const PlotTexts& texts,
+                          const RecordView& record,
+                          const Computed& derived) {
+  const int choice = texts.byField == nullptr ? 0 : ChoiceBy(texts.byField, record);
+  if (choice < 0 || choice >= static_cast<int>(texts.alternatives.size())) {
+    return {};
   }
-  const double value =
-      std::string_view(slot.field) == EffectSlot ? effect : FieldValue(record, slot.field);
-  return conversion == 'd' ? FormatArg(static_cast<std::int64_t>(value)) : FormatArg(value);
-}
-
-std::string FillPlotText(const PlotText& plotText, const RecordView& record, double effect) {
-  const std::string format = LoadText(plotText.id);
-  const std::string slots = FormatSlots(format);
-  std::vector<FormatArg> args;
-  for (std::size_t i = 0; i < slots.size(); ++i) {
-    args.push_back(FillSlot(plotText.slots[i], slots[i], record, effect));
-  }
-  return FormatText(format, args);
-}
-
-std::string FillPlotTexts(const PlotTexts& texts, const RecordView& record, double effect) {
-  const std::size_t choice = ChoiceBy(texts.byField, record);
-  return choice < texts.alternatives.size()
-             ? FillPlotText(texts.alternatives[choice], record, effect)
-             : std::string();
+  const PlotText& chosen = texts.alternatives[static_cast<std::size_t>(choice)];
+  return FillText(chosen.id, chosen.slots, record, derived);
 }
 
 PlotGrid GridOf(const PlotAxis& axis, const RecordView& record) {
@@ -68,17 +46,23 @@ double EffectOf(const NullCheckRow& check, const RecordView& record) {
 }
 
 // Does a row show something before a calculation?
-bool IsKnown(const ValueRow& row, double value) {
-  switch (row.kind) {
-    case ValueKind::Field:
+bool IsKnown(const Quantity& quantity, double value) {
+  switch (quantity.kind) {
+    case QuantityKind::Field:
       return true;
-    case ValueKind::Effect:
-    case ValueKind::Spread:
-    case ValueKind::Noncentrality:
+    case QuantityKind::Effect:
+    case QuantityKind::Spread:
+    case QuantityKind::Noncentrality:
       return value != Computed::kFailed;
     default:
       return false;
   }
+}
+
+// Is a row one of the numbers that a table is sent for?
+bool IsResult(const Quantity& quantity) {
+  return quantity.kind == QuantityKind::Power || quantity.kind == QuantityKind::Size ||
+         quantity.kind == QuantityKind::NormalPower;
 }
 
 // The calculation's name: the caption of the results dialog without its last word.
@@ -173,13 +157,16 @@ TextId CResultsDialog::ChartCaption(int control) const {
   return text::None;
 }
 
+std::vector<ShownRow> CResultsDialog::Rows() const {
+  return ShownRows(*FindTableDefinition(rows_.tableCode), *Block());
+}
+
 std::string CResultsDialog::FrameText() const {
   // The inputs of the summary table and what follows from them, one a line, under the titles of
   // their blocks; what a calculation gives is not known yet.
   PowerSettings& block = *Block();
-  const std::span<const ValueRow> rows = TableValueRows(rows_.tableCode);
   const TableDefinition& definition = *FindTableDefinition(rows_.tableCode);
-  const std::vector<TitleEntry> titles = TableTitles(definition, block);
+  const std::vector<ShownRow> rows = Rows();
   const RecordView committed = View(Instance::Committed);
   Computed derived;
   derived.effect = EffectOf(rows_.nullCheck, committed);
@@ -188,12 +175,12 @@ std::string CResultsDialog::FrameText() const {
   }
   const std::vector<double> values = TableValues(rows, committed, derived);
 
-  std::string frame = LoadText(definition.headings[0]);
+  std::string frame = LoadText(TableHeadings(definition, block).front());
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    const std::string title = LoadText(titles[i].id);
-    if (rows[i].kind == ValueKind::Blank) {
-      frame += titles[i].id == text::BlankRow ? "" : "\n" + title;
-    } else if (IsKnown(rows[i], values[i])) {
+    const std::string title = LoadText(rows[i].title);
+    if (rows[i].quantity.kind == QuantityKind::None) {
+      frame += rows[i].title == text::BlankRow ? "" : "\n" + title;
+    } else if (IsKnown(rows[i].quantity, values[i])) {
       frame += "\n" + title + LoadText(text::Colon) + " " + FormatCell(values[i]);
     }
   }
@@ -243,19 +230,11 @@ bool CResultsDialog::NullHypothesisRefuses(const NullCheckRow& check) const {
 
 // Whether there is one of the numbers that the table is sent for.
 bool CResultsDialog::HoldsResult(const CalculationOutcome& outcome) const {
-  const std::span<const ValueRow> rows = TableValueRows(rows_.tableCode);
-  const std::vector<double> values = TableValues(rows, View(Instance::Committed), outcome.computed);
-  const auto holds = [&](std::size_t i) {
-    const bool result = rows[i].kind == ValueKind::Power || rows[i].kind == ValueKind::Size ||
-                        rows[i].kind == ValueKind::NormalPower;
-    return result && values[i] != Computed::kFailed;
-  };
-  for (std::size_t i = 0; outcome.good && i < rows.size(); ++i) {
-    if (holds(i)) {
-      return true;
-    }
-  }
-  return false;
+  const std::vector<ShownRow> rows = Rows();
+  return outcome.good && std::any_of(rows.begin(), rows.end(), [&](const ShownRow& row) {
+           return IsResult(row.quantity) && ValueOf(row.quantity, View(Instance::Committed),
+                                                    outcome.computed) != Computed::kFailed;
+         });
 }
 
 // A procedure that fails says why itself, or in some cases fails without a word: then the user is
@@ -264,9 +243,7 @@ CalculationOutcome CResultsDialog::Compute() {
   const std::int32_t messagesBefore = Module().messagesShown;
   const CalculationOutcome outcome = rows_.calculate(window(), *Block());
   if (!HoldsResult(outcome) && Module().messagesShown == messagesBefore && !IsCancelled()) {
-    const std::vector<TitleEntry> titles =
-        TableTitles(*FindTableDefinition(rows_.tableCode), *Block());
-    const std::string result = LoadText(titles.back().id);
+    const std::string result = LoadText(Rows().back().title);
     ShowMessage(MessageStopIcon, window(), text::NotComputable, {FormatArg(result)});
   }
   return outcome;
@@ -287,8 +264,7 @@ long CResultsDialog::Calculate() {
   const CalculationOutcome outcome = Compute();
   if (outcome.good) {
     const Computed& computed = outcome.computed;
-    std::vector<double> values =
-        TableValues(TableValueRows(rows_.tableCode), View(Instance::Committed), computed);
+    std::vector<double> values = TableValues(Rows(), View(Instance::Committed), computed);
     ShowSummaryTable(values, rows_.tableCode, &sheet_, block);
     host.RestoreResults();
     if (!form().IsWindow()) {
@@ -331,8 +307,9 @@ long CResultsDialog::DrawPlotOf(const PlotRow& plot) {
   Copy(Instance::Working, Instance::Committed);
   PowerSettings& block = *Block();
   const RecordView committed = View(Instance::Committed);
-  const double effect = EffectOf(rows_.nullCheck, committed);
-  std::string family = FillPlotTexts(rows_.familyTitle, committed, effect);
+  Computed derived;
+  derived.effect = EffectOf(rows_.nullCheck, committed);
+  std::string family = FillPlotTexts(rows_.familyTitle, committed, derived);
   if (family.empty()) {
     family = FamilyAndHypothesis(entry(), rows_.tableCode, block);
   }
@@ -341,9 +318,9 @@ long CResultsDialog::DrawPlotOf(const PlotRow& plot) {
   request.kind = plot.kind;
   request.name = PlotName(plot.caption);
   request.titles = {CalculationName(entry()), std::move(family),
-                    FillPlotTexts(plot.title, committed, effect)};
-  request.xLabel = FillPlotTexts(plot.xLabel, committed, effect);
-  request.yLabel = FillPlotTexts(plot.yLabel, committed, effect);
+                    FillPlotTexts(plot.title, committed, derived)};
+  request.xLabel = FillPlotTexts(plot.xLabel, committed, derived);
+  request.yLabel = FillPlotTexts(plot.yLabel, committed, derived);
   const PlotOutcome outcome =
       DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(window(), block),
                plot.failedPoint, std::move(request));

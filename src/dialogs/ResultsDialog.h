@@ -2,30 +2,17 @@
 
 #include "dialogs/FieldDialog.h"
 #include "output/Charts.h"
-#include "output/Computed.h"
+#include "output/SummaryTables.h"
 
 namespace poweranalysis {
 
 // The standardized effect among the slots of a text.
-inline constexpr const char* EffectSlot = "(effect)";
-
-// What fills a slot of a chart's text: the value of a field of Committed, the standardized effect,
-// a text, or of several texts the one that a field's value chooses.
-struct PlotSlot {
-  constexpr PlotSlot() = default;
-  constexpr PlotSlot(const char* valueOf) : field(valueOf) {}
-  constexpr PlotSlot(TextId text) : texts{text} {}
-  constexpr PlotSlot(const char* byField, std::array<TextId, 4> choices)
-      : field(byField), texts(choices) {}
-
-  const char* field = nullptr;
-  std::array<TextId, 4> texts{};
-};
+inline constexpr Slot EffectSlot = quantity::kEffect;
 
 // A text of a chart and what fills its slots.
 struct PlotText {
   TextId id = text::None;
-  std::array<PlotSlot, 6> slots{};
+  std::array<Slot, 6> slots{};
 };
 
 // Alternatives of a text by the value of a field; without a field the first is all.
@@ -123,6 +110,8 @@ class CResultsDialog : public CFieldDialog {
   // The caption of a chart's button; None for another control.
   TextId ChartCaption(int control) const;
   int FirstChartControl() const;
+  // The rows of its table.
+  std::vector<ShownRow> Rows() const;
   std::string FrameText() const;
 
   const ResultsDialogTable& rows_;

@@ -1,44 +1,11 @@
 #include "output/SummaryTables.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace poweranalysis {
 
 namespace {
-
-// The one special value of a table.
-constexpr double kFailedNumber = -9999.0;
-
-constexpr const char* FieldOf(Selector selector) {
-  switch (selector) {
-    case Selector::H0Type:
-      return "H0Type";
-    case Selector::ModelType:
-      return "ModelType";
-    case Selector::EffectToTest:
-      return "EffectToTest";
-    case Selector::Algorithm:
-      return "Algorithm";
-    case Selector::Continuity:
-      return "Continuity";
-    default:
-      return "";
-  }
-}
-
-// The selector's value in the record, or -1 for a family that has no such field.
-int SelectorValue(Selector selector, Family family, PowerSettings& params) {
-  const RecordView record = ViewOf(params, family, Instance::Committed);
-  const Field* field = record.table().Find(FieldOf(selector));
-  return field == nullptr ? -1 : static_cast<int>(record.Get(*field));
-}
-
-template <std::size_t N>
-TextId ByValue(const std::array<TextId, N>& alternatives, int value) {
-  return value >= 0 && static_cast<std::size_t>(value) < N
-             ? alternatives[static_cast<std::size_t>(value)]
-             : text::None;
-}
 
 int CountCharacters(std::string_view text) {
   // Continuation bytes of UTF-8 do not count.
@@ -47,35 +14,11 @@ int CountCharacters(std::string_view text) {
   }));
 }
 
-// Code 129 shows which degrees of freedom were varied. The first of its two last rows always says
-// Df1; another DfToVary than 0 and 1 leaves both out.
-constexpr int kTwoVariancesSampleSize = 129;
-
-void FollowDfToVary(std::vector<TitleEntry>& titles, int dfToVary) {
-  if (dfToVary == 1) {
-    titles.back().id = text::RowFixedDf2SpecifiedByUser;
-  } else if (dfToVary != 0) {
-    titles.resize(titles.size() - 2);
-  }
-}
-
-// "Value" is indented in these tables alone.
-int ValueIndent(int code) {
-  constexpr int kIndented[] = {0, 1, 16, 17, 32, 80};
-  constexpr int kIndent = 2;
-  return std::find(std::begin(kIndented), std::end(kIndented), code) != std::end(kIndented)
-             ? kIndent
-             : 0;
-}
-
-int ColumnTitleWidth(int code) {
-  constexpr int kWideContrast[] = {48, 49};
-  constexpr int kWide = 12;
-  constexpr int kNormal = 10;
-  return std::find(std::begin(kWideContrast), std::end(kWideContrast), code) !=
-                 std::end(kWideContrast)
-             ? kWide
-             : kNormal;
+// The first line over a table: what was calculated.
+TextId ModeHeading(int mode) {
+  constexpr TextId kHeadings[] = {text::PowerCalculation, text::SampleSizeCalculation,
+                                  text::HeadingIntervalEstimation};
+  return kHeadings[mode];
 }
 
 std::vector<std::string> LoadTexts(const std::vector<TextId>& ids) {
@@ -90,45 +33,94 @@ std::vector<std::string> LoadTexts(const std::vector<TextId>& ids) {
 // The text of a blank row is one control character, which shows as nothing.
 std::string RowTitle(TextId id) { return id == text::BlankRow ? std::string() : LoadText(id); }
 
+// A table without rows.
+SummaryTable TableFrame(const TableDefinition& definition, PowerSettings& params) {
+  constexpr int kOptions = 9216;
+  constexpr std::uint8_t kNumberFormat = 4;
+  SummaryTable table;
+  table.code = definition.code;
+  table.headings = LoadTexts(TableHeadings(definition, params));
+  for (const std::string& heading : table.headings) {
+    table.headingWidth = std::max(table.headingWidth, CountCharacters(heading));
+  }
+  table.columns = {LoadText(text::Value)};
+  table.columnTitleIndent = definition.value.indent;
+  table.columnTitleWidth = definition.value.width;
+  table.options = kOptions;
+  table.columnFormats = {kNumberFormat};
+  return table;
+}
+
+// The widths follow all titles, also those of rows that have got no value.
+void FillRows(SummaryTable& table, std::span<const ShownRow> rows, std::span<const double> cells) {
+  constexpr int kSpace = 2;
+  table.rowTitleWidth = MeasureTitles(rows);
+  table.rowDisplayWidth = table.rowTitleWidth + kSpace;
+  table.columnDisplayWidth = table.cellWidth + kSpace;
+  for (std::size_t row = 0; row < cells.size(); ++row) {
+    table.rows.push_back({RowTitle(rows[row].title), rows[row].indent, {cells[row]}});
+  }
+}
+
+template <class Matches>
+const TableDefinition* FindWhere(Matches matches) {
+  const std::span<const TableDefinition> tables = TableDefinitions();
+  const auto found = std::find_if(tables.begin(), tables.end(), matches);
+  return found == tables.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
+const TableDefinition* FindTable(Family family, int mode) {
+  return FindWhere(
+      [&](const TableDefinition& table) { return table.family == family && table.mode == mode; });
+}
+
+const TableDefinition* FindTableDefinition(int code) {
+  return FindWhere([&](const TableDefinition& table) { return table.code == code; });
+}
+
 std::vector<TextId> TableHeadings(const TableDefinition& table, PowerSettings& params) {
-  std::vector<TextId> headings;
-  for (const TextId id : table.headings) {
+  const RecordView record = ViewOf(params, table.family, Instance::Committed);
+  std::vector<TextId> headings = {ModeHeading(table.mode)};
+  for (const ChosenText& heading : table.headings) {
+    const TextId id = heading.In(record);
     if (id != text::None) {
       headings.push_back(id);
-    }
-  }
-  if (table.selector != Selector::None) {
-    const TextId third =
-        ByValue(table.byValue, SelectorValue(table.selector, table.family, params));
-    if (third != text::None) {
-      headings.push_back(third);
     }
   }
   return headings;
 }
 
-std::vector<TitleEntry> TableTitles(const TableDefinition& table, PowerSettings& params) {
-  std::vector<TitleEntry> titles;
-  titles.reserve(table.rows.size());
-  for (const TitleRow& row : table.rows) {
-    const int value =
-        row.selector == Selector::None ? 0 : SelectorValue(row.selector, table.family, params);
-    titles.push_back({ByValue(row.titles, value), row.indent});
+std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& params) {
+  const RecordView record = ViewOf(params, table.family, Instance::Committed);
+  std::vector<ShownRow> rows;
+  rows.reserve(table.rows.size());
+  for (const TableRowDefinition& row : table.rows) {
+    if (row.when.Holds(record)) {
+      rows.push_back({row.title.In(record), row.indent, row.quantity});
+    }
   }
-  if (table.code == kTwoVariancesSampleSize) {
-    FollowDfToVary(titles, params.V2.Committed.DfToVary);
-  }
-  return titles;
+  return rows;
 }
 
-int MeasureTitles(std::span<const TitleEntry> titles) {
+int MeasureTitles(std::span<const ShownRow> rows) {
   int widest = 0;
-  for (const TitleEntry& title : titles) {
-    widest = std::max(widest, CountCharacters(RowTitle(title.id)) + title.indent);
+  for (const ShownRow& row : rows) {
+    widest = std::max(widest, CountCharacters(RowTitle(row.title)) + row.indent);
   }
   return widest;
+}
+
+std::vector<double> TableValues(std::span<const ShownRow> rows,
+                                const RecordView& record,
+                                const Computed& computed) {
+  std::vector<double> values;
+  values.reserve(rows.size());
+  for (const ShownRow& row : rows) {
+    values.push_back(ValueOf(row.quantity, record, computed));
+  }
+  return values;
 }
 
 void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerSettings& params) {
@@ -137,38 +129,19 @@ void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerS
   if (host == nullptr || definition == nullptr) {
     return;
   }
-  constexpr int kOptions = 9216;
-  constexpr int kSpace = 2;
-  constexpr std::uint8_t kNumberFormat = 4;
-  const std::vector<TitleEntry> titles = TableTitles(*definition, params);
-  const std::vector<TextId> headings = TableHeadings(*definition, params);
-  const std::size_t rows = std::min(titles.size(), values.size());
-  std::replace(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(rows), kFailedNumber,
-               MissingValue());
+  const std::vector<ShownRow> rows = ShownRows(*definition, params);
+  const std::size_t shown = std::min(rows.size(), values.size());
+  std::replace(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(shown),
+               Computed::kFailed, MissingValue());
   // The sheet's own copy of the cells.
-  HostArray<double> cells(*host, rows);
+  HostArray<double> cells(*host, shown);
   if (!cells) {
     return;
   }
-  std::copy_n(values.begin(), rows, cells.data());
+  std::copy_n(values.begin(), shown, cells.data());
 
-  SummaryTable table;
-  table.code = code;
-  table.headings = LoadTexts(headings);
-  table.columns = {LoadText(text::Value)};
-  table.columnTitleIndent = ValueIndent(code);
-  table.columnTitleWidth = ColumnTitleWidth(code);
-  table.rowTitleWidth = MeasureTitles(titles);
-  table.rowDisplayWidth = table.rowTitleWidth + kSpace;
-  table.columnDisplayWidth = table.cellWidth + kSpace;
-  for (const std::string& heading : table.headings) {
-    table.headingWidth = std::max(table.headingWidth, CountCharacters(heading));
-  }
-  table.options = kOptions;
-  table.columnFormats = {kNumberFormat};
-  for (std::size_t row = 0; row < rows; ++row) {
-    table.rows.push_back({RowTitle(titles[row].id), titles[row].indent, {cells[row]}});
-  }
+  SummaryTable table = TableFrame(*definition, params);
+  FillRows(table, rows, {cells.data(), shown});
   const int sheet = SetTableOptions(*host, std::move(table));
   if (sheetSlot != nullptr) {
     *sheetSlot = sheet;

@@ -2,50 +2,64 @@
 
 #include <array>
 #include <span>
+#include <vector>
 
-#include "settings/PowerSettings.h"
+#include "frame/TaskCatalogue.h"
+#include "output/Quantities.h"
 
 // Summary tables: one column of values with row titles and up to three heading lines. One operation
-// builds all of them; the code of a table selects its headings and row titles.
+// builds all of them from the rows of a table.
 namespace poweranalysis {
 
-// The parameter by whose value a heading or a title is chosen.
-enum class Selector { None, H0Type, ModelType, EffectToTest, Algorithm, Continuity };
-
-// A row title, or the alternatives by the selector's value; 0 ends the alternatives.
-struct TitleRow {
-  std::array<TextId, 3> titles{};
+// One row: what it shows, its title, the indent of the title, and when it is shown.
+struct TableRowDefinition {
+  Quantity quantity;
+  ChosenText title;
   int indent = 0;
-  Selector selector = Selector::None;
+  Condition when{};
 };
 
-// Code of a table: family in the upper part, mode in the low part.
+// How the title over the values stands.
+struct ColumnTitle {
+  int indent = 0;
+  int width = 10;
+};
+
+// The table of a family and mode. Its code goes out with it, for hosts and files.
 struct TableDefinition {
   int code;
   Family family;
-  std::array<TextId, 3> headings;
-  Selector selector;              // of the third heading; None: the list above is all
-  std::array<TextId, 4> byValue;  // third heading by the selector's value
-  std::span<const TitleRow> rows;
+  int mode;
+  std::array<ChosenText, 2> headings;  // below the name of the calculation
+  std::span<const TableRowDefinition> rows;
+  ColumnTitle value{};
 };
 
 std::span<const TableDefinition> TableDefinitions();
+// Null where there is none.
+const TableDefinition* FindTable(Family family, int mode);
 const TableDefinition* FindTableDefinition(int code);
 
-// The headings and the row titles that a code shows for the Committed record of its family.
+// The headings and the rows that a table shows for the Committed record of its family.
 std::vector<TextId> TableHeadings(const TableDefinition& table, PowerSettings& params);
-struct TitleEntry {
-  TextId id;
-  int indent;
+struct ShownRow {
+  TextId title;
+  int indent = 0;
+  Quantity quantity{};
 };
-std::vector<TitleEntry> TableTitles(const TableDefinition& table, PowerSettings& params);
+std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& params);
 
-// The greatest length plus indent over the entries, in characters; 0 for an empty list.
-int MeasureTitles(std::span<const TitleEntry> titles);
+// The greatest length plus indent over the rows, in characters; 0 for an empty list.
+int MeasureTitles(std::span<const ShownRow> rows);
 
-// Builds the table of a code and hands it to the host. `values` holds one double a row; any of
-// exactly -9999.0 becomes the host's missing value, in place. `sheetSlot` receives the handle of
-// the sheet. Without memory, or for an unknown code, there is no table and no message.
+// The values of the rows, in their order.
+std::vector<double> TableValues(std::span<const ShownRow> rows,
+                                const RecordView& record,
+                                const Computed& computed);
+
+// Builds the table of a code and hands it to the host. `values` holds one double for each shown
+// row; any of exactly -9999.0 becomes the host's missing value, in place. `sheetSlot` receives the
+// handle of the sheet. Without memory, or for an unknown code, there is no table and no message.
 void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerSettings& params);
 
 }  // namespace poweranalysis

@@ -23,23 +23,23 @@ std::vector<const ResultsDialogTable*> AllResultsDialogs() {
 }
 
 // Does what fills the slot fit the conversion?
-void ExpectSlotFits(const FamilyTable& family, const PlotSlot& slot, char conversion) {
+void ExpectSlotFits(const FamilyTable& family, const Slot& slot, char conversion) {
   if (conversion == 's') {
-    EXPECT_NE(slot.texts[0], text::None);
-    if (slot.field != nullptr) {
-      ASSERT_NE(family.Find(slot.field), nullptr) << slot.field;
+    EXPECT_NE(slot.word.texts[0], text::None);
+    if (slot.word.field != nullptr) {
+      ASSERT_NE(family.Find(slot.word.field), nullptr) << slot.word.field;
     }
     return;
   }
-  ASSERT_NE(slot.field, nullptr);
-  EXPECT_EQ(slot.texts[0], text::None) << slot.field;
-  if (std::string_view(slot.field) == EffectSlot) {
+  EXPECT_EQ(slot.word.texts[0], text::None) << slot.word.texts[0];
+  if (slot.quantity.kind == QuantityKind::Effect) {
     EXPECT_EQ(conversion, 'g');
     return;
   }
-  const Field* field = family.Find(slot.field);
-  ASSERT_NE(field, nullptr) << slot.field;
-  EXPECT_EQ(conversion, field->type == FieldType::Real ? 'g' : 'd') << slot.field;
+  ASSERT_EQ(slot.quantity.kind, QuantityKind::Field);
+  const Field* field = family.Find(slot.quantity.field);
+  ASSERT_NE(field, nullptr) << slot.quantity.field;
+  EXPECT_EQ(conversion, field->type == FieldType::Real ? 'g' : 'd') << field->name;
 }
 
 void ExpectTextsFit(const FamilyTable& family, const PlotTexts& texts) {
@@ -67,8 +67,8 @@ void ExpectTextsFit(const FamilyTable& family, const PlotTexts& texts) {
       if (slot < conversions.size()) {
         ExpectSlotFits(family, alternative.slots[slot], conversions[slot]);
       } else {
-        EXPECT_EQ(alternative.slots[slot].field, nullptr) << "a slot too many";
-        EXPECT_EQ(alternative.slots[slot].texts[0], text::None) << "a slot too many";
+        EXPECT_EQ(alternative.slots[slot].quantity.kind, QuantityKind::None) << "a slot too many";
+        EXPECT_EQ(alternative.slots[slot].word.texts[0], text::None) << "a slot too many";
       }
     }
   }

@@ -556,28 +556,5 @@ TEST_F(ResultsDialog, NoMemoryForATableOrAChartIsSilent) {
   EXPECT_EQ(host_.calls.allocMem - 3, host_.calls.freeMem + 1) << "all but the block are freed";
 }
 
-TEST(ReportAndTableRows, NameFieldsThatTheirFamilyHas) {
-  for (const TableDefinition& table : TableDefinitions()) {
-    for (const ValueRow& row : TableValueRows(table.code)) {
-      if (row.kind == ValueKind::Field) {
-        EXPECT_NE(TableOf(table.family).Find(row.field), nullptr) << table.code << ' ' << row.field;
-      }
-    }
-    if (!TableValueRows(table.code).empty()) {
-      EXPECT_EQ(TableValueRows(table.code).size(), table.rows.size()) << table.code;
-    }
-  }
-  for (const FamilyTable& family : FamilyTables()) {
-    for (const ReportRow& row : ReportRows(family.family)) {
-      for (int i = 0; i < row.slotCount; ++i) {
-        const Slot& slot = row.slots[static_cast<std::size_t>(i)];
-        if (slot.field != nullptr) {
-          EXPECT_NE(family.Find(slot.field), nullptr) << slot.field;
-        }
-      }
-    }
-  }
-}
-
 }  // namespace
 }  // namespace poweranalysis

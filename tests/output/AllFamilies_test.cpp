@@ -5,7 +5,6 @@
 #include <set>
 
 #include "frame/FormatText.h"
-#include "output/Computed.h"
 #include "output/Reports.h"
 #include "output/SummaryTables.h"
 #include "support/TestSettings.h"
@@ -104,7 +103,9 @@ TEST_F(AllFamilies, EveryTaskHasATableWithValues) {
     const TableDefinition* table = FindTableDefinition(task.code);
     ASSERT_NE(table, nullptr) << task.code;
     EXPECT_EQ(table->family, FindFamily(task.family)->family) << task.code;
-    EXPECT_FALSE(TableValueRows(task.code).empty()) << task.code;
+    EXPECT_FALSE(table->rows.empty()) << task.code;
+    EXPECT_EQ(table, FindTable(table->family,
+                               task.report == ReportKind::Power ? ModePower : ModeSampleSize));
     families.insert(task.family);
   }
   EXPECT_EQ(families.size(), 18u);
@@ -115,13 +116,11 @@ TEST_F(AllFamilies, ATableHasAValueForEachTitle) {
     const FamilyTable& family = *FindFamily(task.family);
     const TableDefinition& table = *FindTableDefinition(task.code);
     ForEachSelection(family, [&] {
-      const std::size_t titles = TableTitles(table, block).size();
-      const std::size_t values = TableValueRows(task.code).size();
-      if (task.code == 129 && Committed(family, "DfToVary") == 2) {
-        EXPECT_EQ(values, titles + 2) << "the two last values have no title then";
-      } else {
-        EXPECT_EQ(values, titles) << task.code;
-      }
+      const std::vector<ShownRow> rows = ShownRows(table, block);
+      EXPECT_EQ(TableValues(rows, View(family.family, Instance::Committed), {}).size(),
+                rows.size());
+      const bool shortened = task.code == 129 && Committed(family, "DfToVary") == 2;
+      EXPECT_EQ(rows.size() + (shortened ? 2 : 0), table.rows.size()) << task.code;
     });
   }
 }
@@ -132,12 +131,12 @@ TEST_F(AllFamilies, ATableShowsAsManyRowsAsItHasTitles) {
     const TableDefinition& table = *FindTableDefinition(task.code);
     ForEachSelection(family, [&] {
       std::vector<double> values =
-          TableValues(TableValueRows(task.code), View(family.family, Instance::Committed), {});
+          TableValues(ShownRows(table, block), View(family.family, Instance::Committed), {});
       host.TakeWorkbook();
       int sheet = 0;
       ShowSummaryTable(values, task.code, &sheet, block);
       const auto& shown = std::get<SummaryTable>(host.workbook().items.back());
-      ASSERT_EQ(shown.rows.size(), TableTitles(table, block).size()) << task.code;
+      ASSERT_EQ(shown.rows.size(), ShownRows(table, block).size()) << task.code;
       for (const TableRow& row : shown.rows) {
         EXPECT_EQ(row.values.size(), 1u);
       }
@@ -147,15 +146,20 @@ TEST_F(AllFamilies, ATableShowsAsManyRowsAsItHasTitles) {
   }
 }
 
-TEST_F(AllFamilies, ValuesOfATableNameFieldsOfTheirFamily) {
-  for (const CodeOfTask& task : kCodes) {
-    for (const ValueRow& row : TableValueRows(task.code)) {
-      EXPECT_EQ(row.kind == ValueKind::Field, row.field != nullptr) << task.code;
-      if (row.field != nullptr) {
-        EXPECT_NE(FindFamily(task.family)->Find(row.field), nullptr) << task.code << row.field;
+TEST_F(AllFamilies, RowsOfATableNameFieldsOfTheirFamily) {
+  for (const TableDefinition& table : TableDefinitions()) {
+    const FamilyTable& family = TableOf(table.family);
+    for (const TableRowDefinition& row : table.rows) {
+      EXPECT_EQ(row.quantity.kind == QuantityKind::Field ||
+                    row.quantity.kind == QuantityKind::FieldLessOne,
+                row.quantity.field != nullptr)
+          << table.code;
+      for (const char* field : {row.quantity.field, row.title.field, row.when.field}) {
+        EXPECT_TRUE(field == nullptr || family.Find(field) != nullptr) << table.code << field;
       }
-      EXPECT_GE(row.index, 0);
-      EXPECT_LT(row.index, 3);
+    }
+    for (const ChosenText& heading : table.headings) {
+      EXPECT_TRUE(heading.field == nullptr || family.Find(heading.field) != nullptr) << table.code;
     }
   }
 }
@@ -215,15 +219,13 @@ TEST_F(AllFamilies, AValueStandsBesideTheTitleOfItsField) {
   for (const CodeOfTask& task : kCodes) {
     const FamilyTable& family = *FindFamily(task.family);
     SetCommitted(family.family, family.Find("H0Type") != nullptr ? "H0Type" : "Alpha", 0);
-    const std::vector<TitleEntry> titles = TableTitles(*FindTableDefinition(task.code), block);
-    const auto rows = TableValueRows(task.code);
-    ASSERT_EQ(titles.size(), rows.size());
+    const std::vector<ShownRow> rows = ShownRows(*FindTableDefinition(task.code), block);
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      const std::string title = LoadText(titles[i].id);
+      const std::string title = LoadText(rows[i].title);
       const auto fields = fieldsOf.find(title);
       if (fields != fieldsOf.end()) {
-        ASSERT_EQ(rows[i].kind, ValueKind::Field) << task.code << ' ' << title;
-        EXPECT_TRUE(fields->second.count(rows[i].field)) << task.code << ' ' << title;
+        ASSERT_EQ(rows[i].quantity.kind, QuantityKind::Field) << task.code << ' ' << title;
+        EXPECT_TRUE(fields->second.count(rows[i].quantity.field)) << task.code << ' ' << title;
       }
     }
   }
@@ -231,40 +233,38 @@ TEST_F(AllFamilies, AValueStandsBesideTheTitleOfItsField) {
 
 // Titles of computed values.
 TEST_F(AllFamilies, AComputedValueStandsBesideItsTitle) {
-  const std::map<std::string, ValueKind> kindOf = {
-      {"Noncentrality Parameter (Delta)", ValueKind::Noncentrality},
-      {"Effect Df", ValueKind::EffectDf},
-      {"Error Df", ValueKind::ErrorDf},
-      {"Critical Value of F", ValueKind::Critical},
-      {"Critical Value of t", ValueKind::Critical},
-      {"Power", ValueKind::Power},
-      {"Actual Power for Required N", ValueKind::Power},
-      {"Actual Power for Required Df", ValueKind::Power},
-      {"Power (Uncorrected)", ValueKind::Power},
-      {"Power (Exact)", ValueKind::Power},
-      {"Actual Power (Exact)", ValueKind::Power},
-      {"Power (Normal Approximation)", ValueKind::NormalPower},
-      {"Actual Power (Normal Approx.)", ValueKind::NormalPower},
-      {"Actual Alpha (Exact)", ValueKind::ActualAlpha},
-      {"Total Observed Events", ValueKind::Events},
-      {"Required Sample Size (N)", ValueKind::Size},
-      {"Required N (per group)", ValueKind::Size},
-      {"Required Degrees of Freedom (Df)", ValueKind::Size},
-      {"Required Df1 (Varied)", ValueKind::Size},
-      {"Stand. Error of Mean Diff.", ValueKind::Spread},
+  const std::map<std::string, QuantityKind> kindOf = {
+      {"Noncentrality Parameter (Delta)", QuantityKind::Noncentrality},
+      {"Effect Df", QuantityKind::EffectDf},
+      {"Error Df", QuantityKind::ErrorDf},
+      {"Critical Value of F", QuantityKind::Critical},
+      {"Critical Value of t", QuantityKind::Critical},
+      {"Power", QuantityKind::Power},
+      {"Actual Power for Required N", QuantityKind::Power},
+      {"Actual Power for Required Df", QuantityKind::Power},
+      {"Power (Uncorrected)", QuantityKind::Power},
+      {"Power (Exact)", QuantityKind::Power},
+      {"Actual Power (Exact)", QuantityKind::Power},
+      {"Power (Normal Approximation)", QuantityKind::NormalPower},
+      {"Actual Power (Normal Approx.)", QuantityKind::NormalPower},
+      {"Actual Alpha (Exact)", QuantityKind::ActualAlpha},
+      {"Total Observed Events", QuantityKind::Events},
+      {"Required Sample Size (N)", QuantityKind::Size},
+      {"Required N (per group)", QuantityKind::Size},
+      {"Required Degrees of Freedom (Df)", QuantityKind::Size},
+      {"Required Df1 (Varied)", QuantityKind::Size},
+      {"Stand. Error of Mean Diff.", QuantityKind::Spread},
   };
   for (const CodeOfTask& task : kCodes) {
-    const std::vector<TitleEntry> titles = TableTitles(*FindTableDefinition(task.code), block);
-    const auto rows = TableValueRows(task.code);
-    ASSERT_EQ(titles.size(), rows.size());
+    const std::vector<ShownRow> rows = ShownRows(*FindTableDefinition(task.code), block);
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      const auto kind = kindOf.find(LoadText(titles[i].id));
+      const auto kind = kindOf.find(LoadText(rows[i].title));
       if (kind != kindOf.end()) {
-        EXPECT_EQ(rows[i].kind, kind->second) << task.code << ' ' << kind->first;
+        EXPECT_EQ(rows[i].quantity.kind, kind->second) << task.code << ' ' << kind->first;
       }
-      const bool isBlank = titles[i].id == 12880 || titles[i].id == 12820 ||
-                           titles[i].id == 12821 || titles[i].id == 12822;
-      EXPECT_EQ(rows[i].kind == ValueKind::Blank, isBlank) << task.code << " row " << i;
+      const bool isBlank = rows[i].title == 12880 || rows[i].title == 12820 ||
+                           rows[i].title == 12821 || rows[i].title == 12822;
+      EXPECT_EQ(rows[i].quantity.kind == QuantityKind::None, isBlank) << task.code << " row " << i;
     }
   }
 }
@@ -272,16 +272,16 @@ TEST_F(AllFamilies, AComputedValueStandsBesideItsTitle) {
 TEST_F(AllFamilies, TablesOfEffectsTakeEachFromItsPlace) {
   for (const int code : {1025, 1026}) {
     int effect = -1;
-    const std::vector<TitleEntry> titles = TableTitles(*FindTableDefinition(code), block);
-    const auto rows = TableValueRows(code);
+    const std::vector<ShownRow> rows = ShownRows(*FindTableDefinition(code), block);
     const char* const fields[] = {"RMSSE_Row", "RMSSE_Col", "RMSSE_Int"};
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      effect += titles[i].id >= 12820 && titles[i].id <= 12822 ? 1 : 0;
-      if (rows[i].kind == ValueKind::Field && effect >= 0) {
-        EXPECT_STREQ(rows[i].field, fields[effect]);
-      } else if (rows[i].kind != ValueKind::Field && rows[i].kind != ValueKind::ErrorDf &&
-                 rows[i].kind != ValueKind::Blank) {
-        EXPECT_EQ(rows[i].index, effect) << code << " row " << i;
+      effect += rows[i].title >= 12820 && rows[i].title <= 12822 ? 1 : 0;
+      if (rows[i].quantity.kind == QuantityKind::Field && effect >= 0) {
+        EXPECT_STREQ(rows[i].quantity.field, fields[effect]);
+      } else if (rows[i].quantity.kind != QuantityKind::Field &&
+                 rows[i].quantity.kind != QuantityKind::ErrorDf &&
+                 rows[i].quantity.kind != QuantityKind::None) {
+        EXPECT_EQ(rows[i].quantity.index, effect) << code << " row " << i;
       }
     }
     EXPECT_EQ(effect, 2);
@@ -291,10 +291,10 @@ TEST_F(AllFamilies, TablesOfEffectsTakeEachFromItsPlace) {
 TEST_F(AllFamilies, ATitleIsNeverLongerThanTheColumnOfTitles) {
   for (const CodeOfTask& task : kCodes) {
     ForEachSelection(*FindFamily(task.family), [&] {
-      const std::vector<TitleEntry> titles = TableTitles(*FindTableDefinition(task.code), block);
-      for (const TitleEntry& title : titles) {
-        EXPECT_NE(title.id, text::None) << task.code;
-        EXPECT_LE(MeasureTitles({&title, 1}), MeasureTitles(titles));
+      const std::vector<ShownRow> rows = ShownRows(*FindTableDefinition(task.code), block);
+      for (const ShownRow& row : rows) {
+        EXPECT_NE(row.title, text::None) << task.code;
+        EXPECT_LE(MeasureTitles({&row, 1}), MeasureTitles(rows));
       }
     });
   }
@@ -302,23 +302,26 @@ TEST_F(AllFamilies, ATitleIsNeverLongerThanTheColumnOfTitles) {
 
 // --- Reports.
 
-char ConversionOf(SlotKind kind) {
-  switch (kind) {
-    case SlotKind::Real:
-    case SlotKind::Difference:
-    case SlotKind::EffectVariance:
-      return 'g';
-    case SlotKind::GoalPercent:
-      return 'f';
-    case SlotKind::Whole:
-    case SlotKind::SizeNumber:
-      return 'd';
-    case SlotKind::PowerText:
-    case SlotKind::SizeText:
-    case SlotKind::ModelText:
-      return 's';
+// Does what fills a slot show as the conversion wants it?
+bool Fits(const Slot& slot, char conversion, const FamilyTable& family) {
+  const Quantity& quantity = slot.quantity;
+  switch (quantity.kind) {
+    case QuantityKind::Field:
+      return conversion == (family.Find(quantity.field)->type == FieldType::Real ? 'g' : 'd');
+    case QuantityKind::Difference:
+    case QuantityKind::EffectVariance:
+      return conversion == 'g';
+    case QuantityKind::Percent:
+      return conversion == 'f';
+    case QuantityKind::Power:
+      return conversion == 's';
+    case QuantityKind::Size:
+      return conversion == 's' || conversion == 'd';
+    case QuantityKind::None:
+      return conversion == 's' && slot.word.field != nullptr;
+    default:
+      return false;
   }
-  return '?';
 }
 
 TEST_F(AllFamilies, SlotsOfAParagraphFitItsConversions) {
@@ -326,33 +329,28 @@ TEST_F(AllFamilies, SlotsOfAParagraphFitItsConversions) {
     const FamilyTable& family = *FindFamily(task.family);
     ASSERT_FALSE(ReportRows(family.family).empty()) << task.family;
     for (const ReportRow& row : ReportRows(family.family)) {
-      std::string slots;
-      for (int i = 0; i < row.slotCount; ++i) {
-        slots += ConversionOf(row.slots[static_cast<std::size_t>(i)].kind);
+      const std::string conversions(FormatSlots(RawText(row.text.texts[0])));
+      ASSERT_EQ(static_cast<std::size_t>(row.slotCount), conversions.size())
+          << task.family << ' ' << row.text.texts[0];
+      for (std::size_t i = 0; i < conversions.size(); ++i) {
+        EXPECT_TRUE(Fits(row.slots[i], conversions[i], family))
+            << task.family << ' ' << row.text.texts[0] << " slot " << i;
       }
-      EXPECT_EQ(slots, FormatSlots(RawText(row.id))) << task.family << ' ' << row.id;
     }
   }
 }
 
-TEST_F(AllFamilies, SlotsOfAParagraphNameFieldsOfTheirTypeInTheirFamily) {
+TEST_F(AllFamilies, SlotsOfAParagraphNameFieldsOfTheirFamily) {
   for (const CodeOfTask& task : kCodes) {
     const FamilyTable& family = *FindFamily(task.family);
     for (const ReportRow& row : ReportRows(family.family)) {
-      if (row.whenField != nullptr) {
-        EXPECT_NE(family.Find(row.whenField), nullptr) << task.family << ' ' << row.whenField;
+      for (const char* name : {row.when.field, row.text.field}) {
+        EXPECT_TRUE(name == nullptr || family.Find(name) != nullptr) << task.family << ' ' << name;
       }
-      for (int i = 0; i < row.slotCount; ++i) {
-        const Slot& slot = row.slots[static_cast<std::size_t>(i)];
-        for (const char* name : {slot.field, slot.other}) {
-          if (name != nullptr) {
-            const Field* field = family.Find(name);
-            ASSERT_NE(field, nullptr) << task.family << ' ' << row.id << ' ' << name;
-            if (slot.kind == SlotKind::Real || slot.kind == SlotKind::Whole) {
-              EXPECT_EQ(field->type == FieldType::Real, slot.kind == SlotKind::Real)
-                  << task.family << ' ' << row.id << ' ' << name;
-            }
-          }
+      for (const Slot& slot : row.slots) {
+        for (const char* name : {slot.quantity.field, slot.quantity.other, slot.word.field}) {
+          EXPECT_TRUE(name == nullptr || family.Find(name) != nullptr)
+              << task.family << ' ' << row.text.texts[0] << ' ' << name;
         }
       }
     }
@@ -393,7 +391,7 @@ TEST_F(AllFamilies, TheTailSentenceFollowsTheTestWhereThereIsAForm) {
     for (int form = 0; form <= 3 && hasForm; ++form) {
       SetCommitted(family.family, "H0Type", form);
       const std::vector<std::string> paragraphs = Paragraphs(family, task.report);
-      const std::string tails = LoadText(TailSentence(form));
+      const std::string tails = LoadText(TailSentence.At(form));
       EXPECT_EQ(std::count(paragraphs.begin(), paragraphs.end(), tails), form < 3 ? 1 : 0) << name;
       if (form < 3) {
         EXPECT_EQ(paragraphs[3], tails) << name;
@@ -422,9 +420,9 @@ TEST_F(AllFamilies, TheSizeStatementFollowsWhatIsVaried) {
   for (const Statement& statement : statements) {
     std::vector<int> ids;
     for (const ReportRow& row : ReportRows(FindFamily(statement.family)->family)) {
-      if (row.whenField != nullptr && std::string(row.whenField) == statement.field &&
-          (row.whenValue == statement.value) != row.whenOther) {
-        ids.push_back(row.id);
+      if (row.when.field != nullptr && std::string(row.when.field) == statement.field &&
+          row.when.HoldsAt(statement.value)) {
+        ids.push_back(row.text.texts[0]);
       }
     }
     EXPECT_EQ(ids, statement.ids) << statement.family << ' ' << statement.value;

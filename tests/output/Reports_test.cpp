@@ -148,16 +148,16 @@ TEST(FormatSizeText, IsTheSizeOrFiveDashes) {
 
 // A null with "<=" is rejected by a positive deviation.
 TEST(TailSentence, TheFirstOneTailedFormSaysPositive) {
-  EXPECT_EQ(TailSentence(0), 12599);
-  EXPECT_EQ(TailSentence(1), 12601);
-  EXPECT_EQ(TailSentence(2), 12600);
-  EXPECT_NE(LoadText(TailSentence(1)).find("positive"), std::string::npos);
-  EXPECT_NE(LoadText(TailSentence(2)).find("negative"), std::string::npos);
+  EXPECT_EQ(TailSentence.At(0), 12599);
+  EXPECT_EQ(TailSentence.At(1), 12601);
+  EXPECT_EQ(TailSentence.At(2), 12600);
+  EXPECT_NE(LoadText(TailSentence.At(1)).find("positive"), std::string::npos);
+  EXPECT_NE(LoadText(TailSentence.At(2)).find("negative"), std::string::npos);
 }
 
 TEST(TailSentence, OtherFormsHaveNone) {
   for (const int form : {3, 4, -1, 99}) {
-    EXPECT_EQ(TailSentence(form), text::None) << form;
+    EXPECT_EQ(TailSentence.At(form), text::None) << form;
   }
 }
 
@@ -181,6 +181,9 @@ std::map<std::string, std::vector<DataRow>> ExpectedParagraphs() {
   return families;
 }
 
+// The sentence on the tails is the one that a setting chooses.
+bool IsTails(const ReportRow& row) { return row.text.field != nullptr; }
+
 unsigned ReportsOf(const std::string& place) {
   if (place.find("power report") != std::string::npos || place.substr(0, 15) == "Power statement") {
     return kPower;
@@ -201,11 +204,11 @@ TEST(ReportRows, StandInTheOrderOfEmission) {
     ++withRows;
     ASSERT_EQ(rows.size(), expected.size()) << code;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      const std::string id = rows[i].id == text::None ? "table" : std::to_string(rows[i].id);
+      const std::string id = IsTails(rows[i]) ? "table" : std::to_string(rows[i].text.texts[0]);
       EXPECT_EQ(id, expected[i][2]) << code << " " << i;
       EXPECT_EQ(rows[i].reports, ReportsOf(expected[i][1])) << code << " " << expected[i][1];
-      if (rows[i].id != text::None) {
-        EXPECT_EQ(LoadText(rows[i].id), expected[i][3]) << code << " " << i;
+      if (!IsTails(rows[i])) {
+        EXPECT_EQ(LoadText(rows[i].text.texts[0]), expected[i][3]) << code << " " << i;
       }
     }
   }
@@ -219,55 +222,10 @@ TEST(ReportRows, TheTestsOnMeansHaveReports) {
   EXPECT_TRUE(ReportRows(Family::FCalc).empty());
 }
 
-char LetterOf(SlotKind kind) {
-  switch (kind) {
-    case SlotKind::GoalPercent:
-      return 'f';
-    case SlotKind::Whole:
-    case SlotKind::SizeNumber:
-      return 'd';
-    case SlotKind::PowerText:
-    case SlotKind::SizeText:
-    case SlotKind::ModelText:
-      return 's';
-    default:
-      return 'g';
-  }
-}
-
-TEST(ReportRows, FillExactlyTheSlotsOfTheirTexts) {
-  for (const FamilyTable& family : FamilyTables()) {
-    for (const ReportRow& row : ReportRows(family.family)) {
-      std::string slots;
-      for (int i = 0; i < row.slotCount; ++i) {
-        slots += LetterOf(row.slots[static_cast<std::size_t>(i)].kind);
-      }
-      EXPECT_EQ(slots, FormatSlots(LoadText(row.id))) << family.code << " " << row.id;
-    }
-  }
-}
-
-TEST(ReportRows, NameFieldsOfTheirRecord) {
-  for (const FamilyTable& family : FamilyTables()) {
-    for (const ReportRow& row : ReportRows(family.family)) {
-      for (int i = 0; i < row.slotCount; ++i) {
-        const Slot& slot = row.slots[static_cast<std::size_t>(i)];
-        for (const char* field : {slot.field, slot.other}) {
-          EXPECT_TRUE(field == nullptr || family.Find(field) != nullptr) << family.code << field;
-        }
-        if (slot.kind == SlotKind::Whole) {
-          EXPECT_NE(family.Find(slot.field)->type, FieldType::Real) << slot.field;
-        }
-      }
-      EXPECT_TRUE(row.whenField == nullptr || family.Find(row.whenField) != nullptr);
-    }
-  }
-}
-
 TEST(ReportRows, AnalysesOfVarianceAndContrastsHaveNoTails) {
   for (const Family family : {Family::AV1, Family::AV2, Family::PC}) {
     for (const ReportRow& row : ReportRows(family)) {
-      EXPECT_NE(row.id, text::None) << TableOf(family).code;
+      EXPECT_FALSE(IsTails(row)) << TableOf(family).code;
     }
   }
 }
@@ -275,7 +233,9 @@ TEST(ReportRows, AnalysesOfVarianceAndContrastsHaveNoTails) {
 TEST(ReportRows, TheLinesOfAParagraphAreLoadedByNone) {
   for (const FamilyTable& family : FamilyTables()) {
     for (const ReportRow& row : ReportRows(family.family)) {
-      EXPECT_TRUE(row.id < 12592 || row.id > 12594);
+      for (const TextId id : row.text.texts) {
+        EXPECT_TRUE(id < 12592 || id > 12594);
+      }
     }
   }
 }

@@ -168,12 +168,36 @@ TEST_F(SummaryTableTest, ReadsTheCommittedRecordAlone) {
 
 TEST_F(SummaryTableTest, EveryTextOfEveryTableIsThere) {
   for (const TableDefinition& table : TableDefinitions()) {
-    for (const TitleRow& row : table.rows) {
-      EXPECT_NE(LoadText(row.titles[0]), "") << table.code;
+    for (const TableRowDefinition& row : table.rows) {
+      EXPECT_NE(LoadText(row.title.texts[0]), "") << table.code;
     }
-    for (const TextId id : table.headings) {
-      EXPECT_EQ(id == text::None, LoadText(id).empty()) << table.code;
+    for (const TextId id : TableHeadings(table, block)) {
+      EXPECT_NE(LoadText(id), "") << table.code;
     }
+  }
+}
+
+TEST_F(SummaryTableTest, AFamilyHasOneTableAMode) {
+  for (const TableDefinition& table : TableDefinitions()) {
+    EXPECT_EQ(FindTable(table.family, table.mode), &table) << table.code;
+  }
+  EXPECT_EQ(FindTable(Family::V1, ModeInterval), nullptr);
+  EXPECT_EQ(FindTable(Family::FCalc, ModePower), nullptr);
+}
+
+TEST_F(SummaryTableTest, EachLimitOfAnIntervalStandsOnce) {
+  for (const TableDefinition& table : TableDefinitions()) {
+    std::map<std::pair<QuantityKind, int>, int> seen;
+    for (const TableRowDefinition& row : table.rows) {
+      const bool limit = row.quantity.kind == QuantityKind::LowerLimit ||
+                         row.quantity.kind == QuantityKind::UpperLimit;
+      if (limit) {
+        const int times = ++seen[{row.quantity.kind, row.quantity.index}];
+        EXPECT_EQ(times, 1) << table.code << ' ' << row.quantity.index;
+      }
+      EXPECT_EQ(limit, row.indent == 4) << table.code;
+    }
+    EXPECT_EQ(seen.empty(), table.mode != ModeInterval) << table.code;
   }
 }
 
@@ -320,12 +344,12 @@ TEST_F(SummaryTableTest, TheWidthOfTheTitlesCanDifferBetweenAlgorithms) {
 
 // Characters count, not bytes.
 TEST_F(SummaryTableTest, MeasuresLettersAndNotBytes) {
-  const TitleEntry squared[] = {{text::H0P2Equal, 0}};
+  const ShownRow squared[] = {{text::H0P2Equal, 0}};
   EXPECT_EQ(MeasureTitles(squared), 13);
-  const TitleEntry indented[] = {{text::Value, 4}, {text::Value, 0}};
+  const ShownRow indented[] = {{text::Value, 4}, {text::Value, 0}};
   EXPECT_EQ(MeasureTitles(indented), 9);
   EXPECT_EQ(MeasureTitles({}), 0);
-  const TitleEntry blank[] = {{text::BlankRow, 0}};
+  const ShownRow blank[] = {{text::BlankRow, 0}};
   EXPECT_LE(MeasureTitles(blank), 1);
 }
 
