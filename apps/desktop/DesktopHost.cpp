@@ -109,6 +109,7 @@ long DesktopHost::Send(const DialogEvent& event) {
     return 0;
   }
   busy_ = true;
+  wasCancelled_ = false;
   sentOutput_ = false;
   sinceStart_.start();
   Q_EMIT Doing(event);
@@ -258,7 +259,6 @@ void DesktopHost::dstart(int count) {
   progress_.count = count;
   progress_.position = 0;
   progress_.open = true;
-  wasCancelled_ = false;
   Q_EMIT ProgressChanged(progress_);
 }
 

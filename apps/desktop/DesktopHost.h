@@ -55,7 +55,7 @@ class DesktopHost : public QObject, public Host {
   std::uint64_t dialogNumber() const { return form_ == nullptr ? 0 : dialogNumber_; }
   bool busy() const { return busy_; }
   bool frozen() const { return frozen_; }
-  // The user's break: the running search stops at its next poll.
+  // The user's break: the running command stops at its next poll. It ends no later command.
   void Cancel() { wasCancelled_ = true; }
   const ProgressState& progress() const { return progress_; }
   int messageCount() const { return messageCount_; }

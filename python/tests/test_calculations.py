@@ -395,6 +395,44 @@ def test_an_interrupt_stops_the_work(work):
         signal.signal(signal.SIGALRM, before)
 
 
+def test_an_interrupted_command_leaves_the_next_ones_alone():
+    app = pa.Application()
+
+    def results_of(task):
+        startup = app.StartAnalysis()
+        startup.AnalysisItem = pa.PowAnalysisItem.scPowSampleSizeCalculation
+        startup.AnalysisType = task
+        startup.OK()
+        if task == pa.PowAnalysisType.scPowOneMeanTTest:
+            for name, value in LONG.items():
+                app.Dialog.SetField(name, value)
+        app.Dialog.OK()
+        return app.Dialog
+
+    def interrupt(*_):
+        raise KeyboardInterrupt
+
+    results = results_of(pa.PowAnalysisType.scPowOneMeanTTest)
+    for name, value in RANGES.items():
+        results.SetField(name, value)
+    before = signal.signal(signal.SIGALRM, interrupt)
+    try:
+        signal.setitimer(signal.ITIMER_REAL, 0.05)
+        with pytest.raises(KeyboardInterrupt):
+            while True:
+                results.GraphOfSampleSizeVsEs
+    finally:
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.signal(signal.SIGALRM, before)
+    # Neither of these searches opens a bar.
+    for code, task in (
+        ("R", pa.PowAnalysisType.scPowOneCorrelationTTest),
+        ("SEM", pa.PowAnalysisType.scPowStructuralEquationModeling),
+    ):
+        table = results_of(task).Summary
+        assert table is not None and table.rows[-1].values[0] == pa.size(code).value
+
+
 def test_another_thread_can_stop_the_work():
     # As a Stop button does that belongs to the window of another thread.
     stopped = []

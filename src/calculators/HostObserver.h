@@ -23,18 +23,6 @@ class ProgressObserver final : public SearchObserver {
   TextId title_;
 };
 
-// A search without a bar that can be cancelled all the same. Only a bar that opens makes the host
-// forget an earlier break; one that was there before is none of this search's.
-class BreakObserver final : public SearchObserver {
- public:
-  void Start(std::int32_t /*count*/) override {}
-  bool Advance(std::int32_t /*counter*/) override { return BreakRequested() && !earlier_; }
-  void Stop() override {}
-
- private:
-  bool earlier_ = IsCancelled();
-};
-
 // Holds the host's results while it lives.
 class LockedResults {
  public:

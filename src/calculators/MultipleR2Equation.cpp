@@ -2,9 +2,9 @@
 #include <cmath>
 
 #include "calculators/Equations.h"
-#include "calculators/HostObserver.h"
 #include "distributions/MultipleR2.h"
 #include "distributions/Normal.h"
+#include "procedures/BreakObserver.h"
 
 namespace poweranalysis {
 

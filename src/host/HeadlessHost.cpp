@@ -170,6 +170,7 @@ long HeadlessHost::Send(const DialogEvent& event) {
   if (dialog_ == nullptr) {
     return 0;
   }
+  wasCancelled_ = false;
   const long result = dialog_->CallEventHandler(event);
   FollowExit();
   return result;
@@ -275,7 +276,6 @@ void HeadlessHost::dstart(int count) {
   progress_.count = count;
   progress_.position = 0;
   progress_.open = true;
-  wasCancelled_ = false;
   TellProgress("dstart " + std::to_string(count));
 }
 

@@ -207,7 +207,7 @@ class HeadlessHost : public Host {
   std::vector<Message> messages_;
   int messageCalls_ = 0;
   ProgressState progress_;
-  bool wasCancelled_ = false;
+  bool wasCancelled_ = false;  // a break ends the command that it came in, and no other
   bool reportOpen_ = false;
   std::unique_ptr<Keywords> keywords_;
   std::string keywordError_;

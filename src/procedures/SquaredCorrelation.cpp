@@ -3,20 +3,14 @@
 #include <array>
 #include <cstddef>
 
+#include "procedures/BreakObserver.h"
+
 namespace poweranalysis {
 
 namespace {
 
 constexpr std::int16_t kExactly = 0;
 constexpr int kCancelled = 2;
-
-// Hands a long evaluation's question on to the host, without a bar.
-class BreakObserver final : public SearchObserver {
- public:
-  void Start(std::int32_t /*count*/) override {}
-  bool Advance(std::int32_t /*counter*/) override { return BreakRequested(); }
-  void Stop() override {}
-};
 
 std::int16_t EffectiveForm(std::int16_t form, double c2) {
   return (form == H0TwoTailed || form == H0AtMost) && c2 == 0.0 ? H0Zero : form;

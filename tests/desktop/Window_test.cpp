@@ -54,6 +54,7 @@ class WindowTest : public QObject {
   void anAnswerIsNotMarkedAsAWrongInput();
   void theNoteCallsTheSizeByItsName();
   void cancelStopsASearchAndASecondCommandIsRefusedMeanwhile();
+  void aCancelledCommandLeavesTheNextOnesAlone();
   void aTableIsCopiedAsTextAndHtml();
   void digitsFollowTheOptionAndToolTipsHaveAll();
   void reportsFollowTheRoutingAndTheLevel();
@@ -507,6 +508,31 @@ void WindowTest::cancelStopsASearchAndASecondCommandIsRefusedMeanwhile() {
     QVERIFY(driver.form().isEnabled());
     QCOMPARE(driver.TakeMessage(), message);
     QVERIFY(driver.studies().empty());
+  }
+}
+
+void WindowTest::aCancelledCommandLeavesTheNextOnesAlone() {
+  WindowDriver driver;
+  driver.ChooseTask(ModeSampleSize, FindTask(ModeSampleSize, "T2"));
+  driver.Click(control::Accept);
+  driver.window().host().patienceMilliseconds = 0;
+  QTimer::singleShot(0, [&] { driver.window().host().Cancel(); });
+  driver.Find<QAbstractButton>(control::Accept)->click();
+  QVERIFY(!driver.TakeMessage().isEmpty());
+  QVERIFY(driver.studies().empty());
+  driver.Click(control::Back);
+  driver.Click(control::Back);
+  // The search for this size opens no bar.
+  driver.ChooseTask(ModeSampleSize, FindTask(ModeSampleSize, "R"));
+  driver.Click(control::Accept);
+  for (const std::size_t studies : {1, 2}) {
+    driver.Click(control::Accept);
+    QCOMPARE(driver.TakeMessage(), QString());
+    QVERIFY(!driver.studies().empty());
+    QCOMPARE(driver.studies().size(), studies);
+    QVERIFY(HasAnswer(driver.studies().back().study));
+    // A click that comes when the work has ended already.
+    driver.window().host().Cancel();
   }
 }
 

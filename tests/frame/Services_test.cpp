@@ -214,7 +214,7 @@ TEST_F(ServicesTest, ProgressStepMovesAnOpenBarOnly) {
   EXPECT_EQ(positions, std::vector<int>{3});
 }
 
-TEST_F(ServicesTest, ACancelIsSeenByThePollAndStaysUntilTheNextBar) {
+TEST_F(ServicesTest, ACancelIsSeenByThePollAndStaysUntilTheNextCommand) {
   Start();
   bool wanted = false;
   host.cancelled = [&] { return wanted; };
@@ -227,6 +227,9 @@ TEST_F(ServicesTest, ACancelIsSeenByThePollAndStaysUntilTheNextBar) {
   EXPECT_TRUE(IsCancelled());
   ProgressStop();
   ProgressStart("next", 10);
+  EXPECT_TRUE(IsCancelled());
+  ProgressStop();
+  host.Press(0);
   EXPECT_FALSE(IsCancelled());
 }
 

@@ -271,7 +271,7 @@ TEST(HeadlessHost, TellsEveryChangeOfTheBar) {
   EXPECT_FALSE(states[3].open);
 }
 
-TEST(HeadlessHost, ACancelHoldsUntilTheNextBarOpens) {
+TEST(HeadlessHost, ACancelHoldsForTheRestOfTheCommand) {
   HeadlessHost host;
   EXPECT_FALSE(host.lookbr());
   host.cancelled = [] { return true; };
@@ -282,8 +282,7 @@ TEST(HeadlessHost, ACancelHoldsUntilTheNextBarOpens) {
   EXPECT_TRUE(host.pcancel());
   EXPECT_TRUE(host.IsExternallyCancelled());
   host.dstart(1);
-  EXPECT_FALSE(host.lookbr());
-  EXPECT_FALSE(host.WasCanceled());
+  EXPECT_TRUE(host.lookbr()) << "another bar of the same command";
 }
 
 // --- Output.

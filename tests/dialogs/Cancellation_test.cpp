@@ -1,0 +1,107 @@
+#include <utility>
+
+#include "dialogs/FamilyDialogs.h"
+#include "dialogs/FamilyRun.h"
+
+// A break ends the command that it came in; the commands after it know nothing of it.
+namespace poweranalysis {
+namespace {
+
+// What a results dialog gives: the values of its table, and the points of its first chart.
+struct Given {
+  std::vector<std::string> values;
+  std::vector<float> points;
+
+  bool operator==(const Given& other) const {
+    return values == other.values && points == other.points;
+  }
+};
+
+class Cancellation : public FamilyRun {
+ protected:
+  static std::vector<const ResultsDialogTable*> AllResultsDialogs() {
+    std::vector<const ResultsDialogTable*> all;
+    for (const FamilyDialogs& dialogs :
+         {TTestDialogs(), AnovaDialogs(), VarianceDialogs(), CorrelationDialogs(),
+          ProportionDialogs(), SurvivalDialogs(), ModelFitDialogs()}) {
+      for (const ResultsDialogTable& table : dialogs.results) {
+        all.push_back(&table);
+      }
+    }
+    return all;
+  }
+
+  // One click on Cancel, seen by the next poll and by no later one.
+  void CancelOnce() {
+    host_.cancelled = [first = true]() mutable { return std::exchange(first, false); };
+  }
+  // A click on Cancel that comes when the work has ended already.
+  void CancelTooLate() {
+    CancelOnce();
+    host_.lookbr();
+    ASSERT_TRUE(host_.WasCanceled());
+  }
+  void CancelASearch() {
+    OpenResults(ModeSampleSize, "T1");
+    CancelOnce();
+    EXPECT_EQ(host_.Press(1), 0);
+    EXPECT_EQ(MessageIds().back(), 12865);
+    Leave();
+  }
+  void CancelAChart() {
+    OpenResults(ModePower, "T1");
+    CancelOnce();
+    EXPECT_EQ(host_.Press(203), 0);
+    Leave();
+  }
+
+  Given Calculated(const ResultsDialogTable& table) {
+    host_.TakeWorkbook();
+    OpenResults(table.mode, TableOf(table.family).code);
+    EXPECT_EQ(host_.Press(1), 1);
+    Given given{RowValues(), {}};
+    EXPECT_EQ(host_.Press(table.mode == ModePower ? 203 : 603), 1);
+    given.points = LastChart().y;
+    Leave();
+    return given;
+  }
+
+  template <class Cancel>
+  void ExpectAnswersAsFreshAfter(Cancel cancel) {
+    for (const ResultsDialogTable* table : AllResultsDialogs()) {
+      SCOPED_TRACE(std::string(TableOf(table->family).code) +
+                   (table->mode == ModePower ? " power" : " size"));
+      const Given fresh = Calculated(*table);
+      cancel();
+      EXPECT_EQ(Calculated(*table), fresh);
+    }
+  }
+};
+
+TEST_F(Cancellation, EveryFamilyAnswersAsFreshAfterACancelledSearch) {
+  ExpectAnswersAsFreshAfter([this] { CancelASearch(); });
+}
+
+TEST_F(Cancellation, EveryFamilyAnswersAsFreshAfterACancelledChart) {
+  ExpectAnswersAsFreshAfter([this] { CancelAChart(); });
+}
+
+TEST_F(Cancellation, ABreakThatCameTooLateIsOverWithTheNextCommand) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    SCOPED_TRACE(std::string(TableOf(table->family).code) +
+                 (table->mode == ModePower ? " power" : " size"));
+    OpenResults(table->mode, TableOf(table->family).code);
+    host_.TakeWorkbook();
+    ASSERT_EQ(host_.Press(1), 1);
+    const std::vector<std::string> fresh = RowValues();
+    CancelTooLate();
+    host_.TakeWorkbook();
+    ASSERT_EQ(host_.Press(1), 1);
+    EXPECT_EQ(RowValues(), fresh);
+    Leave();
+  }
+  EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace poweranalysis
