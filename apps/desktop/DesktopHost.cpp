@@ -112,9 +112,11 @@ long DesktopHost::Send(const DialogEvent& event) {
   wasCancelled_ = false;
   sentOutput_ = false;
   sinceStart_.start();
-  Q_EMIT Doing(event);
-  if (event.control == kOptionsControl) {
-    Q_EMIT OptionsWanted();
+  if (event.message == MessageCommand) {
+    Q_EMIT Doing(event);
+    if (event.control == kOptionsControl) {
+      Q_EMIT OptionsWanted();
+    }
   }
   const long result = dialog_->CallEventHandler(event);
   FollowExit();

@@ -142,7 +142,7 @@ long CCalculatorDialog::Command(int control) {
     case ControlRestoreDefaultsToo:
       return RestoreDefaults();
     case ControlRefresh:
-      return ShowValuesAgain();
+      return ShowAgain();
     case ControlActualValue:
       return 1;  // what is typed there has no effect
     default:
@@ -164,14 +164,6 @@ long CCalculatorDialog::Command(int control) {
 long CCalculatorDialog::RestoreDefaults() {
   Copy(Instance::Defaults, Instance::Working);
   ShowValues();
-  return 1;
-}
-
-long CCalculatorDialog::ShowValuesAgain() {
-  analysis().host().LockResults();
-  analysis().host().UnlockResults();
-  ShowValues();
-  analysis().host().RestoreResults();
   return 1;
 }
 

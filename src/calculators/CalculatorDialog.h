@@ -70,13 +70,13 @@ class CCalculatorDialog : public CFieldDialog {
  protected:
   long EventHandler(const DialogEvent& event) override;
   void ShowOnStart() override;
+  void ShowValues() override;
   long Command(int control) override;
   int StageBefore() const override { return StageStartup; }
 
  private:
   long Compute();
   long RestoreDefaults();
-  long ShowValuesAgain();
   long FlipOneMinusP();
 
   // What is stored.
@@ -98,7 +98,6 @@ class CCalculatorDialog : public CFieldDialog {
   bool StoreBox(int control);
   void ExchangeBoxes();
   void ClearUnknown();
-  void ShowValues();
   void ShowBox(const char* field);
   void ShowActual();
   void ShowUnknown();

@@ -109,7 +109,7 @@ void CFieldDialog::SetEditLimits() {
 }
 
 void CFieldDialog::Refresh() {
-  ShowFields();
+  ShowValues();
   analysis().host().RestoreResults();
 }
 

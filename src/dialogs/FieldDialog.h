@@ -38,6 +38,8 @@ class CFieldDialog : public CPowerAnalysisModelessDialog {
 
   // Writes Working to the controls.
   void ShowFields();
+  // Shows all that follows from Working: the fields, and whatever a dialog shows beside them.
+  virtual void ShowValues() { ShowFields(); }
   // Sets the typing hints of the edit controls from Lower and Upper.
   void SetEditLimits();
   // Shows the values again and gives the output back to the dialog.

@@ -163,11 +163,13 @@ std::vector<ShownRow> CResultsDialog::Rows() const {
 
 std::string CResultsDialog::FrameText() const {
   // The inputs of the summary table and what follows from them, one a line, under the titles of
-  // their blocks; what a calculation gives is not known yet.
-  PowerSettings& block = *Block();
+  // their blocks; what a calculation gives is not known yet. They are those that a calculation
+  // would take: a file that was opened changes them before it is committed.
+  PowerSettings block = *Block();
+  const RecordView committed = ViewOf(block, family(), Instance::Committed);
+  committed.CopyFrom(View(Instance::Working));
   const TableDefinition& definition = *FindTableDefinition(rows_.tableCode);
-  const std::vector<ShownRow> rows = Rows();
-  const RecordView committed = View(Instance::Committed);
+  const std::vector<ShownRow> rows = ShownRows(definition, block);
   Computed derived;
   derived.effect = EffectOf(rows_.nullCheck, committed);
   if (rows_.derive != nullptr) {
@@ -188,10 +190,22 @@ std::string CResultsDialog::FrameText() const {
 }
 
 void CResultsDialog::ShowOnStart() {
-  form().SetDlgItemText(ControlSummary, FrameText());
   Copy(Instance::Committed, Instance::Working);
-  ShowFields();
+  ShowValues();
   SetEditLimits();
+}
+
+void CResultsDialog::ShowValues() {
+  ShowSummary();
+  CFieldDialog::ShowValues();
+}
+
+void CResultsDialog::ShowSummary() { form().SetDlgItemText(ControlSummary, FrameText()); }
+
+// The inputs of a calculation or a plot are those of the dialog from here on.
+void CResultsDialog::Commit() {
+  Copy(Instance::Working, Instance::Committed);
+  ShowSummary();
 }
 
 long CResultsDialog::Command(int control) {
@@ -259,7 +273,7 @@ long CResultsDialog::Calculate() {
     ExitDialog(StageCompute, ExitBack, 0);
     return 0;
   }
-  Copy(Instance::Working, Instance::Committed);
+  Commit();
   PowerSettings& block = *Block();
   const CalculationOutcome outcome = Compute();
   if (outcome.good) {
@@ -289,22 +303,24 @@ long CResultsDialog::DrawPlotsOf(TextId caption) {
   long drawn = 0;
   if (InputsPass()) {
     for (const PlotRow& plot : rows_.plots) {
-      if (plot.caption == caption && DrawPlotOf(plot) != 0) {
-        drawn = 1;
+      const PlotOutcome outcome = plot.caption == caption ? DrawPlotOf(plot) : PlotOutcome::Dropped;
+      if (outcome == PlotOutcome::Cancelled) {
+        break;  // who stops one of a button's plots wants none of the others
       }
+      drawn = outcome == PlotOutcome::Drawn ? 1 : drawn;
     }
   }
   analysis().host().RestoreResults();
   return drawn;
 }
 
-long CResultsDialog::DrawPlotOf(const PlotRow& plot) {
+PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
   const NullCheckRow& check = plot.nullCheck.effect != nullptr ? plot.nullCheck : rows_.nullCheck;
   if (plot.fixesEffect && NullHypothesisRefuses(check)) {
-    return 0;
+    return PlotOutcome::Dropped;
   }
   // The ranges edited on this page must reach the plot.
-  Copy(Instance::Working, Instance::Committed);
+  Commit();
   PowerSettings& block = *Block();
   const RecordView committed = View(Instance::Committed);
   Computed derived;
@@ -321,10 +337,8 @@ long CResultsDialog::DrawPlotOf(const PlotRow& plot) {
                     FillPlotTexts(plot.title, committed, derived)};
   request.xLabel = FillPlotTexts(plot.xLabel, committed, derived);
   request.yLabel = FillPlotTexts(plot.yLabel, committed, derived);
-  const PlotOutcome outcome =
-      DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(window(), block),
-               plot.failedPoint, std::move(request));
-  return outcome == PlotOutcome::Drawn ? 1 : 0;
+  return DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(window(), block),
+                  plot.failedPoint, std::move(request));
 }
 
 }  // namespace poweranalysis

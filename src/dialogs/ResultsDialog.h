@@ -95,6 +95,7 @@ class CResultsDialog : public CFieldDialog {
 
  protected:
   void ShowOnStart() override;
+  void ShowValues() override;
   long Command(int control) override;
   int StageBefore() const override { return StageCompute; }
 
@@ -106,13 +107,15 @@ class CResultsDialog : public CFieldDialog {
   bool InputsPass();
   bool NullHypothesisRefuses(const NullCheckRow& check) const;
   long DrawPlotsOf(TextId caption);
-  long DrawPlotOf(const PlotRow& plot);
+  PlotOutcome DrawPlotOf(const PlotRow& plot);
   // The caption of a chart's button; None for another control.
   TextId ChartCaption(int control) const;
   int FirstChartControl() const;
   // The rows of its table.
   std::vector<ShownRow> Rows() const;
   std::string FrameText() const;
+  void ShowSummary();
+  void Commit();
 
   const ResultsDialogTable& rows_;
   int sheet_ = 0;

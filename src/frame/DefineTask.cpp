@@ -87,6 +87,9 @@ long CDefineTask::EventHandler(const DialogEvent& event) {
   if (event.message == MessageStart) {
     return Start();
   }
+  if (event.message != MessageCommand) {
+    return 0;
+  }
   switch (event.control) {
     case ControlOk:
       ExitDialog(1, ExitForward, 0);

@@ -168,10 +168,10 @@ int SaveAsDefault(PowerSettings& block, WindowHandle parent, Family family) {
   }
   const KeyTable keys = FillKeys(block, family);
   WriteSettings(keys, block.DefaultFile);
-  // What the user goes on with is what the file gave back.
+  // What the user goes on with is what the file gave back, and the dialog must show it.
   ReadSettings(keys, block.DefaultFile);
   RefreshDefaults(block, TableOf(family).section);
-  return 0;
+  return 1;
 }
 
 }  // namespace

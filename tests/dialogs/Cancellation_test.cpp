@@ -103,5 +103,26 @@ TEST_F(Cancellation, ABreakThatCameTooLateIsOverWithTheNextCommand) {
   EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
 }
 
+TEST_F(Cancellation, OneClickStopsAllPlotsOfAButton) {
+  OpenResults(ModePower, "AV2");
+  int polls = 0;
+  host_.cancelled = [&polls] { return ++polls == 4; };
+  EXPECT_EQ(host_.Press(203), 0);
+  EXPECT_EQ(polls, 4) << "no further plot was begun";
+  EXPECT_THAT(Items<Chart>(), ::testing::IsEmpty());
+  EXPECT_FALSE(host_.IsProgressBarOpen());
+}
+
+TEST_F(Cancellation, APlotThatWasDrawnBeforeTheClickStays) {
+  OpenResults(ModePower, "AV2");
+  ASSERT_EQ(host_.Press(203), 1);
+  const std::size_t points = Items<Chart>().front().x.size();
+  host_.TakeWorkbook();
+  std::size_t polls = 0;
+  host_.cancelled = [&] { return ++polls == points + 2; };
+  EXPECT_EQ(host_.Press(203), 1);
+  EXPECT_THAT(Items<Chart>(), ::testing::SizeIs(1));
+}
+
 }  // namespace
 }  // namespace poweranalysis

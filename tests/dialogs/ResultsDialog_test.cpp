@@ -7,6 +7,7 @@
 #include "output/Reports.h"
 #include "output/SummaryTables.h"
 #include "procedures/TTests.h"
+#include "support/TemporaryFolder.h"
 
 namespace poweranalysis {
 namespace {
@@ -46,6 +47,51 @@ TEST_F(ResultsDialog, ShowsTheInputsInItsFrame) {
       "Sample Size Calculation\nNull Hypothesized Mean (Mu0): 0\nTrue Population Mean (Mu): 2\n"
       "Population S.D. (Sigma): 10\nStandardized Effect (Es): 0.2\nType I Error Rate (Alpha): "
       "0.05\nPower Goal: 0.9");
+}
+
+TEST_F(ResultsDialog, ShowsTheInputsOfAnOpenedFileInItsFrame) {
+  const testing::TemporaryFolder folder;
+  const std::string file = folder.File("seven.ini");
+  OpenParameters(ModePower, "T1");
+  host_.Type(112, "7");
+  host_.saveAnswers = {file};
+  host_.Press(ControlSaveAs);
+  host_.Type(112, "2");
+  host_.Press(1);
+  ASSERT_THAT(TextOf(201), HasSubstr("(Mu): 2\n"));
+  host_.openAnswers = {file};
+  host_.Press(ControlOpen);
+  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 7\n"));
+  EXPECT_THAT(TextOf(201), HasSubstr("\nStandardized Effect (Es): 0.7\n"));
+  host_.Press(1);
+  EXPECT_EQ(Row("True Population Mean (Mu)"), 7) << "what the frame shows is what is calculated";
+  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 7\n"));
+}
+
+TEST_F(ResultsDialog, ShowsWhatSavingAsDefaultReadBackInItsFrame) {
+  // A settings file cannot hold this field, so that what is read back is built in.
+  const testing::TemporaryFolder folder;
+  host_.configFolder = folder.path();
+  OpenParameters(ModePower, "R2");
+  block().R2.Working.PopulationR2 = 0.4;
+  host_.Press(1);
+  ASSERT_THAT(TextOf(201), HasSubstr("\nP²: 0.4"));
+  host_.Press(ControlSaveAsDefault);
+  ASSERT_EQ(block().R2.Working.PopulationR2, 0.2);
+  EXPECT_THAT(TextOf(201), HasSubstr("\nP²: 0.2"));
+}
+
+TEST_F(ResultsDialog, ShowsWhatAScriptHasSetInItsFrame) {
+  OpenResults(ModePower, "T1");
+  block().T1.Working.Mu = 7;
+  EXPECT_EQ(host_.Press(ControlRefresh), 1);
+  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 7\n"));
+  block().T1.Working.Mu = 9;
+  EXPECT_EQ(host_.Press(1), 1);
+  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 9\n"));
+  block().T1.Working.Mu = 11;
+  EXPECT_EQ(host_.Press(203), 1);
+  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 11\n"));
 }
 
 TEST_F(ResultsDialog, HasTheControlsOfOneMean) {

@@ -171,6 +171,16 @@ TEST_F(DefineTaskTest, TheHelpTextsAreColouredAndNothingElse) {
   EXPECT_EQ(host.calls.attrType, 1);
 }
 
+TEST_F(DefineTaskTest, AMessageThatIsNotACommandPressesNoButton) {
+  constexpr int kOtherMessage = 999;
+  Start();
+  EXPECT_EQ(host.Send({kOtherMessage, ControlOk, Notification::Command}), 0);
+  EXPECT_EQ(host.Send({kOtherMessage, ControlCancel, Notification::Command}), 0);
+  EXPECT_EQ(host.Send({kOtherMessage, ControlModes, Notification::DoubleClick}), 0);
+  EXPECT_TRUE(host.calls.exits.empty());
+  EXPECT_EQ(host.dialog()->resource(), 6100);
+}
+
 TEST_F(DefineTaskTest, OtherCommandsDoNothing) {
   Start();
   EXPECT_EQ(host.Press(10710), 0);

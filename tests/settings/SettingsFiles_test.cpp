@@ -391,7 +391,7 @@ TEST_F(SettingsFilesTest, AFileChangedFromOutsideIsReadAnew) {
 TEST_F(SettingsFilesTest, SaveAsDefaultRefreshesDefaultsInEveryFamilyButOneCorrelation) {
   for (const Family family : kWithSection) {
     SetWorking(family, "Alpha", 0.1);
-    EXPECT_EQ(Command(family, ControlSaveAsDefault), 0);
+    EXPECT_EQ(Command(family, ControlSaveAsDefault), 1);
     EXPECT_EQ(Get(family, Instance::Defaults, "Alpha"), family == Family::R ? 0.05 : 0.1)
         << TableOf(family).code;
     RestoreDefaults(family);
@@ -413,7 +413,7 @@ TEST_F(SettingsFilesTest, SaveAsDefaultRefreshesDefaultsInEveryFamilyButOneCorre
 TEST_F(SettingsFilesTest, SaveAsDefaultGoesOnWithWhatTheFileGaveBack) {
   SetWorking(Family::R2, "PopulationR2", 0.4);
   SetWorking(Family::R2, "Alpha", 0.1);
-  EXPECT_EQ(Command(Family::R2, ControlSaveAsDefault), 0);
+  EXPECT_EQ(Command(Family::R2, ControlSaveAsDefault), 1);
   EXPECT_EQ(Working(Family::R2, "PopulationR2"), 0.2);
   EXPECT_EQ(Working(Family::R2, "Alpha"), 0.1);
   EXPECT_EQ(Get(Family::R2, Instance::Defaults, "Alpha"), 0.1);
@@ -430,7 +430,7 @@ TEST_F(SettingsFilesTest, SaveAsDefaultOfABadFieldShowsTwoMessages) {
 TEST_F(SettingsFilesTest, SaveAsDefaultMakesTheConfigurationFolder) {
   host.configFolder = folder.File("config/poweranalysis");
   SetWorking(Family::T1, "Alpha", 0.1);
-  EXPECT_EQ(Command(Family::T1, ControlSaveAsDefault), 0);
+  EXPECT_EQ(Command(Family::T1, ControlSaveAsDefault), 1);
   EXPECT_EQ(host.keywordError(), "");
   EXPECT_TRUE(std::filesystem::exists(folder.File("config/poweranalysis/POWER.INI")));
   EXPECT_EQ(Working(Family::T1, "Alpha"), 0.1);
@@ -439,7 +439,7 @@ TEST_F(SettingsFilesTest, SaveAsDefaultMakesTheConfigurationFolder) {
 TEST_F(SettingsFilesTest, WithoutAConfigurationFolderTheDefaultsAreLostInSilence) {
   host.configFolder.clear();
   SetWorking(Family::T1, "Alpha", 0.1);
-  EXPECT_EQ(Command(Family::T1, ControlSaveAsDefault), 0);
+  EXPECT_EQ(Command(Family::T1, ControlSaveAsDefault), 1);
   EXPECT_TRUE(host.messages().empty());
   EXPECT_NE(host.keywordError(), "");
   // What the file gave back, which is nothing.
