@@ -264,6 +264,7 @@ void CalculatorRun::Tell() {
     add(kActual);
   }
   add(unknown_.field);
+  outcome_.study.answers = {{unknown_.field, ShownOf(unknown_.field).value, {}, {}}};
   Workbook& workbook = outcome_.study.workbook;
   workbook.items.emplace_back(std::move(table));
   workbook.items.emplace_back(Report{{Statement()}});

@@ -17,6 +17,7 @@
 #include "frame/DefineTask.h"
 #include "host/NumberText.h"
 #include "module/PowerAnalysisModule.h"
+#include "output/Answers.h"
 #include "output/SummaryTables.h"
 
 namespace poweranalysis {
@@ -321,6 +322,9 @@ void TaskRun::Finish() {
   study.mode = request_.mode == ModePower ? "power" : "size";
   study.code = FindTable(request_.family->family, request_.mode)->code;
   study.workbook = host_.TakeWorkbook();
+  if (const SummaryTable* table = SummaryOf(study)) {
+    study.answers = AnswersOf(*table, *Block());
+  }
   study.messages = host_.messages();
   FinishStudy(outcome_, chartRefused_);
 }

@@ -9,6 +9,7 @@
 #include "desktop/NeighbourPowers.h"
 #include "desktop/Strings.h"
 #include "frame/PowerAnalysis.h"
+#include "output/Answers.h"
 
 namespace poweranalysis {
 
@@ -330,7 +331,9 @@ int DesktopHost::looka4(SummaryTable table) {
   if (entry.dialog != nullptr && entry.mode == ModeSampleSize) {
     note = NeighbourNote(entry.row, table, options.digits);
   }
+  std::vector<Answer> answers = AnswersOf(table, *Block());
   book_.Add(std::move(table));
+  book_.SetAnswers(std::move(answers));
   if (!note.empty()) {
     book_.SetNote(std::move(note));
   }

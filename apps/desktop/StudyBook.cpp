@@ -111,6 +111,12 @@ void StudyBook::AddMessages(const std::vector<Message>& messages) {
   }
 }
 
+void StudyBook::SetAnswers(std::vector<Answer> answers) {
+  if (!studies_.empty()) {
+    studies_.back().study.answers = std::move(answers);
+  }
+}
+
 void StudyBook::SetNote(std::vector<QString> note) {
   if (!studies_.empty()) {
     studies_.back().note = std::move(note);

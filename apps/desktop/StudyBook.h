@@ -41,6 +41,8 @@ class StudyBook : public QObject {
   // Adds a paragraph to the report that the last item is, or starts one.
   void AddParagraph(const std::string& paragraph);
   void AddMessages(const std::vector<Message>& messages);
+  // Of the table added last.
+  void SetAnswers(std::vector<Answer> answers);
   void SetNote(std::vector<QString> note);
 
   void Rename(std::size_t study, const QString& name);

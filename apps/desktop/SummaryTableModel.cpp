@@ -59,7 +59,7 @@ QString SummaryTableModel::FullText(const QModelIndex& index) const {
   if (index.column() == 0 || column >= row.values.size() || IsMissing(row.values[column])) {
     return CellText(index);
   }
-  return ToText(FormatShortest(row.values[column]));
+  return ToText(FormatShortest(row.values[column] + 0.0));
 }
 
 QVariant SummaryTableModel::data(const QModelIndex& index, int role) const {

@@ -11,7 +11,7 @@ class UnknownMember(AutomationError, AttributeError): ...
 
 class Study:
     status: int
-    answer: float | None
+    answers: list[tuple[str, float | None, str | None, str | None]]
     messages: list[tuple[int, str, int]]
     errors: list[str]
     notes: list[str]

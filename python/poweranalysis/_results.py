@@ -138,10 +138,19 @@ class Result:
         return self._content
 
     @property
+    def answers(self) -> dict[str | None, float | None]:
+        """The answers by what each is of ("row", "group 1"); the only one is of None."""
+        return {of: self._number(value) for _name, value, _counts, of in self._study.answers}
+
+    @property
     def value(self) -> float | None:
-        """The answer: the power, or the size as a whole number; None when there is none."""
-        answer = self._study.answer
-        return int(answer) if self._mode == "size" and answer is not None else answer
+        """The only answer: the power, or the size as a whole number; None when there is none, or
+        more than one."""
+        answers = self.answers
+        return next(iter(answers.values())) if len(answers) == 1 else None
+
+    def _number(self, value: float | None) -> float | None:
+        return int(value) if self._mode == "size" and value is not None else value
 
     @property
     def table(self) -> Table | None:
@@ -188,13 +197,18 @@ class Result:
         return self._study.export("csv")
 
     def __float__(self) -> float:
+        if len(self.answers) > 1:
+            raise ValueError("the calculation gave several answers")
         if self.value is None:
             raise ValueError("the calculation gave no answer")
         return float(self.value)
 
     def __repr__(self) -> str:
         content = self._dict()
-        return f"<Result {content['family']} {self._mode}: {self.value}>"
+        answers = ", ".join(
+            f"{value}" if of is None else f"{of} {value}" for of, value in self.answers.items()
+        )
+        return f"<Result {content['family']} {self._mode}: {answers or None}>"
 
     def __str__(self) -> str:
         return self._study.export("text")

@@ -267,10 +267,18 @@ py::list ListCalculators() {
 
 // --- A study.
 
-py::object AnswerOf(const StudyObject& object) {
-  const SummaryTable* table = SummaryOf(object.study);
-  return HasAnswer(object.study) ? py::object(py::float_(table->rows.back().values.front()))
-                                 : py::object(py::none());
+// (name, value, counts, of) of each answer; None for what is missing.
+py::list AnswersOf(const StudyObject& object) {
+  const auto text = [](const std::string& given) {
+    return given.empty() ? py::object(py::none()) : py::object(py::str(given));
+  };
+  py::list answers;
+  for (const Answer& answer : object.study.answers) {
+    const py::object value = IsMissing(answer.value) ? py::object(py::none())
+                                                     : py::object(py::float_(answer.value + 0.0));
+    answers.append(py::make_tuple(answer.name, value, text(answer.counts), text(answer.of)));
+  }
+  return answers;
 }
 
 py::list MessagesOf(const StudyObject& object) {
@@ -318,7 +326,7 @@ void BindCalculations(py::module_& module) {
   module.def("user_config_folder", [] { return UserConfigFolder("poweranalysis"); });
   py::class_<StudyObject>(module, "Study")
       .def_property_readonly("status", [](const StudyObject& self) { return self.study.status; })
-      .def_property_readonly("answer", AnswerOf)
+      .def_property_readonly("answers", AnswersOf)
       .def_property_readonly("messages", MessagesOf)
       .def_readonly("errors", &StudyObject::errors)
       .def_readonly("notes", &StudyObject::notes)

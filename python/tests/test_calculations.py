@@ -169,9 +169,21 @@ def test_every_family_computes_its_defaults_as_the_command_line_does(cli_json, m
     expected = cli_json(mode, family.lower())
     result = getattr(pa, mode)(family)
     assert expected["status"] == 0 and result.to_dict() == expected
-    assert result.value == expected["rows"][-1]["value"]
-    assert 0 < result.value <= 1 if mode == "power" else result.value >= 1
+    assert list(result.answers.values()) == [answer["value"] for answer in expected["answers"]]
+    assert list(result.answers) == [answer["of"] for answer in expected["answers"]]
+    for value in result.answers.values():
+        assert 0 < value <= 1 if mode == "power" else value >= 1 and isinstance(value, int)
     assert result.report and len(result.table) > 3
+
+
+def test_a_calculation_of_three_effects_has_three_answers():
+    result = pa.size("AV2", RMSSE_Int=0)
+    assert result.answers == {"row": 35, "column": 35, "interaction": None}
+    assert result.value is None and "row 35" in repr(result)
+    with pytest.raises(ValueError, match="several"):
+        float(result)
+    only = pa.size("T2", Mu1=5)
+    assert only.answers == {None: only.value} and float(only) == only.value
 
 
 @pytest.mark.parametrize("family", FAMILIES)

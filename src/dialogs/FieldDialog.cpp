@@ -143,7 +143,7 @@ bool CFieldDialog::StoreField(int control) {
         // A text that is no number stores 0; the next check names the field.
         value = 0;
       }
-      working.Set(field, value);
+      working.Set(field, value + 0.0);  // a "-0" is stored as 0
       return true;
     }
   }

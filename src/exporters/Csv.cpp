@@ -22,7 +22,7 @@ std::string Quoted(const std::string& text) {
 }
 
 std::string Number(double value) {
-  return IsMissing(value) || !std::isfinite(value) ? std::string() : FormatShortest(value);
+  return IsMissing(value) || !std::isfinite(value) ? std::string() : FormatShortest(value + 0.0);
 }
 
 std::string Single(float value) {

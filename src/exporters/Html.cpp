@@ -57,7 +57,8 @@ std::string Cell(double value) {
   if (IsMissing(value) || !std::isfinite(value)) {
     return "<td></td>";
   }
-  return fmt::format("<td data-value=\"{}\">{}</td>", FormatShortest(value), FormatCell(value));
+  return fmt::format("<td data-value=\"{}\">{}</td>", FormatShortest(value + 0.0),
+                     FormatCell(value));
 }
 
 void WriteTable(const SummaryTable& table, std::string& text) {

@@ -12,7 +12,8 @@ namespace poweranalysis {
 namespace json_shapes {
 
 Json NumberOrNull(double value) {
-  return IsMissing(value) || !std::isfinite(value) ? Json() : Json(value);
+  // A negative zero is a zero like the other.
+  return IsMissing(value) || !std::isfinite(value) ? Json() : Json(value + 0.0);
 }
 
 namespace {
@@ -148,12 +149,31 @@ using namespace json_shapes;
 
 constexpr int kSchema = 1;
 
+Json TextOrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
+
+Json AnswerJson(const Answer& answer) {
+  return {{"name", answer.name},
+          {"value", NumberOrNull(answer.value)},
+          {"counts", TextOrNull(answer.counts)},
+          {"of", TextOrNull(answer.of)}};
+}
+
+void AddAnswers(const Study& study, Json& json) {
+  json["answers"] = Json::array();
+  for (const Answer& answer : study.answers) {
+    json["answers"].push_back(AnswerJson(answer));
+  }
+  const Answer* only = OnlyAnswer(study);
+  json["answer"] = only == nullptr ? Json() : AnswerJson(*only);
+}
+
 }  // namespace
 
 std::string ExportJson(const Study& study) {
   Json json = {
       {"schema", kSchema}, {"family", study.family}, {"mode", study.mode}, {"code", study.code}};
   AddTable(SummaryOf(study), NumberOrNull, json);
+  AddAnswers(study, json);
   json["report"] = ParagraphsOf(study);
   json["messages"] = MessagesJson(study.messages);
   json["charts"] = Json::array();

@@ -1,5 +1,7 @@
 #include "exporters/Study.h"
 
+#include <algorithm>
+
 namespace poweranalysis {
 
 namespace {
@@ -91,19 +93,12 @@ std::string ShownTitle(const TableRow& row) {
 }
 
 bool HasAnswer(const Study& study) {
-  const SummaryTable* table = SummaryOf(study);
-  if (table == nullptr) {
-    return false;
-  }
-  const std::vector<TableRow>& rows = table->rows;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const bool last = i + 1 == rows.size();
-    const bool endsBlock = last || (rows[i].indent > 0 && ShownTitle(rows[i + 1]).empty());
-    if (endsBlock && !rows[i].values.empty() && !IsMissing(rows[i].values.front())) {
-      return true;
-    }
-  }
-  return false;
+  return std::any_of(study.answers.begin(), study.answers.end(),
+                     [](const Answer& answer) { return !IsMissing(answer.value); });
+}
+
+const Answer* OnlyAnswer(const Study& study) {
+  return study.answers.size() == 1 ? &study.answers.front() : nullptr;
 }
 
 }  // namespace poweranalysis

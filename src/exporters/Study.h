@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "host/Answer.h"
 #include "host/Workbook.h"
 
 namespace poweranalysis {
@@ -12,6 +13,7 @@ struct Study {
   std::string family;  // its code: "T2"
   std::string mode;    // "power" or "size"
   int code = 0;        // of the summary table, also when there is none
+  std::vector<Answer> answers;
   Workbook workbook;
   std::vector<Message> messages;
   int status = 0;  // as the exit status of the command line: 0 is an answer
@@ -29,8 +31,9 @@ std::vector<std::string> ParagraphsOf(const Study& study);
 // The title of a row as it shows: a separator row has none.
 std::string ShownTitle(const TableRow& row);
 
-// Whether the table holds something of what was asked for. The answer is the last row of a summary
-// table, or of each of its indented blocks.
+// Whether one of the numbers that were asked for is there.
 bool HasAnswer(const Study& study);
+// The only answer; null when there are several or none.
+const Answer* OnlyAnswer(const Study& study);
 
 }  // namespace poweranalysis

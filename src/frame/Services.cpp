@@ -124,7 +124,7 @@ void SetDlgItemNumber(
   // The format pads on the right, so a one-digit whole number would end in a blank.
   std::string text = FormatText("%-*.*f", {layout.width, layout.places, value});
   text.erase(text.find_last_not_of(' ') + 1);
-  form.SetDlgItemText(control, text);
+  form.SetDlgItemText(control, WithoutSignOfZero(text));
 }
 
 int SetTableOptions(Host& host, SummaryTable table) {

@@ -25,6 +25,16 @@ std::string RightAligned(const std::string& text, int width) {
   return text.size() < wanted ? std::string(wanted - text.size(), ' ') + text : text;
 }
 
+}  // namespace
+
+std::string WithoutSignOfZero(std::string text) {
+  const bool negative = !text.empty() && text.front() == '-';
+  const bool zero = text.find_first_not_of("-0.") == std::string::npos;
+  return negative && zero ? text.substr(1) : text;
+}
+
+namespace {
+
 std::string WithoutTrailingZeros(std::string text) {
   if (text.find('.') == std::string::npos) {
     return text;
@@ -33,7 +43,7 @@ std::string WithoutTrailingZeros(std::string text) {
   if (text.back() == '.') {
     text.pop_back();
   }
-  return text == "-0" ? "0" : text;
+  return WithoutSignOfZero(text);
 }
 
 }  // namespace
@@ -74,9 +84,9 @@ std::string FormatCell(double value, int digits) {
 }
 
 std::string RealToText(double value, int format, int width, int decimals) {
-  return RightAligned(
-      format == RealTickLabel ? FormatFixed(value, decimals) : FormatDecimals(value, decimals),
-      format == RealTickLabel ? width : 0);
+  return RightAligned(format == RealTickLabel ? WithoutSignOfZero(FormatFixed(value, decimals))
+                                              : FormatDecimals(value, decimals),
+                      format == RealTickLabel ? width : 0);
 }
 
 std::string IntToText(std::int64_t value, int format, int width) {

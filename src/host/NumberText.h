@@ -13,6 +13,8 @@ std::string FormatFixed(double value, int decimals);
 // At most `decimals` decimals, trailing zeros cut; twelve significant digits when that would be
 // wider than 24 characters.
 std::string FormatDecimals(double value, int decimals);
+// A number's text that has no digit but zeros, without its minus sign; any other as it is.
+std::string WithoutSignOfZero(std::string text);
 // The shortest text that reads back exactly.
 std::string FormatShortest(double value);
 

@@ -138,7 +138,9 @@ void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerS
   if (!cells) {
     return;
   }
-  std::copy_n(values.begin(), shown, cells.data());
+  // A negative zero is a zero like the other.
+  std::transform(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(shown), cells.data(),
+                 [](double value) { return value + 0.0; });
 
   SummaryTable table = TableFrame(*definition, params);
   FillRows(table, rows, {cells.data(), shown});

@@ -99,6 +99,16 @@ TEST_F(Calc, OneMinusPTurnsTheProbabilityRoundInAndOut) {
   EXPECT_TRUE(Has(result.out, "P(F > 3.1) = 0.04992453")) << result.out;
 }
 
+TEST_F(Calc, GivesTheUnknownAsItsAnswer) {
+  const nlohmann::json t = CalcJson("t --unknown t --p 0.975 --df 10");
+  EXPECT_EQ(t["answer"]["name"], "TObserved");
+  EXPECT_EQ(t["answer"]["value"], t["rows"].back()["value"]);
+  EXPECT_TRUE(t["answer"]["counts"].is_null());
+  EXPECT_TRUE(t["answer"]["of"].is_null());
+  EXPECT_EQ(t["answers"], nlohmann::json::array({t["answer"]}));
+  EXPECT_EQ(CalcJson("f --f 2 --df1 3 --df2 20")["answer"]["name"], "CumP");
+}
+
 TEST_F(Calc, AFieldHasItsOwnOptionAndShorterOnes) {
   const std::string expected = RunCalc("r-square --r-square 0.5 --rho-square 0.3 --n 50 --k 4").out;
   EXPECT_EQ(expected, RunCalc("r-square --r2-observed 0.5 --population-r2 0.3 --sample-size 50 "

@@ -8,9 +8,9 @@ class JsonOutput : public Program {
  protected:
   // The whole contract, version 1.
   static void ExpectSchema(const nlohmann::json& json) {
-    const std::vector<std::string> keys = {"schema",   "family",  "mode",  "code",
-                                           "headings", "columns", "rows",  "report",
-                                           "messages", "charts",  "status"};
+    const std::vector<std::string> keys = {"schema",   "family", "mode",    "code",   "headings",
+                                           "columns",  "rows",   "answers", "answer", "report",
+                                           "messages", "charts", "status"};
     for (const std::string& key : keys) {
       EXPECT_TRUE(json.contains(key)) << key;
     }
@@ -50,6 +50,113 @@ TEST_F(JsonOutput, KeepsTheContract) {
   EXPECT_TRUE(json["messages"].empty());
   EXPECT_TRUE(json["charts"].empty());
   EXPECT_EQ(0, json["status"]);
+}
+
+nlohmann::json AnswerOf(const char* name,
+                        const nlohmann::json& value,
+                        const nlohmann::json& counts,
+                        const nlohmann::json& of = nullptr) {
+  return {{"name", name}, {"value", value}, {"counts", counts}, {"of", of}};
+}
+
+TEST_F(JsonOutput, GivesTheAnswerOfEveryFamilyWithWhatItCounts) {
+  struct Row {
+    const char* family;
+    const char* field;
+    const char* counts;
+  };
+  for (const Row& row : {Row{"t1", "SampleSize", "total"},
+                         {"t2", "SampleSizeN1", "per group"},
+                         {"t3", "SampleSize", "pairs"},
+                         {"pc", "SampleSize", "per group"},
+                         {"av1", "N", "per group"},
+                         {"v1", "DegreesOfFreedom", "df"},
+                         {"v2", "Df1", "df"},
+                         {"r", "SampleSize", "total"},
+                         {"z2r", "SampleSizeN1", "per group"},
+                         {"r2", "SampleSize", "total"},
+                         {"p1", "SampleSize", "total"},
+                         {"p2", "SampleSizeN1", "per group"},
+                         {"qmac", "SampleSize", "pairs"},
+                         {"sa1", "SampleSize", "per group"},
+                         {"sa2", "SampleSize", "per group"},
+                         {"sa3", "SampleSize", "per group"},
+                         {"sem", "SampleSize", "total"}}) {
+    const auto size = RunJson({"size", row.family});
+    EXPECT_EQ(AnswerOf(row.field, size["rows"].back()["value"], row.counts), size["answer"]);
+    EXPECT_EQ(nlohmann::json::array({size["answer"]}), size["answers"]);
+    const auto power = RunJson({"power", row.family});
+    EXPECT_EQ(AnswerOf("Power", power["rows"].back()["value"], nullptr), power["answer"]);
+    EXPECT_EQ(nlohmann::json::array({power["answer"]}), power["answers"]);
+  }
+}
+
+TEST_F(JsonOutput, AnswersForTheGroupThatIsSought) {
+  // Effects that are large enough for the size of the fixed group.
+  const std::vector<std::vector<std::string>> tasks = {{"size", "t2", "--mu1", "12"},
+                                                       {"size", "z2r", "--rho1", "0.6"},
+                                                       {"size", "p2", "--pi1", "0.8"}};
+  for (const std::vector<std::string>& task : tasks) {
+    const auto varied = [&](const char* group) {
+      std::vector<std::string> words = task;
+      words.insert(words.end(), {"--n-to-vary", group});
+      return RunJson(words);
+    };
+    const auto first = varied("1");
+    EXPECT_EQ("SampleSizeN1", first["answer"]["name"]);
+    EXPECT_EQ("group 1", first["answer"]["counts"]);
+    const auto second = varied("2");
+    EXPECT_EQ("SampleSizeN2", second["answer"]["name"]);
+    EXPECT_EQ("group 2", second["answer"]["counts"]);
+    EXPECT_EQ(second["rows"].back()["value"], second["answer"]["value"]) << task[1];
+  }
+  const auto fixed = RunJson({"size", "p2", "--pi1", "0.8", "--n-to-vary", "1"});
+  EXPECT_EQ(100, fixed["rows"].back()["value"]) << "the fixed group is no answer";
+  EXPECT_NE(100, fixed["answer"]["value"]);
+  const auto ratio = RunJson({"size", "p2", "--n-to-vary", "3", "--ratio", "2"});
+  EXPECT_TRUE(ratio["answer"].is_null());
+  ASSERT_EQ(2U, ratio["answers"].size());
+  const auto& rows = ratio["rows"];
+  EXPECT_EQ(AnswerOf("SampleSizeN1", rows[rows.size() - 2]["value"], "group 1", "group 1"),
+            ratio["answers"][0]);
+  EXPECT_EQ(AnswerOf("SampleSizeN2", rows.back()["value"], "group 2", "group 2"),
+            ratio["answers"][1]);
+}
+
+TEST_F(JsonOutput, AnswersForEachEffectThatHasOne) {
+  const auto size = RunJson({"size", "av2", "--rmsse-int", "0"});
+  EXPECT_EQ(0, size["status"]);
+  EXPECT_TRUE(size["answer"].is_null()) << "there are several";
+  EXPECT_EQ(nlohmann::json::array({AnswerOf("N", 35, "per cell", "row"),
+                                   AnswerOf("N", 35, "per cell", "column"),
+                                   AnswerOf("N", nullptr, "per cell", "interaction")}),
+            size["answers"]);
+  const auto power = RunJson({"power", "av2", "--rmsse-row", "0"});
+  EXPECT_EQ(0, power["status"]);
+  EXPECT_EQ(AnswerOf("Power", nullptr, nullptr, "row"), power["answers"][0]);
+  EXPECT_EQ("interaction", power["answers"][2]["of"]);
+  const auto none =
+      RunJson({"size", "av2", "--rmsse-row", "0", "--rmsse-col", "0", "--rmsse-int", "0"}, 1);
+  EXPECT_EQ(3U, none["answers"].size());
+  const auto refused = RunJson({"size", "t2", "--mu1", "1", "--mu2", "1"}, 1);
+  EXPECT_EQ(nlohmann::json::array(), refused["answers"]);
+  EXPECT_TRUE(refused["answer"].is_null());
+}
+
+TEST_F(JsonOutput, WritesANegativeZeroAsZero) {
+  const std::vector<std::string> task = {"power", "t1", "--mu0=-0", "--mu", "5"};
+  for (const char* format : {"json", "csv", "text", "markdown", "html"}) {
+    std::vector<std::string> words = task;
+    words.insert(words.end(), {"--format", format});
+    const Result result = Run(words);
+    EXPECT_EQ(0, result.status);
+    EXPECT_FALSE(Has(result.out, "-0\n")) << result.out;
+    EXPECT_FALSE(Has(result.out, "-0}")) << result.out;
+    EXPECT_FALSE(Has(result.out, "-0 ")) << result.out;
+    EXPECT_FALSE(Has(result.out, "-0.")) << result.out;
+    EXPECT_FALSE(Has(result.out, "-0<")) << result.out;
+    EXPECT_FALSE(Has(result.out, "\"-0\"")) << result.out;
+  }
 }
 
 TEST_F(JsonOutput, NamesCodeAndModeOfEveryTask) {

@@ -41,6 +41,11 @@ TEST(ExportJson, WritesTheWholeContract) {
     {"title": "Tiny", "indent": 4, "value": 1.5e-07},
     {"title": "Power", "indent": 0, "value": 0.16050415233243398}
   ],
+  "answers": [
+    {"name": "N", "value": 35, "counts": "per cell", "of": "row"},
+    {"name": "N", "value": null, "counts": "per cell", "of": "column"}
+  ],
+  "answer": null,
   "report": [
     "Title -- here",
     "One goal of %g. goes on  at length.",
@@ -69,7 +74,29 @@ TEST(ExportJson, WritesTheWholeContract) {
   "status": 0
 }
 )json";
-  EXPECT_EQ(expected, ExportJson(SampleStudy()));
+  Study study = SampleStudy();
+  study.answers = {{"N", 35, "per cell", "row"}, {"N", MissingValue(), "per cell", "column"}};
+  EXPECT_EQ(expected, ExportJson(study));
+}
+
+TEST(ExportJson, GivesTheOnlyAnswerBesideTheArray) {
+  Study study = SampleStudy();
+  study.answers = {{"Power", 0.5, {}, {}}};
+  const Json json = Parsed(study);
+  EXPECT_EQ((Json{{"name", "Power"}, {"value", 0.5}, {"counts", nullptr}, {"of", nullptr}}),
+            json["answer"]);
+  EXPECT_EQ(Json::array({json["answer"]}), json["answers"]);
+}
+
+TEST(ExportJson, ANegativeZeroIsWrittenAsZero) {
+  Study study = SampleStudy();
+  std::get<SummaryTable>(study.workbook.items.front()).rows = {{"Row", 0, {-0.0}}};
+  std::get<Chart>(study.workbook.items.back()).y.assign(3, -0.0F);
+  for (const std::string& text : {ExportJson(study), ExportCsv(study), ExportHtml(study)}) {
+    EXPECT_FALSE(Has(text, "-0,") || Has(text, "-0]") || Has(text, "-0}") || Has(text, "-0\n") ||
+                 Has(text, "\"-0\"") || Has(text, ">-0<"))
+        << text;
+  }
 }
 
 TEST(ExportJson, AnEmptyStudyKeepsEveryKey) {
@@ -79,8 +106,9 @@ TEST(ExportJson, AnEmptyStudyKeepsEveryKey) {
   study.code = 17;
   study.status = 1;
   const Json json = Parsed(study);
-  EXPECT_EQ(11U, json.size());
-  for (const char* key : {"headings", "columns", "rows", "report", "messages", "charts"}) {
+  EXPECT_EQ(13U, json.size());
+  for (const char* key :
+       {"headings", "columns", "rows", "answers", "report", "messages", "charts"}) {
     EXPECT_TRUE(json[key].is_array()) << key;
     EXPECT_TRUE(json[key].empty()) << key;
   }

@@ -39,31 +39,22 @@ TEST(Study, ADeepIndentOpensALineOfItsOwn) {
               ElementsAre("Power of:", "(a) 10% for rows;", "(b) 20% for columns."));
 }
 
-TEST(Study, HasAnAnswerWhenABlockOfItsTableHasOne) {
-  const auto row = [](const char* title, int indent, double value) {
-    return TableRow{title, indent, {value}};
-  };
-  SummaryTable table;
-  table.rows = {
-      row("Alpha", 0, .05), row("\x01", 0, MissingValue()), row("Row Effect", 0, MissingValue()),
-      row("Power", 2, .8),  row("\x01", 0, MissingValue()), row("Power", 2, MissingValue())};
+TEST(Study, HasAnAnswerWhenOneOfItsAnswersIsThere) {
   Study study;
-  study.workbook.items.emplace_back(table);
+  EXPECT_FALSE(HasAnswer(study));
+  study.answers = {{"N", MissingValue(), "per cell", "row"}, {"N", 35, "per cell", "column"}};
   EXPECT_TRUE(HasAnswer(study));
-  table.rows[3].values[0] = MissingValue();
-  study.workbook.items = {table};
-  EXPECT_FALSE(HasAnswer(study)) << "inputs are no answer";
+  study.answers[1].value = MissingValue();
+  EXPECT_FALSE(HasAnswer(study));
 }
 
-TEST(Study, TheLastRowIsTheAnswer) {
-  Study study = SampleStudy();
-  EXPECT_TRUE(HasAnswer(study));
-  std::get<SummaryTable>(study.workbook.items.front()).rows.back().values = {MissingValue()};
-  EXPECT_FALSE(HasAnswer(study));
-  EXPECT_FALSE(HasAnswer(Study()));
-  Study empty;
-  empty.workbook.items.emplace_back(SummaryTable());
-  EXPECT_FALSE(HasAnswer(empty));
+TEST(Study, OneAnswerIsTheOnlyOne) {
+  Study study;
+  EXPECT_EQ(OnlyAnswer(study), nullptr);
+  study.answers = {{"Power", 0.8, {}, {}}};
+  EXPECT_EQ(OnlyAnswer(study), &study.answers.front());
+  study.answers.push_back({"Power", 0.9, {}, {}});
+  EXPECT_EQ(OnlyAnswer(study), nullptr);
 }
 
 TEST(Study, ASeparatorShowsNoTitle) {

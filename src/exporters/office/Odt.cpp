@@ -166,7 +166,7 @@ std::string ValueCell(double value) {
     return "<table:table-cell/>";
   }
   return Element("table:table-cell",
-                 "office:value-type=\"float\" " + Attribute("office:value", FormatShortest(value)),
+                 "office:value-type=\"float\" " + Attribute("office:value", FormatShortest(value + 0.0)),
                  Paragraph("Value", FormatCell(value)));
 }
 

@@ -428,7 +428,7 @@ std::string WithExactNumbers(const std::string& xml, const ExactValues& values) 
     if (begin < at || end == std::string::npos) {
       continue;
     }
-    out.append(xml, taken, begin - taken).append(FormatShortest(value->second));
+    out.append(xml, taken, begin - taken).append(FormatShortest(value->second + 0.0));
     taken = end;
   }
   return out.append(xml, taken, std::string::npos);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <vector>
+
+#include "host/Answer.h"
+#include "settings/PowerSettings.h"
+
+namespace poweranalysis {
+
+// The numbers among those of a finished summary table that were asked for: the power, or the sizes
+// that were sought. `params` is the block that the table was made for. Empty for a table that holds
+// none, as the one of an unknown code.
+std::vector<Answer> AnswersOf(const SummaryTable& table, PowerSettings& params);
+
+}  // namespace poweranalysis
