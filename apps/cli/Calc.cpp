@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -195,10 +196,9 @@ void CalculatorRun::Put(const FieldValue& value) {
 
 Shown CalculatorRun::ShownOf(const char* name) const {
   const HeadlessForm& form = *host_.form();
-  double value = Working().Get(*Find(name));
+  const double value = dynamic_cast<const CCalculatorDialog&>(*host_.dialog()).Shown(name);
   const bool probability = name == std::string_view(kProbability);
   if (probability || name == std::string_view(kActual)) {
-    value = OneMinusP() ? 1 - value : value;
     return {
         Plain(form.GetDlgItemText(probability ? ControlProbabilityLabel : ControlActualValueLabel)),
         value};
@@ -217,10 +217,17 @@ std::string CalculatorRun::AlgorithmHeading() const {
                      Plain(LoadText(radios->buttons[chosen])));
 }
 
-// "P(t <= 2) = 0.76456745; Df = 4, Delta = 1", with the decimals of the dialog.
-std::string CalculatorRun::Statement() const {
+// With the decimals of the dialog, but never so few that nothing is left of a small number.
+std::string StatementNumber(double value) {
   constexpr int kDecimals = 8;
-  const auto text = [](double value) { return FormatDecimals(value, kDecimals); };
+  constexpr double kSmall = 1e-4;
+  return value != 0 && std::fabs(value) < kSmall ? FormatGeneral(value)
+                                                 : FormatDecimals(value, kDecimals);
+}
+
+// "P(t <= 2) = 0.76456745; Df = 4, Delta = 1".
+std::string CalculatorRun::Statement() const {
+  const auto text = StatementNumber;
   const CalculatorUnknown& statistic = rows_.unknowns[UnknownStatistic];
   std::string given;
   for (const char* name : rows_.fields) {

@@ -1,9 +1,24 @@
 #include <cmath>
 
 #include "calculators/Equations.h"
+#include "distributions/Beta.h"
 #include "distributions/Binomial.h"
 
 namespace poweranalysis {
+
+namespace {
+
+// P(X > x).
+double UpperTail(const BinomialCalcParams& in, double x) {
+  if (x >= in.SampleSize) {
+    return 0;
+  }
+  int failure = 0;
+  const double upper = BetaCdf(in.Pi, x + 1, in.SampleSize - x, failure);
+  return failure == 0 ? upper : NumericFailure;
+}
+
+}  // namespace
 
 CalculatorAnswer SolveForX(const PowerSettings& block, double p) {
   const BinomialCalcParams& in = block.BinomialCalc.Working;
@@ -19,6 +34,12 @@ CalculatorAnswer SolveForX(const PowerSettings& block, double p) {
   answer.actual = 1;  // of X = n, the one answer for which the search leaves it as it stands
   answer.value = std::trunc(BinomialQuantile(p, n, in.Pi, answer.actual, failure, logP));
   answer.good = failure == 0;
+  if (answer.good) {
+    const CalculatorAnswer actual =
+        ProbabilityAnswer(answer.actual, [&] { return UpperTail(in, answer.value); });
+    answer.actual = actual.value;
+    answer.upper = actual.upper;
+  }
   return answer;
 }
 
@@ -26,7 +47,10 @@ CalculatorAnswer SolveForXProbability(const PowerSettings& block, double /*p*/) 
   const BinomialCalcParams& in = block.BinomialCalc.Working;
   int failure = 0;
   const double p = BinomialCdf(in.SampleSize, in.Pi, in.XObserved, failure);
-  return failure == 0 ? GoodAnswer(p) : CalculatorAnswer();
+  if (failure != 0) {
+    return {};
+  }
+  return ProbabilityAnswer(p, [&in] { return UpperTail(in, in.XObserved); });
 }
 
 CalculatorAnswer SolveForPi(const PowerSettings& block, double p) {

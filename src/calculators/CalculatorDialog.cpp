@@ -163,6 +163,7 @@ long CCalculatorDialog::Command(int control) {
 
 long CCalculatorDialog::RestoreDefaults() {
   Copy(Instance::Defaults, Instance::Working);
+  answers_.clear();
   ShowValues();
   return 1;
 }
@@ -183,6 +184,17 @@ long CCalculatorDialog::FlipOneMinusP() {
 
 double CCalculatorDialog::Complemented(double p) const {
   return OneMinusP() && p != NumericFailure ? 1 - p : p;
+}
+
+double CCalculatorDialog::ShownProbability(double p) const {
+  const bool known = tail_.upper != NumericFailure && p == tail_.p;
+  return OneMinusP() && known ? tail_.upper : Complemented(p);
+}
+
+double CCalculatorDialog::Shown(const char* field) const {
+  const bool probability =
+      field == std::string_view(kProbability) || field == std::string_view(kActual);
+  return probability ? ShownProbability(Get(field)) : Get(field);
 }
 
 std::size_t CCalculatorDialog::UnknownIndex() const {
@@ -210,6 +222,11 @@ bool CCalculatorDialog::StoreBox(int control) {
   if (!StoreField(control)) {
     return false;
   }
+  for (const char* name : fields()) {
+    if (ControlOfField(name) == control) {
+      answers_.erase(name);
+    }
+  }
   double typed = 0;
   if (control == ControlOfField(kProbability) && form().GetDlgItemDouble(control, typed) == 0) {
     Set(kProbability, Complemented(typed));
@@ -217,19 +234,39 @@ bool CCalculatorDialog::StoreBox(int control) {
   return true;
 }
 
-// Reads every box but that of the unknown, which is empty by now.
+// Reads every box but that of the unknown, which is empty by now. A box that still shows what the
+// dialog put there stands for the number behind it, whose digits it does not all show.
 void CCalculatorDialog::ExchangeBoxes() {
   for (const char* name : fields()) {
-    if (IsBox(name) && name != std::string_view(Unknown().field)) {
-      StoreBox(ControlOfField(name));
+    const int control = ControlOfField(name);
+    if (IsBox(name) && name != std::string_view(Unknown().field) &&
+        form().GetDlgItemText(control) != shown_[name]) {
+      StoreBox(control);
     }
   }
+}
+
+// An answer is taken back as an input also where it lies outside what may be entered, as long as
+// it is a probability at all.
+bool CCalculatorDialog::IsOwnAnswer(const Field& field) const {
+  const double value = Get(field.name);
+  const bool usable = field.name != std::string_view(kProbability) || (value > 0 && value < 1);
+  return answers_.count(field.name) != 0 && usable;
+}
+
+bool CCalculatorDialog::InputsPass() {
+  std::vector<KeyEntry> entries = FillKeys(*Block(), family()).entries;
+  entries.erase(std::remove_if(entries.begin(), entries.end(),
+                               [this](const KeyEntry& entry) { return IsOwnAnswer(*entry.field); }),
+                entries.end());
+  return CheckRanges(window(), entries) != 0;
 }
 
 // A stale answer must not fail the range check.
 void CCalculatorDialog::ClearUnknown() {
   const Field& field = FieldOf(Unknown().field);
   form().SetDlgItemText(ControlOfField(field.name), "");
+  answers_.erase(field.name);
   View(Instance::Working).Set(field, View(Instance::Defaults).Get(field));
   if (ShowsActual()) {
     Set(kActual, NumericFailure);
@@ -262,11 +299,10 @@ void CCalculatorDialog::ShowBox(const char* field) {
   const int control = ControlOfField(field);
   if (FieldOf(field).type != FieldType::Real) {
     form().SetDlgItemLong(control, static_cast<std::int64_t>(Get(field)));
-    return;
+  } else {
+    SetDlgItemNumber(form(), control, Shown(field), kMostDecimals, kFewestDecimals, kTruncate);
   }
-  const bool probability = field == std::string_view(kProbability);
-  SetDlgItemNumber(form(), control, probability ? Complemented(Get(field)) : Get(field),
-                   kMostDecimals, kFewestDecimals, kTruncate);
+  shown_[field] = form().GetDlgItemText(control);
 }
 
 void CCalculatorDialog::ShowActual() {
@@ -274,10 +310,10 @@ void CCalculatorDialog::ShowActual() {
     return;
   }
   const double actual = Get(kActual);
-  form().SetDlgItemText(ControlActualValue, actual == NumericFailure
-                                                ? std::string()
-                                                : RealToText(Complemented(actual), RealPlain,
-                                                             kActualWidth, kMostDecimals));
+  form().SetDlgItemText(ControlActualValue,
+                        actual == NumericFailure
+                            ? std::string()
+                            : RealToText(Shown(kActual), RealPlain, kActualWidth, kMostDecimals));
 }
 
 void CCalculatorDialog::ShowUnknown() {
@@ -307,7 +343,7 @@ long CCalculatorDialog::Compute() {
   }
   ClearUnknown();
   ExchangeBoxes();
-  if (!RangesPass()) {
+  if (!InputsPass()) {
     return 1;
   }
   const double p = Get(kProbability);
@@ -328,8 +364,14 @@ void CCalculatorDialog::ShowAnswer(const CalculatorAnswer& answer, double p) {
   if (answer.noSolution != text::None) {
     ShowMessage(MessagePlain, window(), answer.noSolution, {p});
     Set(kProbability, answer.nearestProbability);
+    answers_.insert(kProbability);
     ShowBox(kProbability);
   }
+  if (answer.upper != NumericFailure) {
+    tail_ = {ShowsActual() && UnknownIndex() == UnknownStatistic ? answer.actual : answer.value,
+             answer.upper};
+  }
+  answers_.insert(field);
   Set(field, answer.value);
   ShowBox(field);
   if (ShowsActual()) {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <array>
+#include <map>
+#include <set>
+#include <string>
 
 #include "dialogs/FieldDialog.h"
 #include "distributions/Common.h"
@@ -17,10 +20,25 @@ struct CalculatorAnswer {
   double nearestProbability = NumericFailure;
   // The probability of a discrete answer, which rarely is the requested one.
   double actual = NumericFailure;
+  // The upper tail of a probability so close to 1 that one minus it has lost its digits.
+  double upper = NumericFailure;
 };
 
 inline CalculatorAnswer GoodAnswer(double value) {
-  return {true, value, text::None, NumericFailure, NumericFailure};
+  return {true, value, text::None, NumericFailure, NumericFailure, NumericFailure};
+}
+
+// A probability, held to [0, 1], which rounding may have left. `upper` computes its upper tail from
+// its own side; it is asked only where one minus the probability is none.
+template <class Upper>
+CalculatorAnswer ProbabilityAnswer(double p, Upper upper) {
+  constexpr double kSmallTail = 1e-4;
+  CalculatorAnswer answer = GoodAnswer(p < 0 ? 0 : p > 1 ? 1 : p);
+  if (1 - answer.value < kSmallTail) {
+    const double tail = upper();
+    answer.upper = tail < 0 && tail != NumericFailure ? 0 : tail;
+  }
+  return answer;
 }
 
 // One of the three numbers of an equation that can be asked for.
@@ -66,6 +84,9 @@ class CCalculatorDialog : public CFieldDialog {
                     const CalculatorTable& rows);
 
   DialogSpec Spec() const override;
+  // The number of a field as the dialog shows it, with all its digits: a probability is the upper
+  // tail with OneMinusP set.
+  double Shown(const char* field) const;
 
  protected:
   long EventHandler(const DialogEvent& event) override;
@@ -84,8 +105,12 @@ class CCalculatorDialog : public CFieldDialog {
   void Set(const char* field, double value) { View(Instance::Working).Set(FieldOf(field), value); }
   const Field& FieldOf(const char* name) const { return *table().Find(name); }
   bool OneMinusP() const { return Get("OneMinusP") != 0; }
-  // 1 - p with OneMinusP set; the way in and the way out are the same.
+  // A probability on its way in: 1 - p with OneMinusP set.
   double Complemented(double p) const;
+  // On its way out, from the upper tail itself where that is known.
+  double ShownProbability(double p) const;
+  bool InputsPass();
+  bool IsOwnAnswer(const Field& field) const;
   std::size_t UnknownIndex() const;
   const CalculatorUnknown& Unknown() const { return rows_.unknowns[UnknownIndex()]; }
   void ChooseUnknown(std::size_t index);
@@ -106,6 +131,13 @@ class CCalculatorDialog : public CFieldDialog {
   std::vector<ControlSpec> BoxSpecs() const;
 
   const CalculatorTable& rows_;
+  // The probability whose upper tail was computed, and the tail.
+  struct Tail {
+    double p = NumericFailure;
+    double upper = NumericFailure;
+  } tail_;
+  std::map<std::string, std::string, std::less<>> shown_;  // texts that the dialog put into boxes
+  std::set<std::string, std::less<>> answers_;  // fields that hold an answer, not an entry
 };
 
 // The dialog of a catalogue row of the calculators; null for another.

@@ -1,5 +1,6 @@
 #include "calculators/Equations.h"
 #include "distributions/NoncentralChiSquare.h"
+#include "distributions/UpperTails.h"
 
 namespace poweranalysis {
 
@@ -17,7 +18,12 @@ CalculatorAnswer SolveForChiSquareProbability(const PowerSettings& block, double
   int failure = 0;  // cleared here: the approximation for a large delta leaves it as it stands
   const double p =
       NoncentralChiSquareCdf(in.ObservedChiSquare, in.DegreesOfFreedom, in.Delta, density, failure);
-  return failure == 0 ? GoodAnswer(p) : CalculatorAnswer();
+  if (failure != 0) {
+    return {};
+  }
+  return ProbabilityAnswer(p, [&in] {
+    return NoncentralChiSquareUpper(in.ObservedChiSquare, in.DegreesOfFreedom, in.Delta);
+  });
 }
 
 CalculatorAnswer SolveForChiSquareDelta(const PowerSettings& block, double p) {

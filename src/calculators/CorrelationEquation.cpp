@@ -16,7 +16,12 @@ CalculatorAnswer SolveForRProbability(const PowerSettings& block, double /*p*/) 
     return GoodAnswer(in.RObserved <= -1 ? 0 : 1);
   }
   const double p = CorrelationCdf(in.Rho, in.SampleSize, in.RObserved, in.Algorithm);
-  return p != NumericFailure ? GoodAnswer(p) : CalculatorAnswer();
+  if (p == NumericFailure) {
+    return {};
+  }
+  // Mirrored, the upper tail is a lower one.
+  return ProbabilityAnswer(
+      p, [&in] { return CorrelationCdf(-in.Rho, in.SampleSize, -in.RObserved, in.Algorithm); });
 }
 
 CalculatorAnswer SolveForRho(const PowerSettings& block, double p) {

@@ -1,5 +1,6 @@
 #include "calculators/Equations.h"
 #include "distributions/NoncentralF.h"
+#include "distributions/UpperTails.h"
 
 namespace poweranalysis {
 
@@ -14,7 +15,11 @@ CalculatorAnswer SolveForFProbability(const PowerSettings& block, double /*p*/) 
   const FCalcParams& in = block.FCalc.Working;
   int failure = 0;
   const double p = NoncentralFCdfInt(in.FObserved, in.Df1, in.Df2, in.Delta, failure, FExact);
-  return failure == 0 && p != NumericFailure ? GoodAnswer(p) : CalculatorAnswer();
+  if (failure != 0 || p == NumericFailure) {
+    return {};
+  }
+  return ProbabilityAnswer(
+      p, [&in] { return NoncentralFUpper(in.FObserved, in.Df1, in.Df2, in.Delta); });
 }
 
 CalculatorAnswer SolveForFDelta(const PowerSettings& block, double p) {

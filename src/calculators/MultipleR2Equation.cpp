@@ -4,6 +4,7 @@
 #include "calculators/Equations.h"
 #include "distributions/MultipleR2.h"
 #include "distributions/Normal.h"
+#include "distributions/UpperTails.h"
 #include "procedures/BreakObserver.h"
 
 namespace poweranalysis {
@@ -52,7 +53,13 @@ CalculatorAnswer SolveForR2Probability(const PowerSettings& block, double /*p*/)
   int failure = 0;
   const double p = MultipleR2Cdf(in.PopulationR2, in.SampleSize, in.TotalNumberOfVars,
                                  in.R2Observed, in.Algorithm, failure, observer);
-  return failure == 0 ? GoodAnswer(p) : CalculatorAnswer();
+  if (failure != 0) {
+    return {};
+  }
+  // The approximation has no upper tail of its own: where it comes close to 1 the exact one stands.
+  return ProbabilityAnswer(p, [&in] {
+    return MultipleR2Upper(in.PopulationR2, in.SampleSize, in.TotalNumberOfVars, in.R2Observed);
+  });
 }
 
 CalculatorAnswer SolveForRho2(const PowerSettings& block, double p) {

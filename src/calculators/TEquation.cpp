@@ -1,8 +1,20 @@
 #include "calculators/Equations.h"
 #include "distributions/NoncentralT.h"
 #include "distributions/SolveParameter.h"
+#include "distributions/UpperTails.h"
 
 namespace poweranalysis {
+
+namespace {
+
+// P(T > t). Mirrored, it is a lower tail; without a noncentrality half that of the F distribution.
+double UpperTail(const T1Params& in) {
+  const double t = in.TObserved;
+  return in.Delta == 0 && t > 0 ? NoncentralFUpper(t * t, 1, in.DegreesOfFreedom, 0) / 2
+                                : NoncentralTCdf(-t, in.DegreesOfFreedom, -in.Delta);
+}
+
+}  // namespace
 
 CalculatorAnswer SolveForT(const PowerSettings& block, double p) {
   const T1Params& in = block.T1.Working;
@@ -15,7 +27,10 @@ CalculatorAnswer SolveForT(const PowerSettings& block, double p) {
 CalculatorAnswer SolveForTProbability(const PowerSettings& block, double /*p*/) {
   const T1Params& in = block.T1.Working;
   const double p = NoncentralTCdf(in.TObserved, in.DegreesOfFreedom, in.Delta);
-  return p != NumericFailure ? GoodAnswer(p) : CalculatorAnswer();
+  if (p == NumericFailure) {
+    return {};
+  }
+  return ProbabilityAnswer(p, [&in] { return UpperTail(in); });
 }
 
 CalculatorAnswer SolveForTDelta(const PowerSettings& block, double p) {

@@ -1,5 +1,7 @@
 #include "calculators/CalculatorDialog.h"
 
+#include <gmock/gmock.h>
+
 #include <set>
 
 #include "calculators/CalculatorRun.h"
@@ -292,6 +294,45 @@ TEST_F(Calculator, TheProbabilityIsComplementedOnTheWayIn) {
   Compute();
   EXPECT_EQ(Box("TObserved"), t);
   EXPECT_EQ(t.substr(0, 5), "2.228");
+}
+
+TEST_F(Calculator, AnUpperTailThatIsNoneShowsWithoutASign) {
+  Open("F");
+  ClickOneMinusP();
+  Fill("FObserved=1e30 Df1=3 Df2=100");
+  Compute();
+  EXPECT_EQ(Box("CumP"), "0.00");
+  EXPECT_LE(Get("CumP"), 1);
+}
+
+TEST_F(Calculator, AnAnswerIsTakenBackWithAllItsDigits) {
+  Open("X2");
+  Fill("ObservedChiSquare=45 DegreesOfFreedom=4");
+  ClickOneMinusP();
+  Compute();
+  EXPECT_EQ(Box("CumP"), "0.00") << "a box shows eight decimals";
+  ASSERT_GT(Get("CumP"), 0.9999) << "beyond what may be entered";
+  Choose(UnknownStatistic);
+  Compute();
+  EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
+  EXPECT_NEAR(Number("ObservedChiSquare"), 45, 0.05);
+  Type("CumP", "0.000000004");
+  Compute();
+  ASSERT_EQ(host_.messages().size(), 1u) << "an entry is held to its range";
+  EXPECT_EQ(MessageIds().back(), 12853);
+}
+
+TEST_F(Calculator, ACountBeyondTheRangeIsTakenBackAsAnAnswer) {
+  Open("Binomial");
+  Fill("SampleSize=200 Pi=0.5 CumP=0.9");
+  Choose(UnknownStatistic);
+  Compute();
+  ASSERT_GT(Get("XObserved"), 50);
+  const double actual = Get("ActualValue");
+  Choose(UnknownProbability);
+  Compute();
+  EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
+  EXPECT_NEAR(Get("CumP"), actual, 1e-12);
 }
 
 TEST_F(Calculator, AStaleAnswerCannotFailTheRangeCheck) {

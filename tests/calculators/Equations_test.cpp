@@ -535,13 +535,16 @@ TEST_F(BinomialCalculator, AnErrorLeavesNoStaleActualValue) {
   EXPECT_EQ(Get("ActualValue"), NumericFailure);
 }
 
-TEST_F(BinomialCalculator, AnAnswerAboveFiftyIsNoInputOfTheNextComputation) {
+TEST_F(BinomialCalculator, AnEntryAboveFiftyIsRefusedThoughAnAnswerIsTakenBack) {
   Open("Binomial");
   Choose(UnknownStatistic);
   Fill("SampleSize=100 Pi=0.7 CumP=0.5");
   Compute();
   EXPECT_EQ(Get("XObserved"), 70);
   Choose(UnknownProbability);
+  Compute();
+  EXPECT_EQ(LastMessage(), "");
+  Type("XObserved", "70");
   Compute();
   EXPECT_EQ(LastMessage(),
             "The current value for Observed X is outside the permissible range.\r\nThe appropriate "

@@ -109,6 +109,43 @@ TEST_F(Calc, GivesTheUnknownAsItsAnswer) {
   EXPECT_EQ(CalcJson("f --f 2 --df1 3 --df2 20")["answer"]["name"], "CumP");
 }
 
+TEST_F(Calc, AnUpperTailIsComputedFromItsOwnSide) {
+  const std::vector<std::pair<std::string, double>> cases = {
+      {"t --t 10 --df 20 --one-minus-p", 1.5818906740e-9},
+      {"f --f 40 --df1 4 --df2 20 --one-minus-p", 2.8361056353e-9},
+      {"f --f 100 --df1 4 --df2 50 --delta 5 --one-minus-p", 4.6267581798e-19},
+      {"chi-square --chi-square 60 --df 4 --one-minus-p", 2.9008631203e-12},
+      {"chi-square --chi-square 60 --df 4 --delta 1 --one-minus-p", 1.6004612029e-10},
+      {"r-square --r-square 0.8 --rho-square 0.2 --n 100 --k 5 --algorithm accuracy --one-minus-p",
+       5.0598462679e-18},
+      {"binomial --x 40 --n 50 --pi 0.2 --one-minus-p", 7.8100649580e-21},
+  };
+  for (const auto& [line, expected] : cases) {
+    EXPECT_NEAR(Answer(line), expected, 1e-6 * expected) << line;
+  }
+}
+
+TEST_F(Calc, AnUpperTailIsNeverNegative) {
+  for (const char* line :
+       {"t --t 5000 --df 3 --delta -3", "t --t 60 --df 149999", "t --t 300 --df 40 --delta 2",
+        "f --f 1e30 --df1 3 --df2 100", "f --f 1000 --df1 10001 --df2 10001 --delta 50",
+        "chi-square --chi-square 1e30 --df 5", "chi-square --chi-square 3000 --df 9 --delta 800",
+        "r-square --r-square 0.9998 --n 1000", "correlation --r 0.9999 --n 5000 --rho -0.9",
+        "correlation --r 0.999 --n 90 --algorithm exact", "binomial --x 50 --n 40"}) {
+    const double upper = Answer(std::string(line) + " --one-minus-p");
+    EXPECT_GE(upper, 0) << line;
+    EXPECT_FALSE(std::signbit(upper)) << line;
+    EXPECT_LE(Answer(line), 1) << line;
+  }
+}
+
+TEST_F(Calc, TheStatementShowsASmallProbability) {
+  const Result small = RunCalc("chi-square --chi-square 60 --df 4 --delta 1 --one-minus-p");
+  EXPECT_TRUE(Has(small.out, "P(Chi-square > 60) = 1.60046e-10;")) << small.out;
+  const Result none = RunCalc("f --f 0 --df1 3 --df2 20");
+  EXPECT_TRUE(Has(none.out, "P(F <= 0) = 0;")) << none.out;
+}
+
 TEST_F(Calc, AFieldHasItsOwnOptionAndShorterOnes) {
   const std::string expected = RunCalc("r-square --r-square 0.5 --rho-square 0.3 --n 50 --k 4").out;
   EXPECT_EQ(expected, RunCalc("r-square --r2-observed 0.5 --population-r2 0.3 --sample-size 50 "
