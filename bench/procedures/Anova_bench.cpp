@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "Unwatched.h"
 #include "procedures/Anova.h"
 
 // Times of planned contrasts and analyses of variance. The one-way designs with fixed effects are
@@ -42,7 +43,7 @@ void BM_AV1RequiredN(benchmark::State& state) {
   const double rmsse = static_cast<double>(state.range(0)) / 100;
   for (auto _ : state) {
     CriticalFCache criticals;
-    benchmark::DoNotOptimize(OneWayRequiredN(Asked(Fixed(rmsse)), criticals));
+    benchmark::DoNotOptimize(OneWayRequiredN(Asked(Fixed(rmsse)), criticals, unwatched));
   }
 }
 BENCHMARK(BM_AV1RequiredN)->Arg(5)->Arg(25)->Arg(50)->Arg(100);
@@ -74,7 +75,7 @@ void BM_AV1SizeCurveOverEffect(benchmark::State& state) {
   for (auto _ : state) {
     CriticalFCache criticals;
     for (int i = 0; i < kPoints; ++i) {
-      benchmark::DoNotOptimize(OneWayRequiredN(Asked(Fixed(.1 + .01 * i)), criticals));
+      benchmark::DoNotOptimize(OneWayRequiredN(Asked(Fixed(.1 + .01 * i)), criticals, unwatched));
     }
   }
 }
@@ -86,7 +87,7 @@ void BM_AV1RandomDefaultN(benchmark::State& state) {
   const OneWayTest test{.groups = 3, .rmsse = .25, .alpha = kAlpha, .model = RandomEffects};
   for (auto _ : state) {
     CriticalFCache criticals;
-    benchmark::DoNotOptimize(OneWayRequiredN(Asked(test, .9), criticals));
+    benchmark::DoNotOptimize(OneWayRequiredN(Asked(test, .9), criticals, unwatched));
   }
 }
 BENCHMARK(BM_AV1RandomDefaultN);
@@ -95,7 +96,7 @@ void BM_AV1FixedDefaultN(benchmark::State& state) {
   const OneWayTest test{.groups = 3, .rmsse = .25, .alpha = kAlpha};
   for (auto _ : state) {
     CriticalFCache criticals;
-    benchmark::DoNotOptimize(OneWayRequiredN(Asked(test, .9), criticals));
+    benchmark::DoNotOptimize(OneWayRequiredN(Asked(test, .9), criticals, unwatched));
   }
 }
 BENCHMARK(BM_AV1FixedDefaultN);
@@ -110,7 +111,7 @@ void BM_AV2DefaultN(benchmark::State& state) {
                                   .sizeLimit = kLimit};
   for (auto _ : state) {
     CriticalFCache criticals;
-    benchmark::DoNotOptimize(TwoWayRequiredN(request, criticals));
+    benchmark::DoNotOptimize(TwoWayRequiredN(request, criticals, unwatched));
   }
 }
 BENCHMARK(BM_AV2DefaultN)->Arg(RowEffect)->Arg(ColumnEffect)->Arg(InteractionEffect);
@@ -120,7 +121,7 @@ void BM_PCDefaultN(benchmark::State& state) {
       .es = .25, .ss = 6, .groups = 3, .alpha = kAlpha, .powerGoal = .9, .sizeLimit = kLimit};
   for (auto _ : state) {
     CriticalTCache criticals;
-    benchmark::DoNotOptimize(ContrastRequiredN(request, criticals));
+    benchmark::DoNotOptimize(ContrastRequiredN(request, criticals, unwatched));
   }
 }
 BENCHMARK(BM_PCDefaultN);

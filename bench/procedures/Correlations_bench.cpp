@@ -1,3 +1,4 @@
+#include "Unwatched.h"
 #include "procedures/Correlations.h"
 
 #include <benchmark/benchmark.h>
@@ -27,7 +28,7 @@ void BM_RPower(benchmark::State& state) {
   int status = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        CorrelationPower(nullptr, 50, kAlpha, .3, 0, algorithm, H0TwoTailed, status));
+        CorrelationPower(50, kAlpha, .3, 0, algorithm, H0TwoTailed, status, unread));
   }
 }
 BENCHMARK(BM_RPower)->DenseRange(0, 2);
@@ -38,7 +39,7 @@ void BM_RPowerAgainstANull(benchmark::State& state) {
   int status = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        CorrelationPower(nullptr, 50, kAlpha, .3, .1, algorithm, H0TwoTailed, status));
+        CorrelationPower(50, kAlpha, .3, .1, algorithm, H0TwoTailed, status, unread));
   }
 }
 BENCHMARK(BM_RPowerAgainstANull)->DenseRange(0, 2);
@@ -46,7 +47,7 @@ BENCHMARK(BM_RPowerAgainstANull)->DenseRange(0, 2);
 void BM_RRequiredN(benchmark::State& state) {
   const double rho = static_cast<double>(state.range(0)) / 100;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(CorrelationRequiredN(Asked(rho, state.range(1))));
+    benchmark::DoNotOptimize(CorrelationRequiredN(Asked(rho, state.range(1)), unwatched));
   }
 }
 BENCHMARK(BM_RRequiredN)->ArgsProduct({{10, 20, 30, 50, 80}, {0, 1, 2}});
@@ -56,7 +57,7 @@ void BM_RRequiredNAgainstANull(benchmark::State& state) {
   for (auto _ : state) {
     CorrelationSizeRequest request = Asked(.5, state.range(0));
     request.rho0 = .3;
-    benchmark::DoNotOptimize(CorrelationRequiredN(request));
+    benchmark::DoNotOptimize(CorrelationRequiredN(request, unwatched));
   }
 }
 BENCHMARK(BM_RRequiredNAgainstANull)->DenseRange(0, 2);
@@ -69,8 +70,8 @@ void BM_RPowerCurveOverRho(benchmark::State& state) {
     CorrelationCriticalCache criticals;
     for (int i = 0; i < kPoints; ++i) {
       const double rho = .2 + .7 * i / (kPoints - 1);
-      benchmark::DoNotOptimize(CorrelationPower(nullptr, {50, kAlpha, .1, algorithm, H0TwoTailed},
-                                                rho, status, criticals));
+      benchmark::DoNotOptimize(CorrelationPower({50, kAlpha, .1, algorithm, H0TwoTailed}, rho,
+                                                status, unread, criticals));
     }
   }
 }
@@ -83,7 +84,7 @@ void BM_RPowerCurveOverN(benchmark::State& state) {
   for (auto _ : state) {
     for (int i = 0; i < kPoints; ++i) {
       benchmark::DoNotOptimize(
-          CorrelationPower(nullptr, 5 * (i + 1), kAlpha, .3, 0, algorithm, H0TwoTailed, status));
+          CorrelationPower(5 * (i + 1), kAlpha, .3, 0, algorithm, H0TwoTailed, status, unread));
     }
   }
 }
@@ -93,7 +94,8 @@ BENCHMARK(BM_RPowerCurveOverN)->DenseRange(0, 2);
 void BM_RSizeCurveOverRho(benchmark::State& state) {
   for (auto _ : state) {
     for (int i = 0; i < kPoints; ++i) {
-      benchmark::DoNotOptimize(CorrelationRequiredN(Asked(.1 + .008 * i, state.range(0))));
+      benchmark::DoNotOptimize(
+          CorrelationRequiredN(Asked(.1 + .008 * i, state.range(0)), unwatched));
     }
   }
 }
@@ -103,7 +105,7 @@ void BM_Z2RPower(benchmark::State& state) {
   const auto algorithm = static_cast<std::int16_t>(state.range(0));
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        TwoCorrelationsPower(nullptr, .4, .1, 100, 120, kAlpha, H0TwoTailed, algorithm));
+        TwoCorrelationsPower(.4, .1, 100, 120, kAlpha, H0TwoTailed, algorithm, unread));
   }
 }
 BENCHMARK(BM_Z2RPower)->DenseRange(1, 2);
@@ -118,7 +120,7 @@ void BM_Z2RRequiredN(benchmark::State& state) {
   request.n1 = request.n2 = 100;
   request.nToVary = static_cast<std::int16_t>(state.range(0));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(TwoCorrelationsRequiredN(request));
+    benchmark::DoNotOptimize(TwoCorrelationsRequiredN(request, unwatched));
   }
 }
 BENCHMARK(BM_Z2RRequiredN)->DenseRange(0, 2);

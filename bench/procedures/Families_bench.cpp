@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "Unwatched.h"
 #include "procedures/Anova.h"
 #include "procedures/Correlations.h"
 #include "procedures/ModelFit.h"
@@ -77,21 +78,22 @@ double SizeOf(const SearchResult& result) { return static_cast<double>(result.re
 // --- t-tests: T1 and T3 differ in their effect alone.
 
 double OneGroupPower(double es, double n, double alpha, CriticalTCache& c) {
-  return TTestPower(nullptr, OneGroupDesign(es, Whole(n)), alpha, H0TwoTailed, c);
+  return TTestPower(OneGroupDesign(es, Whole(n)), alpha, H0TwoTailed, unread, c);
 }
 double OneGroupN(double es, double alpha, double goal, CriticalTCache& c) {
-  return SizeOf(
-      OneGroupRequiredN({.es = es, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c));
+  return SizeOf(OneGroupRequiredN(
+      {.es = es, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c, unwatched));
 }
 constexpr double kT1Effect = .2;
 const double kT3Effect = PairedMeansEffect(8, 0, PairedSigmaDiff(10, 10, .1));
 
 double EqualGroupsPower(double es, double n, double alpha, CriticalTCache& c) {
-  return TTestPower(nullptr, EqualGroupsDesign(es, Whole(n)), alpha, H0TwoTailed, c);
+  return TTestPower(EqualGroupsDesign(es, Whole(n)), alpha, H0TwoTailed, unread, c);
 }
 double EqualGroupsN(double es, double alpha, double goal, CriticalTCache& c) {
-  return SizeOf(TwoGroupsRequiredN(
-      {.es = es, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, NToVaryBoth, 0, c));
+  return SizeOf(
+      TwoGroupsRequiredN({.es = es, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit},
+                         NToVaryBoth, 0, c, unwatched));
 }
 constexpr double kT2Effect = .2;
 
@@ -141,11 +143,12 @@ const bool kT3 = Family<CriticalTCache>(
 // --- Contrasts and analyses of variance.
 
 double PCPower(double es, double n, double alpha, CriticalTCache& c) {
-  return ContrastPower(nullptr, 3, Whole(n), alpha, es, 6, c);
+  return ContrastPower(3, Whole(n), alpha, es, 6, unread, c);
 }
 double PCN(double es, double alpha, double goal, CriticalTCache& c) {
   return SizeOf(ContrastRequiredN(
-      {.es = es, .ss = 6, .groups = 3, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c));
+      {.es = es, .ss = 6, .groups = 3, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c,
+      unwatched));
 }
 double AV1Power(double rmsse, double n, double alpha, CriticalFCache& c) {
   int err = 0;
@@ -157,12 +160,12 @@ double AV1N(double rmsse, double alpha, double goal, CriticalFCache& c) {
                                  .committedAlpha = alpha,
                                  .powerGoal = goal,
                                  .sizeLimit = kLimit},
-                                c));
+                                c, unwatched));
 }
 double AV2Power(double rmsse, double n, double alpha, CriticalFCache& c) {
   int err = 0;
   double crit = 0;
-  return TwoWayPower(nullptr, alpha, 3, 3, Whole(n), rmsse, FExact, RowEffect, crit, err, c);
+  return TwoWayPower(alpha, 3, 3, Whole(n), rmsse, FExact, RowEffect, crit, err, unread, c);
 }
 double AV2N(double rmsse, double alpha, double goal, CriticalFCache& c) {
   return SizeOf(TwoWayRequiredN({.rows = 3,
@@ -171,7 +174,7 @@ double AV2N(double rmsse, double alpha, double goal, CriticalFCache& c) {
                                  .alpha = alpha,
                                  .powerGoal = goal,
                                  .sizeLimit = kLimit},
-                                c));
+                                c, unwatched));
 }
 constexpr double kRmsse = .25;
 
@@ -212,20 +215,21 @@ const bool kAV2 = Family<CriticalFCache>(
 
 double V1Power(double var, double df, double alpha, CriticalChiSquareCache& c) {
   int err = 0;
-  return ChiSquareVariancePower(nullptr, alpha, Whole(df), var, 1, H0TwoTailed, err, c);
+  return ChiSquareVariancePower(alpha, Whole(df), var, 1, H0TwoTailed, err, unread, c);
 }
 double V1Df(double var, double alpha, double goal, CriticalChiSquareCache& c) {
   return SizeOf(OneVarianceRequiredDf(
-      {.var = var, .var0 = 1, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c));
+      {.var = var, .var0 = 1, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c,
+      unwatched));
 }
 double V2Power(double ratio, double df, double alpha, CriticalFCache& c) {
   int err = 0;
   const std::int64_t both = Whole(df);
-  return TwoVariancePower(nullptr, ratio, alpha, both, both, H0TwoTailed, err, FExact, c);
+  return TwoVariancePower(ratio, alpha, both, both, H0TwoTailed, err, FExact, unread, c);
 }
 double V2Df(double ratio, double alpha, double goal, CriticalFCache& c) {
   return SizeOf(TwoVariancesRequiredDf(
-      {.ratio = ratio, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c));
+      {.ratio = ratio, .alpha = alpha, .powerGoal = goal, .sizeLimit = kLimit}, c, unwatched));
 }
 
 // The built-in variance and ratio of the charts in which they do not vary.
@@ -262,12 +266,12 @@ const bool kV2 = Family<CriticalFCache>(
 template <std::int16_t algorithm>
 double RPower(double rho, double n, double alpha, CorrelationCriticalCache& c) {
   int status = 0;
-  return CorrelationPower(nullptr, {Whole(n), alpha, 0, algorithm, H0TwoTailed}, rho, status, c);
+  return CorrelationPower({Whole(n), alpha, 0, algorithm, H0TwoTailed}, rho, status, unread, c);
 }
 template <std::int16_t algorithm>
 double RN(double rho, double alpha, double goal, CorrelationCriticalCache&) {
   return SizeOf(CorrelationRequiredN(
-      {.rho = rho, .alpha = alpha, .powerGoal = goal, .algorithm = algorithm}));
+      {.rho = rho, .alpha = alpha, .powerGoal = goal, .algorithm = algorithm}, unwatched));
 }
 constexpr double kRho = .2;
 
@@ -288,12 +292,13 @@ const bool kR = RFamily<CorrelationFisherZRefined>("R");
 const bool kRExact = RFamily<CorrelationExact>("R-exact");
 
 double Z2RPower(double rho1, double n, double alpha, NoCache&) {
-  return TwoCorrelationsPower(nullptr, rho1, 0, Whole(n), Whole(n), alpha, H0TwoTailed,
-                              CorrelationFisherZRefined);
+  return TwoCorrelationsPower(rho1, 0, Whole(n), Whole(n), alpha, H0TwoTailed,
+                              CorrelationFisherZRefined, unread);
 }
 double Z2RN(double rho1, double alpha, double goal, NoCache&) {
   return SizeOf(TwoCorrelationsRequiredN(
-      {.rho1 = rho1, .rho2 = 0, .alpha = alpha, .powerGoal = goal, .n1 = 100, .n2 = 100}));
+      {.rho1 = rho1, .rho2 = 0, .alpha = alpha, .powerGoal = goal, .n1 = 100, .n2 = 100},
+      unwatched));
 }
 
 const bool kZ2R = Family<NoCache>(
@@ -310,13 +315,14 @@ const bool kZ2R = Family<NoCache>(
 template <std::int16_t algorithm>
 double R2Power(double rho2, double n, double alpha, SquaredCorrelationCriticalCache& c) {
   int err = 0;
-  return SquaredCorrelationPower(nullptr, {Whole(n), 3, alpha, 0, algorithm, H0TwoTailed}, rho2,
-                                 err, c);
+  return SquaredCorrelationPower({Whole(n), 3, alpha, 0, algorithm, H0TwoTailed}, rho2, err, unread,
+                                 c, unwatched);
 }
 template <std::int16_t algorithm>
 double R2N(double rho2, double alpha, double goal, SquaredCorrelationCriticalCache&) {
   return SizeOf(SquaredCorrelationRequiredN(
-      {.rho2 = rho2, .c2 = 0, .alpha = alpha, .powerGoal = goal, .k = 3, .algorithm = algorithm}));
+      {.rho2 = rho2, .c2 = 0, .alpha = alpha, .powerGoal = goal, .k = 3, .algorithm = algorithm},
+      unwatched));
 }
 constexpr double kP2 = .2;
 
@@ -344,11 +350,11 @@ constexpr double kRmsea = .08;
 
 double SEMPower(double r, double n, double alpha, double df, ModelFitCriticalCache& c) {
   int err = 0;
-  return ModelFitPower(nullptr, {Whole(n), Narrow(df), alpha, kR0, H0AtMost}, r, err, c);
+  return ModelFitPower({Whole(n), Narrow(df), alpha, kR0, H0AtMost}, r, err, unread, c);
 }
 double SEMN(double r, double alpha, double goal, double df, ModelFitCriticalCache&) {
-  return SizeOf(
-      ModelFitRequiredN({.r = r, .r0 = kR0, .alpha = alpha, .powerGoal = goal, .df = Narrow(df)}));
+  return SizeOf(ModelFitRequiredN(
+      {.r = r, .r0 = kR0, .alpha = alpha, .powerGoal = goal, .df = Narrow(df)}, unwatched));
 }
 
 const bool kSEM = Family<ModelFitCriticalCache>(
@@ -373,18 +379,18 @@ const bool kSEM = Family<ModelFitCriticalCache>(
 
 double P1Power(double pi, double n, double alpha, NoCache&) {
   int err = 0;
-  return OneProportionPower(nullptr, Whole(n), {pi, .5, alpha, H0TwoTailed}, err, ProportionExact,
-                            1);
+  return OneProportionPower(Whole(n), {pi, .5, alpha, H0TwoTailed}, err, ProportionExact, 1,
+                            unread);
 }
 double P1N(double pi, double alpha, double goal, NoCache&) {
   int err = 0;
-  return static_cast<double>(
-      OneProportionRequiredN(nullptr, goal, {pi, .5, alpha, H0TwoTailed}, err, ProportionExact));
+  return static_cast<double>(OneProportionRequiredN(goal, {pi, .5, alpha, H0TwoTailed}, err,
+                                                    ProportionExact, unread, unwatched));
 }
 double P2Power(double pi1, double n, double alpha, NoCache&) {
   int err = 0;
   return TwoProportionPower({pi1, .5, alpha, H0TwoTailed, NotCorrected}, Whole(n), Whole(n), err,
-                            nullptr);
+                            unread);
 }
 double P2N(double pi1, double alpha, double goal, NoCache&) {
   double actualPower = 0;
@@ -392,15 +398,15 @@ double P2N(double pi1, double alpha, double goal, NoCache&) {
   GroupSizes groups;
   return static_cast<double>(TwoProportionRequiredN(
       {.test = {pi1, .5, alpha, H0TwoTailed, NotCorrected}, .powerGoal = goal}, groups, actualPower,
-      err));
+      err, unread));
 }
 double QMACPower(double delta, double eta, double n, double alpha, NoCache&) {
   int err = 0;
-  return McNemarPower(nullptr, {delta, eta, alpha, H0TwoTailed}, n, err);
+  return McNemarPower({delta, eta, alpha, H0TwoTailed}, n, err, unread);
 }
 double QMACN(double delta, double eta, double alpha, double goal, NoCache&) {
   int err = 0;
-  return McNemarRequiredN(nullptr, {delta, eta, alpha, H0TwoTailed}, goal, err);
+  return McNemarRequiredN({delta, eta, alpha, H0TwoTailed}, goal, err, unread);
 }
 constexpr double kDelta = .1;
 constexpr double kEta = .4;
@@ -455,15 +461,15 @@ double SA1N(double pi2, double alpha, double goal, NoCache&) {
   int err = 0;
   std::int64_t events = 0;
   return static_cast<double>(
-      LogRankRequiredN(nullptr, {.5, pi2, alpha, H0TwoTailed}, goal, events, err));
+      LogRankRequiredN({.5, pi2, alpha, H0TwoTailed}, goal, events, err, unread));
 }
 double SA3Power(double lambda2, double n, double alpha, NoCache&) {
-  return ExponentialSurvivalPower(Whole(n), {.5, lambda2, 0, 10, 9, alpha, H0TwoTailed}, nullptr);
+  return ExponentialSurvivalPower(Whole(n), {.5, lambda2, 0, 10, 9, alpha, H0TwoTailed}, unread);
 }
 double SA3N(double lambda2, double alpha, double goal, NoCache&) {
   int err = 0;
-  return static_cast<double>(ExponentialSurvivalRequiredN(
-      nullptr, {.5, lambda2, 0, 10, 9, alpha, H0TwoTailed}, goal, err));
+  return static_cast<double>(
+      ExponentialSurvivalRequiredN({.5, lambda2, 0, 10, 9, alpha, H0TwoTailed}, goal, err, unread));
 }
 
 const bool kSA1 = Family<NoCache>(

@@ -1,3 +1,4 @@
+#include "Unwatched.h"
 #include "procedures/ModelFit.h"
 
 #include <benchmark/benchmark.h>
@@ -15,7 +16,7 @@ void BM_SEMPower(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        ModelFitPower(nullptr, state.range(0), 20, .05, .08, .05, H0AtMost, err));
+        ModelFitPower(state.range(0), 20, .05, .08, .05, H0AtMost, err, unread));
   }
 }
 BENCHMARK(BM_SEMPower)->Arg(100)->Arg(1000)->Arg(100000);
@@ -30,7 +31,7 @@ void BM_SEMRequiredN(benchmark::State& state) {
                                        .df = static_cast<std::int32_t>(state.range(1)),
                                        .form = H0AtMost};
   for (auto _ : state) {
-    benchmark::DoNotOptimize(ModelFitRequiredN(request));
+    benchmark::DoNotOptimize(ModelFitRequiredN(request, unwatched));
   }
 }
 BENCHMARK(BM_SEMRequiredN)->Args({80, 20})->Args({60, 20})->Args({80, 5000})->Args({1, 1});
@@ -42,7 +43,7 @@ void BM_SEMPowerCurveOverN(benchmark::State& state) {
     ModelFitCriticalCache criticals;
     for (int i = 0; i < kPoints; ++i) {
       benchmark::DoNotOptimize(
-          ModelFitPower(nullptr, {20 * (i + 1), 20, .05, .05, H0AtMost}, .08, err, criticals));
+          ModelFitPower({20 * (i + 1), 20, .05, .05, H0AtMost}, .08, err, unread, criticals));
     }
   }
 }

@@ -1,3 +1,4 @@
+#include "Unwatched.h"
 #include "procedures/OneProportion.h"
 
 #include <benchmark/benchmark.h>
@@ -21,7 +22,7 @@ void BM_P1Power(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        OneProportionPower(nullptr, state.range(0), kDesigns[0], err, algorithm, 1));
+        OneProportionPower(state.range(0), kDesigns[0], err, algorithm, 1, unread));
   }
 }
 BENCHMARK(BM_P1Power)->ArgsProduct({{100, 10000}, {ProportionExact, ProportionNormal}});
@@ -31,7 +32,7 @@ void BM_P1RequiredN(benchmark::State& state) {
   int err = 0;
   std::int64_t n = 0;
   for (auto _ : state) {
-    n = OneProportionRequiredN(nullptr, kGoal, test, err, ProportionExact);
+    n = OneProportionRequiredN(kGoal, test, err, ProportionExact, unread, unwatched);
     benchmark::DoNotOptimize(n);
   }
   state.counters["N"] = static_cast<double>(n);
@@ -42,7 +43,7 @@ void BM_P1NormalRequiredN(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        OneProportionRequiredN(nullptr, kGoal, kDesigns[0], err, ProportionNormal));
+        OneProportionRequiredN(kGoal, kDesigns[0], err, ProportionNormal, unread, unwatched));
   }
 }
 BENCHMARK(BM_P1NormalRequiredN);
@@ -51,8 +52,8 @@ BENCHMARK(BM_P1NormalRequiredN);
 void BM_P1RequiredNOfTheLeastGap(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(OneProportionRequiredN(nullptr, .65, {.5001001, .5, .25, H0TwoTailed},
-                                                    err, ProportionExact));
+    benchmark::DoNotOptimize(OneProportionRequiredN(.65, {.5001001, .5, .25, H0TwoTailed}, err,
+                                                    ProportionExact, unread, unwatched));
   }
 }
 BENCHMARK(BM_P1RequiredNOfTheLeastGap)->Unit(benchmark::kMillisecond);
@@ -62,7 +63,7 @@ void BM_P1PowerCurveOverN(benchmark::State& state) {
   for (auto _ : state) {
     for (std::int64_t i = 0; i < kPoints; ++i) {
       benchmark::DoNotOptimize(
-          OneProportionPower(nullptr, 100 + i, kDesigns[0], err, ProportionExact, 1));
+          OneProportionPower(100 + i, kDesigns[0], err, ProportionExact, 1, unread));
     }
   }
 }
@@ -73,7 +74,8 @@ void BM_P1SizeCurveOverPi(benchmark::State& state) {
   for (auto _ : state) {
     for (std::int64_t i = 0; i < kPoints; ++i) {
       const OneProportionTest test{.55 + .002 * static_cast<double>(i), .5, .05, H0TwoTailed};
-      benchmark::DoNotOptimize(OneProportionRequiredN(nullptr, kGoal, test, err, ProportionExact));
+      benchmark::DoNotOptimize(
+          OneProportionRequiredN(kGoal, test, err, ProportionExact, unread, unwatched));
     }
   }
 }

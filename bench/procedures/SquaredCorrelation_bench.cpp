@@ -1,3 +1,4 @@
+#include "Unwatched.h"
 #include "procedures/SquaredCorrelation.h"
 
 #include <benchmark/benchmark.h>
@@ -17,8 +18,8 @@ void BM_R2Power(benchmark::State& state) {
   const auto algorithm = static_cast<std::int16_t>(state.range(0));
   int err = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(SquaredCorrelationPower(nullptr, state.range(1), 3, kAlpha, .5, .4,
-                                                     algorithm, H0TwoTailed, err));
+    benchmark::DoNotOptimize(SquaredCorrelationPower(state.range(1), 3, kAlpha, .5, .4, algorithm,
+                                                     H0TwoTailed, err, unread, unwatched));
   }
 }
 BENCHMARK(BM_R2Power)->ArgsProduct({{0, 1}, {100, 1000, 100000}});
@@ -33,7 +34,7 @@ void BM_R2RequiredN(benchmark::State& state) {
   request.k = 3;
   request.algorithm = static_cast<std::int16_t>(state.range(0));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(SquaredCorrelationRequiredN(request));
+    benchmark::DoNotOptimize(SquaredCorrelationRequiredN(request, unwatched));
   }
 }
 BENCHMARK(BM_R2RequiredN)->ArgsProduct({{0, 1}, {0, 10}});
@@ -47,7 +48,7 @@ void BM_R2PowerCurveOverP2(benchmark::State& state) {
     for (int i = 0; i < kPoints; ++i) {
       const double rho2 = .1 + .8 * i / (kPoints - 1);
       benchmark::DoNotOptimize(SquaredCorrelationPower(
-          nullptr, {100, 3, kAlpha, .05, algorithm, H0TwoTailed}, rho2, err, criticals));
+          {100, 3, kAlpha, .05, algorithm, H0TwoTailed}, rho2, err, unread, criticals, unwatched));
     }
   }
 }

@@ -1,3 +1,4 @@
+#include "Unwatched.h"
 #include "procedures/Survival.h"
 
 #include <benchmark/benchmark.h>
@@ -29,7 +30,7 @@ void BM_SA1RequiredN(benchmark::State& state) {
   int err = 0;
   std::int64_t events = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(LogRankRequiredN(nullptr, kLogRank, kGoal, events, err));
+    benchmark::DoNotOptimize(LogRankRequiredN(kLogRank, kGoal, events, err, unread));
   }
 }
 BENCHMARK(BM_SA1RequiredN);
@@ -37,7 +38,7 @@ BENCHMARK(BM_SA1RequiredN);
 void BM_SA3Power(benchmark::State& state) {
   const ExponentialSurvivalTest test = Exponential(state);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(ExponentialSurvivalPower(kN, test, nullptr));
+    benchmark::DoNotOptimize(ExponentialSurvivalPower(kN, test, unread));
   }
 }
 BENCHMARK(BM_SA3Power)->Arg(0)->Arg(20);
@@ -46,7 +47,7 @@ void BM_SA3RequiredN(benchmark::State& state) {
   const ExponentialSurvivalTest test = Exponential(state);
   int err = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(ExponentialSurvivalRequiredN(nullptr, test, kGoal, err));
+    benchmark::DoNotOptimize(ExponentialSurvivalRequiredN(test, kGoal, err, unread));
   }
 }
 BENCHMARK(BM_SA3RequiredN)->Arg(0)->Arg(20);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "Unwatched.h"
 #include "procedures/TTests.h"
 
 // Times of the t-tests of two means at alpha .05, two-tailed, as R's pwr::pwr.t.test is asked for
@@ -31,7 +32,7 @@ void BM_T2Power(benchmark::State& state) {
   for (auto _ : state) {
     CriticalTCache criticals;
     benchmark::DoNotOptimize(
-        TTestPower(nullptr, EqualGroupsDesign(.5, n), kAlpha, H0TwoTailed, criticals));
+        TTestPower(EqualGroupsDesign(.5, n), kAlpha, H0TwoTailed, unread, criticals));
   }
 }
 BENCHMARK(BM_T2Power)->Arg(10)->Arg(64)->Arg(1000);
@@ -41,7 +42,7 @@ void BM_T2RequiredN(benchmark::State& state) {
   const double es = static_cast<double>(state.range(0)) / 100;
   for (auto _ : state) {
     CriticalTCache criticals;
-    benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(es), NToVaryBoth, 0, criticals));
+    benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(es), NToVaryBoth, 0, criticals, unwatched));
   }
 }
 BENCHMARK(BM_T2RequiredN)->Arg(5)->Arg(20)->Arg(50)->Arg(80);
@@ -49,7 +50,7 @@ BENCHMARK(BM_T2RequiredN)->Arg(5)->Arg(20)->Arg(50)->Arg(80);
 void BM_T2RequiredNBesideAFixedGroup(benchmark::State& state) {
   for (auto _ : state) {
     CriticalTCache criticals;
-    benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(.5), NToVaryN1, 50, criticals));
+    benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(.5), NToVaryN1, 50, criticals, unwatched));
   }
 }
 BENCHMARK(BM_T2RequiredNBesideAFixedGroup);
@@ -60,7 +61,7 @@ void BM_T2PowerCurveOverN(benchmark::State& state) {
     CriticalTCache criticals;
     for (int i = 0; i < kPoints; ++i) {
       benchmark::DoNotOptimize(
-          TTestPower(nullptr, EqualGroupsDesign(.5, 5 * (i + 1)), kAlpha, H0TwoTailed, criticals));
+          TTestPower(EqualGroupsDesign(.5, 5 * (i + 1)), kAlpha, H0TwoTailed, unread, criticals));
     }
   }
 }
@@ -73,7 +74,7 @@ void BM_T2PowerCurveOverEffect(benchmark::State& state) {
     for (int i = 0; i < kPoints; ++i) {
       const double es = .3 + .6 * i / (kPoints - 1);
       benchmark::DoNotOptimize(
-          TTestPower(nullptr, EqualGroupsDesign(es, 50), kAlpha, H0TwoTailed, criticals));
+          TTestPower(EqualGroupsDesign(es, 50), kAlpha, H0TwoTailed, unread, criticals));
     }
   }
 }
@@ -85,7 +86,7 @@ void BM_T2SizeCurveOverEffect(benchmark::State& state) {
     CriticalTCache criticals;
     for (int i = 0; i < kPoints; ++i) {
       const double es = .1 + .01 * i;
-      benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(es), NToVaryBoth, 0, criticals));
+      benchmark::DoNotOptimize(TwoGroupsRequiredN(Asked(es), NToVaryBoth, 0, criticals, unwatched));
     }
   }
 }

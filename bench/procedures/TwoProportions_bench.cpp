@@ -1,3 +1,4 @@
+#include "Unwatched.h"
 #include "procedures/TwoProportions.h"
 
 #include <benchmark/benchmark.h>
@@ -17,7 +18,7 @@ void BM_P2Power(benchmark::State& state) {
   const TwoProportionTest test = Test(static_cast<std::int16_t>(state.range(0)));
   int err = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(TwoProportionPower(test, 100, 100, err, nullptr));
+    benchmark::DoNotOptimize(TwoProportionPower(test, 100, 100, err, unread));
   }
 }
 BENCHMARK(BM_P2Power)->Arg(NotCorrected)->Arg(CorrectedForContinuity);
@@ -31,7 +32,7 @@ void BM_P2RequiredN(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
     GroupSizes groups{kFixed, kFixed};
-    benchmark::DoNotOptimize(TwoProportionRequiredN(request, groups, actualPower, err));
+    benchmark::DoNotOptimize(TwoProportionRequiredN(request, groups, actualPower, err, unread));
   }
 }
 BENCHMARK(BM_P2RequiredN)
@@ -45,7 +46,7 @@ void BM_P2RequiredNThatIsNotFound(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
     GroupSizes groups{0, 2};
-    benchmark::DoNotOptimize(TwoProportionRequiredN(request, groups, actualPower, err));
+    benchmark::DoNotOptimize(TwoProportionRequiredN(request, groups, actualPower, err, unread));
   }
 }
 BENCHMARK(BM_P2RequiredNThatIsNotFound);
@@ -55,7 +56,7 @@ void BM_P2PowerCurveOverN(benchmark::State& state) {
   for (auto _ : state) {
     for (std::int64_t i = 0; i < kPoints; ++i) {
       benchmark::DoNotOptimize(
-          TwoProportionPower(Test(NotCorrected), 100 + i, 100 + i, err, nullptr));
+          TwoProportionPower(Test(NotCorrected), 100 + i, 100 + i, err, unread));
     }
   }
 }
@@ -69,7 +70,7 @@ void BM_P2SizeCurveOverPi(benchmark::State& state) {
       TwoProportionSizeRequest request{.test = Test(NotCorrected), .powerGoal = kGoal};
       request.test.pi1 = .55 + .002 * static_cast<double>(i);
       GroupSizes groups;
-      benchmark::DoNotOptimize(TwoProportionRequiredN(request, groups, actualPower, err));
+      benchmark::DoNotOptimize(TwoProportionRequiredN(request, groups, actualPower, err, unread));
     }
   }
 }
@@ -78,7 +79,7 @@ BENCHMARK(BM_P2SizeCurveOverPi);
 void BM_QMACPower(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(McNemarPower(nullptr, kPairs, 100, err));
+    benchmark::DoNotOptimize(McNemarPower(kPairs, 100, err, unread));
   }
 }
 BENCHMARK(BM_QMACPower);
@@ -86,7 +87,7 @@ BENCHMARK(BM_QMACPower);
 void BM_QMACRequiredN(benchmark::State& state) {
   int err = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(McNemarRequiredN(nullptr, kPairs, kGoal, err));
+    benchmark::DoNotOptimize(McNemarRequiredN(kPairs, kGoal, err, unread));
   }
 }
 BENCHMARK(BM_QMACRequiredN);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "Unwatched.h"
 #include "procedures/Variances.h"
 
 // Times of the tests of one and of two variances, mostly at the defaults of their fields.
@@ -15,12 +16,12 @@ constexpr int kPoints = 100;
 
 double OnePower(std::int64_t df, double var, CriticalChiSquareCache& criticals) {
   int err = 0;
-  return ChiSquareVariancePower(nullptr, kAlpha, df, var, 1, H0TwoTailed, err, criticals);
+  return ChiSquareVariancePower(kAlpha, df, var, 1, H0TwoTailed, err, unread, criticals);
 }
 
 double TwoPower(std::int64_t df, double ratio, CriticalFCache& criticals) {
   int err = 0;
-  return TwoVariancePower(nullptr, ratio, kAlpha, df, df, H0TwoTailed, err, FExact, criticals);
+  return TwoVariancePower(ratio, kAlpha, df, df, H0TwoTailed, err, FExact, unread, criticals);
 }
 
 OneVarianceDfRequest OneAsked(double var) {
@@ -44,7 +45,7 @@ void BM_V1RequiredDf(benchmark::State& state) {
   const double var = static_cast<double>(state.range(0)) / 100;
   for (auto _ : state) {
     CriticalChiSquareCache criticals;
-    benchmark::DoNotOptimize(OneVarianceRequiredDf(OneAsked(var), criticals));
+    benchmark::DoNotOptimize(OneVarianceRequiredDf(OneAsked(var), criticals, unwatched));
   }
 }
 BENCHMARK(BM_V1RequiredDf)->Arg(200)->Arg(50)->Arg(110);
@@ -63,7 +64,8 @@ void BM_V1SizeCurveOverVariance(benchmark::State& state) {
   for (auto _ : state) {
     CriticalChiSquareCache criticals;
     for (int i = 0; i < kPoints; ++i) {
-      benchmark::DoNotOptimize(OneVarianceRequiredDf(OneAsked(1.25 + .01 * i), criticals));
+      benchmark::DoNotOptimize(
+          OneVarianceRequiredDf(OneAsked(1.25 + .01 * i), criticals, unwatched));
     }
   }
 }
@@ -82,7 +84,7 @@ void BM_V2RequiredDf(benchmark::State& state) {
   const double ratio = static_cast<double>(state.range(0)) / 100;
   for (auto _ : state) {
     CriticalFCache criticals;
-    benchmark::DoNotOptimize(TwoVariancesRequiredDf(TwoAsked(ratio), criticals));
+    benchmark::DoNotOptimize(TwoVariancesRequiredDf(TwoAsked(ratio), criticals, unwatched));
   }
 }
 BENCHMARK(BM_V2RequiredDf)->Arg(200)->Arg(50)->Arg(110);
@@ -101,7 +103,8 @@ void BM_V2SizeCurveOverRatio(benchmark::State& state) {
   for (auto _ : state) {
     CriticalFCache criticals;
     for (int i = 0; i < kPoints; ++i) {
-      benchmark::DoNotOptimize(TwoVariancesRequiredDf(TwoAsked(1.25 + .01 * i), criticals));
+      benchmark::DoNotOptimize(
+          TwoVariancesRequiredDf(TwoAsked(1.25 + .01 * i), criticals, unwatched));
     }
   }
 }

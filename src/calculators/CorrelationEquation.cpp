@@ -1,8 +1,32 @@
 #include "calculators/Equations.h"
-#include "calculators/HostObserver.h"
+#include "dialogs/Speaker.h"
 #include "distributions/Correlation.h"
 
 namespace poweranalysis {
+
+namespace {
+
+// Holds the host's results while it lives.
+class LockedResults {
+ public:
+  LockedResults() : host_(ModuleHost()) {
+    if (host_ != nullptr) {
+      host_->LockResults();
+    }
+  }
+  LockedResults(const LockedResults&) = delete;
+  LockedResults& operator=(const LockedResults&) = delete;
+  ~LockedResults() {
+    if (host_ != nullptr) {
+      host_->UnlockResults();
+    }
+  }
+
+ private:
+  Host* host_;
+};
+
+}  // namespace
 
 CalculatorAnswer SolveForR(const PowerSettings& block, double p) {
   const RParams& in = block.R.Working;
@@ -27,7 +51,7 @@ CalculatorAnswer SolveForRProbability(const PowerSettings& block, double /*p*/) 
 CalculatorAnswer SolveForRho(const PowerSettings& block, double p) {
   const RParams& in = block.R.Working;
   const LockedResults locked;
-  ProgressObserver observer(text::Computing);
+  HostObserver observer(text::Computing);
   int failure = 0;
   const double rho =
       CorrelationRhoForP(in.SampleSize, in.RObserved, p, failure, in.Algorithm, observer);

@@ -2,10 +2,10 @@
 #include <cmath>
 
 #include "calculators/Equations.h"
+#include "dialogs/Speaker.h"
 #include "distributions/MultipleR2.h"
 #include "distributions/Normal.h"
 #include "distributions/UpperTails.h"
-#include "procedures/BreakObserver.h"
 
 namespace poweranalysis {
 
@@ -13,6 +13,9 @@ namespace {
 
 // As many variables as observations pass the dialog's own test, but leave no degrees of freedom.
 bool HasDegreesOfFreedom(const R2Params& in) { return in.SampleSize > in.TotalNumberOfVars; }
+
+// Without a bar, but to be stopped.
+HostObserver Stoppable() { return {nullptr, HostObserver::Bar::None}; }
 
 // Where the search for rho2 begins: the estimate that allows for its own bias, less its normal
 // deviate.
@@ -34,7 +37,7 @@ CalculatorAnswer SolveForR2(const PowerSettings& block, double p) {
   if (!HasDegreesOfFreedom(in)) {
     return {};
   }
-  BreakObserver observer;
+  HostObserver observer = Stoppable();
   int failure = 0;
   const double r2 = MultipleR2Quantile(in.PopulationR2, in.SampleSize, in.TotalNumberOfVars, p,
                                        failure, in.Algorithm, observer);
@@ -49,7 +52,7 @@ CalculatorAnswer SolveForR2Probability(const PowerSettings& block, double /*p*/)
   if (!HasDegreesOfFreedom(in)) {
     return {};
   }
-  BreakObserver observer;
+  HostObserver observer = Stoppable();
   int failure = 0;
   const double p = MultipleR2Cdf(in.PopulationR2, in.SampleSize, in.TotalNumberOfVars,
                                  in.R2Observed, in.Algorithm, failure, observer);
@@ -67,7 +70,7 @@ CalculatorAnswer SolveForRho2(const PowerSettings& block, double p) {
   if (!HasDegreesOfFreedom(in)) {
     return {};
   }
-  BreakObserver observer;
+  HostObserver observer = Stoppable();
   int failure = 0;
   const double central = MultipleR2Cdf(0, in.SampleSize, in.TotalNumberOfVars, in.R2Observed,
                                        in.Algorithm, failure, observer);

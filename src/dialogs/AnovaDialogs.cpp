@@ -49,26 +49,27 @@ ContrastStudy DescribePC(const PowerSettings& block) {
   return {block.PC.Committed, block.PC.Upper.SampleSize};
 }
 
-double PowerAt(WindowHandle parent, ContrastStudy& study, std::int64_t n) {
+double PowerAt(ProcedureObserver& observer, ContrastStudy& study, std::int64_t n) {
   const PCParams& p = study.record;
-  return ContrastPower(parent, p.NumberOfGroups, n, p.Alpha, p.StandardizedEffect,
-                       p.SumOfSquaredWeights, study.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    return ContrastPower(p.NumberOfGroups, n, p.Alpha, p.StandardizedEffect, p.SumOfSquaredWeights,
+                         refusal, study.criticals);
+  });
 }
 
-double PCPower(WindowHandle parent, ContrastStudy& study) {
-  return PowerAt(parent, study, study.record.SampleSize);
+double PCPower(ProcedureObserver& observer, ContrastStudy& study) {
+  return PowerAt(observer, study, study.record.SampleSize);
 }
 
 // A search that passed the limit on its way may still have come to a size: the size decides.
-SearchResult PCRequiredN(WindowHandle parent, ContrastStudy& study, bool showProgress) {
+SearchResult PCRequiredN(ProcedureObserver& observer, ContrastStudy& study) {
   const PCParams& p = study.record;
-  SearchResult found =
-      ContrastRequiredN({p.StandardizedEffect, p.SumOfSquaredWeights, p.NumberOfGroups, p.Alpha,
-                         p.PowerGoal, study.sizeLimit, showProgress, parent},
-                        study.criticals);
+  SearchResult found = ContrastRequiredN({p.StandardizedEffect, p.SumOfSquaredWeights,
+                                          p.NumberOfGroups, p.Alpha, p.PowerGoal, study.sizeLimit},
+                                         study.criticals, observer);
   if (found.requiredSize != SizeFailure) {
     found.status = SearchOk;
-    found.actualPower = PowerAt(parent, study, found.requiredSize);
+    found.actualPower = PowerAt(observer, study, found.requiredSize);
   }
   return found;
 }
@@ -95,21 +96,20 @@ double OneWayPowerOf(OneWayStudy& study, double& critical) {
   return OneWayPower(TestOf(study.record), study.record.N, err, critical, study.criticals);
 }
 
-double AV1Power(WindowHandle, OneWayStudy& study) {
+double AV1Power(ProcedureObserver&, OneWayStudy& study) {
   double critical = NumericFailure;
   return OneWayPowerOf(study, critical);
 }
 
-SearchResult AV1RequiredN(WindowHandle parent, OneWayStudy& study, bool showProgress) {
+SearchResult AV1RequiredN(ProcedureObserver& observer, OneWayStudy& study) {
   const AV1Params& p = study.record;
-  return OneWayRequiredN(
-      {TestOf(p), study.committedAlpha, p.PowerGoal, study.sizeLimit, showProgress, parent},
-      study.criticals);
+  return OneWayRequiredN({TestOf(p), study.committedAlpha, p.PowerGoal, study.sizeLimit},
+                         study.criticals, observer);
 }
 
 FDesign OneWayDesignOf(const AV1Params& p) { return OneWayDesign(p.NumberOfGroups, p.N, p.RMSSE); }
 
-CalculationOutcome CalculateAV1Power(WindowHandle, const PowerSettings& block) {
+CalculationOutcome CalculateAV1Power(ProcedureObserver&, const PowerSettings& block) {
   OneWayStudy study = DescribeAV1(block);
   const FDesign design = OneWayDesignOf(study.record);
   CalculationOutcome outcome;
@@ -122,8 +122,8 @@ CalculationOutcome CalculateAV1Power(WindowHandle, const PowerSettings& block) {
   return outcome;
 }
 
-CalculationOutcome CalculateAV1Size(WindowHandle parent, const PowerSettings& block) {
-  CalculationOutcome outcome = CalculateSize<DescribeAV1, AV1RequiredN>(parent, block);
+CalculationOutcome CalculateAV1Size(ProcedureObserver& observer, const PowerSettings& block) {
+  CalculationOutcome outcome = CalculateSize<DescribeAV1, AV1RequiredN>(observer, block);
   outcome.computed.noncentrality = OneWayDesignOf(block.AV1.Committed).delta;
   return outcome;
 }
@@ -144,43 +144,53 @@ TwoWayStudy DescribeAV2(const PowerSettings& block) {
   return {block.AV2.Committed, block.AV2.Upper.N};
 }
 
-double TwoWayPowerOf(WindowHandle parent,
+double TwoWayPowerOf(ProcedureObserver& observer,
                      TwoWayStudy& study,
                      std::size_t effect,
                      double& critical) {
   const AV2Params& p = study.record;
-  int err = 0;
-  return TwoWayPower(parent, p.Alpha, p.Rows, p.Columns, p.N, p.*kRmsse[effect], p.Algorithm,
-                     static_cast<std::int16_t>(effect), critical, err, study.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return TwoWayPower(p.Alpha, p.Rows, p.Columns, p.N, p.*kRmsse[effect], p.Algorithm,
+                       static_cast<std::int16_t>(effect), critical, err, refusal, study.criticals);
+  });
 }
 
-SearchResult TwoWayRequiredNOf(WindowHandle parent, TwoWayStudy& study, std::size_t effect) {
+SearchResult TwoWayRequiredNOf(ProcedureObserver& observer,
+                               TwoWayStudy& study,
+                               std::size_t effect) {
   const AV2Params& p = study.record;
   return TwoWayRequiredN({p.Rows, p.Columns, p.*kRmsse[effect], p.Alpha, p.PowerGoal, p.Algorithm,
-                          static_cast<std::int16_t>(effect), study.sizeLimit, parent},
-                         study.criticals);
+                          static_cast<std::int16_t>(effect), study.sizeLimit},
+                         study.criticals, observer);
 }
 
 template <std::size_t effect>
-double AV2Power(WindowHandle parent, TwoWayStudy& study) {
+double AV2Power(ProcedureObserver& observer, TwoWayStudy& study) {
   double critical = NumericFailure;
-  return TwoWayPowerOf(parent, study, effect, critical);
+  return TwoWayPowerOf(observer, study, effect, critical);
 }
 
 template <std::size_t effect>
-std::int64_t AV2Size(WindowHandle parent, TwoWayStudy& study) {
-  const SearchResult found = TwoWayRequiredNOf(parent, study, effect);
+std::int64_t AV2Size(ProcedureObserver& observer, TwoWayStudy& study) {
+  const SearchResult found = TwoWayRequiredNOf(observer, study, effect);
+  observer.Tell(found.refusal);
   return found.status == SearchOk ? found.requiredSize : SizeFailure;
 }
 
 // An effect that is refused says so and leaves its rows blank; the others go on.
-bool EffectRefused(WindowHandle parent, const TwoWayStudy& study, std::size_t effect, bool search) {
-  return NullHypothesisCheck(parent, study.record.*kRmsse[effect], H0AtMost,
-                             PolicyOf(SearchMember::TwoWayAnova).nullTolerance,
-                             search ? 1 : 0) != 0;
+bool EffectRefused(ProcedureObserver& observer,
+                   const TwoWayStudy& study,
+                   std::size_t effect,
+                   bool search) {
+  Refusal refusal;
+  NullHypothesisCheck(study.record.*kRmsse[effect], H0AtMost,
+                      PolicyOf(SearchMember::TwoWayAnova).nullTolerance, search ? 1 : 0, refusal);
+  observer.Tell(refusal);
+  return static_cast<bool>(refusal);
 }
 
-CalculationOutcome CalculateAV2Power(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateAV2Power(ProcedureObserver& observer, const PowerSettings& block) {
   TwoWayStudy study = DescribeAV2(block);
   const AV2Params& p = study.record;
   CalculationOutcome outcome;
@@ -192,14 +202,14 @@ CalculationOutcome CalculateAV2Power(WindowHandle parent, const PowerSettings& b
         static_cast<double>(ShownTwoWayEffectDf(p.Rows, p.Columns, selector));
     computed.errorDf = static_cast<double>(TwoWayDesign(p.Rows, p.Columns, p.N, 0, selector).df2);
     computed.power[effect] = NumericFailure;
-    if (!EffectRefused(parent, study, effect, false)) {
-      computed.power[effect] = TwoWayPowerOf(parent, study, effect, computed.critical[effect]);
+    if (!EffectRefused(observer, study, effect, false)) {
+      computed.power[effect] = TwoWayPowerOf(observer, study, effect, computed.critical[effect]);
     }
   }
   return outcome;
 }
 
-CalculationOutcome CalculateAV2Size(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateAV2Size(ProcedureObserver& observer, const PowerSettings& block) {
   TwoWayStudy study = DescribeAV2(block);
   CalculationOutcome outcome;
   outcome.good = true;
@@ -207,12 +217,13 @@ CalculationOutcome CalculateAV2Size(WindowHandle parent, const PowerSettings& bl
   for (std::size_t effect = 0; effect < kEffects; ++effect) {
     computed.power[effect] = NumericFailure;
     computed.size[effect] = SizeFailure;
-    if (EffectRefused(parent, study, effect, true)) {
+    if (EffectRefused(observer, study, effect, true)) {
       continue;
     }
     // A search that passed the limit still tells its last power, which is none to show: the rows of
     // a failed effect stay blank.
-    const SearchResult found = TwoWayRequiredNOf(parent, study, effect);
+    const SearchResult found = TwoWayRequiredNOf(observer, study, effect);
+    observer.Tell(found.refusal);
     if (found.status == SearchOk) {
       computed.power[effect] = found.actualPower;
       computed.size[effect] = found.requiredSize;

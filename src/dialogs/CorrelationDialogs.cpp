@@ -50,18 +50,20 @@ struct OneCorrelation {
 
 OneCorrelation DescribeR(const PowerSettings& block) { return {block.R.Committed}; }
 
-double RPower(WindowHandle parent, OneCorrelation& design) {
+double RPower(ProcedureObserver& observer, OneCorrelation& design) {
   const RParams& p = design.record;
-  int status = 0;
-  return CorrelationPower(parent, {p.SampleSize, p.Alpha, p.Rho0, p.Algorithm, p.H0Type}, p.Rho,
-                          status, design.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int status = 0;
+    return CorrelationPower({p.SampleSize, p.Alpha, p.Rho0, p.Algorithm, p.H0Type}, p.Rho, status,
+                            refusal, design.criticals);
+  });
 }
 
 // A search that went on with the refined approximation has an answer, and has said so.
-SearchResult RRequiredN(WindowHandle parent, OneCorrelation& design, bool) {
+SearchResult RRequiredN(ProcedureObserver& observer, OneCorrelation& design) {
   const RParams& p = design.record;
   SearchResult found =
-      CorrelationRequiredN({p.Rho, p.Rho0, p.Alpha, p.PowerGoal, p.Algorithm, p.H0Type, parent});
+      CorrelationRequiredN({p.Rho, p.Rho0, p.Alpha, p.PowerGoal, p.Algorithm, p.H0Type}, observer);
   if (found.status == CorrelationSwitched) {
     found.status = SearchOk;
   }
@@ -76,17 +78,28 @@ struct TwoCorrelations {
 
 TwoCorrelations DescribeZ2R(const PowerSettings& block) { return {block.Z2R.Committed}; }
 
-double Z2RPower(WindowHandle parent, TwoCorrelations& design) {
+double Z2RPower(ProcedureObserver& observer, TwoCorrelations& design) {
   const Z2RParams& p = design.record;
-  return TwoCorrelationsPower(parent, p.Rho1, p.Rho2, p.SampleSizeN1, p.SampleSizeN2, p.Alpha,
-                              p.H0Type, p.Algorithm);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    return TwoCorrelationsPower(p.Rho1, p.Rho2, p.SampleSizeN1, p.SampleSizeN2, p.Alpha, p.H0Type,
+                                p.Algorithm, refusal);
+  });
 }
 
-SearchResult Z2RRequiredN(WindowHandle parent, TwoCorrelations& design, bool showMessages) {
+SearchResult Z2RRequiredN(ProcedureObserver& observer, TwoCorrelations& design) {
   const Z2RParams& p = design.record;
   return TwoCorrelationsRequiredN({p.Rho1, p.Rho2, p.Alpha, p.PowerGoal, p.SampleSizeN1,
-                                   p.SampleSizeN2, p.H0Type, p.Algorithm, p.NToVary, showMessages,
-                                   parent});
+                                   p.SampleSizeN2, p.H0Type, p.Algorithm, p.NToVary},
+                                  observer);
+}
+
+// A plot leaves out a point that the fixed group is too small for, without a word.
+SearchResult Z2RPlottedN(ProcedureObserver& observer, TwoCorrelations& design) {
+  SearchResult found = Z2RRequiredN(observer, design);
+  if (found.refusal.text == Said::IncreaseN1 || found.refusal.text == Said::IncreaseN2) {
+    found.refusal = {};
+  }
+  return found;
 }
 
 void VaryBothN(TwoCorrelations& design, double x) {
@@ -95,9 +108,9 @@ void VaryBothN(TwoCorrelations& design, double x) {
 }
 
 // The table shows both groups, the fixed one as it is.
-CalculationOutcome CalculateZ2RSize(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateZ2RSize(ProcedureObserver& observer, const PowerSettings& block) {
   const Z2RParams& p = block.Z2R.Committed;
-  CalculationOutcome outcome = CalculateSize<DescribeZ2R, Z2RRequiredN>(parent, block);
+  CalculationOutcome outcome = CalculateSize<DescribeZ2R, Z2RRequiredN>(observer, block);
   auto& sizes = outcome.computed.size;
   const std::int64_t found = sizes[0];
   sizes[0] = p.NToVary == NToVaryN2 ? p.SampleSizeN1 : found;
@@ -114,19 +127,21 @@ struct SquaredCorrelation {
 
 SquaredCorrelation DescribeR2(const PowerSettings& block) { return {block.R2.Committed}; }
 
-double R2Power(WindowHandle parent, SquaredCorrelation& design) {
+double R2Power(ProcedureObserver& observer, SquaredCorrelation& design) {
   const R2Params& p = design.record;
-  int err = 0;
-  return SquaredCorrelationPower(
-      parent, {p.SampleSize, p.TotalNumberOfVars, p.Alpha, p.R2Null, p.Algorithm, p.H0Type},
-      p.PopulationR2, err, design.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return SquaredCorrelationPower(
+        {p.SampleSize, p.TotalNumberOfVars, p.Alpha, p.R2Null, p.Algorithm, p.H0Type},
+        p.PopulationR2, err, refusal, design.criticals, observer);
+  });
 }
 
-SearchResult R2RequiredN(WindowHandle parent, SquaredCorrelation& design, bool showProgress) {
+SearchResult R2RequiredN(ProcedureObserver& observer, SquaredCorrelation& design) {
   const R2Params& p = design.record;
-  return SquaredCorrelationRequiredN({p.PopulationR2, p.R2Null, p.Alpha, p.PowerGoal,
-                                      p.TotalNumberOfVars, p.Algorithm, p.H0Type, showProgress,
-                                      parent});
+  return SquaredCorrelationRequiredN(
+      {p.PopulationR2, p.R2Null, p.Alpha, p.PowerGoal, p.TotalNumberOfVars, p.Algorithm, p.H0Type},
+      observer);
 }
 
 // --- Plots.
@@ -156,7 +171,7 @@ constexpr PlotRow Z2RPowerPlot(const PlotWords& words) {
 }
 template <auto vary>
 constexpr PlotRow Z2RSizePlot(const PlotWords& words) {
-  return Plot<DescribeZ2R, SizeOf<Z2RRequiredN, TwoCorrelations>, vary>(words);
+  return Plot<DescribeZ2R, SizeOf<Z2RPlottedN, TwoCorrelations>, vary>(words);
 }
 template <auto vary>
 constexpr PlotRow R2PowerPlot(const PlotWords& words) {

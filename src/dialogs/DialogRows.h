@@ -7,7 +7,8 @@
 
 // What the rows of results dialogs are made of, in all families. A family has a design: its record
 // and what its computations remember. `describe` takes one from the block, `power` gives its power
-// and `search` its required size.
+// and `search` its required size. Both are watched by an observer, which they tell of a refused
+// power; a search hands its refusal back.
 namespace poweranalysis {
 
 // --- Axes.
@@ -36,20 +37,20 @@ inline constexpr PlotTexts RequiredNLabel = Only(text::RequiredSampleSizeN);
 
 // The power of the Committed record.
 template <auto describe, auto power>
-CalculationOutcome CalculatePower(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculatePower(ProcedureObserver& observer, const PowerSettings& block) {
   auto design = describe(block);
   CalculationOutcome outcome;
   outcome.good = true;
-  outcome.computed.power[0] = power(parent, design);
+  outcome.computed.power[0] = power(observer, design);
   return outcome;
 }
 
-// The required size of the Committed record and the power at it. `search` is asked to show its
-// progress.
+// The required size of the Committed record and the power at it.
 template <auto describe, auto search>
-CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateSize(ProcedureObserver& observer, const PowerSettings& block) {
   auto design = describe(block);
-  const SearchResult found = search(parent, design, true);
+  const SearchResult found = search(observer, design);
+  observer.Tell(found.refusal);
   CalculationOutcome outcome;
   outcome.good = found.status == SearchOk;
   outcome.computed.power[0] = found.actualPower;
@@ -57,10 +58,11 @@ CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block
   return outcome;
 }
 
-// The required size at a point of a plot, without a progress bar of its own.
+// The required size at a point of a plot.
 template <auto search, class Design>
-std::int64_t SizeOf(WindowHandle parent, Design& design) {
-  const SearchResult found = search(parent, design, false);
+std::int64_t SizeOf(ProcedureObserver& observer, Design& design) {
+  const SearchResult found = search(observer, design);
+  observer.Tell(found.refusal);
   return found.status == SearchOk ? found.requiredSize : SizeFailure;
 }
 
@@ -82,10 +84,10 @@ void Vary(Design& design, double x) {
 // `compute` gives the power or the size of it. The design lives as long as the plot, so that what
 // it remembers (critical values, say) serves all points.
 template <auto describe, auto compute, auto vary>
-PlotFunction PointOf(WindowHandle parent, const PowerSettings& block) {
-  return [parent, design = describe(block)](double x) mutable {
+PlotFunction PointOf(ProcedureObserver& observer, const PowerSettings& block) {
+  return [&observer, design = describe(block)](double x) mutable {
     Vary<vary>(design, x);
-    return static_cast<double>(compute(parent, design));
+    return static_cast<double>(compute(observer, design));
   };
 }
 

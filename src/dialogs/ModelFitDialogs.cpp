@@ -28,20 +28,23 @@ struct ModelFit {
 
 ModelFit DescribeSEM(const PowerSettings& block) { return {block.SEM.Committed}; }
 
-double PowerAt(WindowHandle parent, ModelFit& design, std::int64_t n) {
+double PowerAt(ProcedureObserver& observer, ModelFit& design, std::int64_t n) {
   const SEMParams& p = design.record;
-  int err = 0;
-  return ModelFitPower(parent, {n, p.DegreesOfFreedom, p.Alpha, p.R0, p.H0Type}, p.R, err,
-                       design.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return ModelFitPower({n, p.DegreesOfFreedom, p.Alpha, p.R0, p.H0Type}, p.R, err, refusal,
+                         design.criticals);
+  });
 }
 
-double SEMPower(WindowHandle parent, ModelFit& design) {
-  return PowerAt(parent, design, design.record.SampleSize);
+double SEMPower(ProcedureObserver& observer, ModelFit& design) {
+  return PowerAt(observer, design, design.record.SampleSize);
 }
 
-SearchResult SEMRequiredN(WindowHandle parent, ModelFit& design, bool) {
+SearchResult SEMRequiredN(ProcedureObserver& observer, ModelFit& design) {
   const SEMParams& p = design.record;
-  return ModelFitRequiredN({p.R, p.R0, p.Alpha, p.PowerGoal, p.DegreesOfFreedom, p.H0Type, parent});
+  return ModelFitRequiredN({p.R, p.R0, p.Alpha, p.PowerGoal, p.DegreesOfFreedom, p.H0Type},
+                           observer);
 }
 
 constexpr PlotAxis kRmseaAxis = {"RStart", "REnd", "NInterval", false};

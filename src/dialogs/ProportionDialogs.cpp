@@ -2,6 +2,7 @@
 
 #include "dialogs/DialogRows.h"
 #include "dialogs/FamilyDialogs.h"
+#include "dialogs/Speaker.h"
 #include "procedures/OneProportion.h"
 #include "procedures/TwoProportions.h"
 
@@ -40,7 +41,10 @@ constexpr const char* kQMACSizeRanges[] = {"DeltaStart", "DeltaEnd",   "EtaStart
 
 bool EtaSuffices(WindowHandle parent, PowerSettings& block) {
   const QMACParams& p = block.QMAC.Working;
-  return McNemarParameterCheck(parent, p.Delta, p.Eta) == 0;
+  Refusal refusal;
+  McNemarParameterCheck(p.Delta, p.Eta, refusal);
+  Speak(parent, refusal);
+  return !refusal;
 }
 
 constexpr ParameterDialogTable kParameterDialogs[] = {
@@ -63,48 +67,55 @@ OneProportion DescribeP1(const PowerSettings& block) { return {block.P1.Committe
 OneProportionTest TestOf(const P1Params& p) { return {p.Pi, p.Pi0, p.Alpha, p.H0Type}; }
 
 // A point of a plot checks the null hypothesis itself and follows the algorithm of the record.
-double P1Power(WindowHandle parent, OneProportion& design) {
+double P1Power(ProcedureObserver& observer, OneProportion& design) {
   constexpr std::int16_t kCheckNull = 1;
   const P1Params& p = design.record;
-  int err = 0;
-  return OneProportionPower(parent, p.SampleSize, TestOf(p), err, p.Algorithm, kCheckNull);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return OneProportionPower(p.SampleSize, TestOf(p), err, p.Algorithm, kCheckNull, refusal);
+  });
 }
 
-std::int64_t P1Size(WindowHandle parent, OneProportion& design) {
+std::int64_t P1Size(ProcedureObserver& observer, OneProportion& design) {
   const P1Params& p = design.record;
   int err = 0;
-  return OneProportionRequiredN(parent, p.PowerGoal, TestOf(p), err, p.Algorithm);
+  Refusal refusal;
+  const std::int64_t n =
+      OneProportionRequiredN(p.PowerGoal, TestOf(p), err, p.Algorithm, refusal, observer);
+  observer.Tell(refusal);
+  return n;
 }
 
 // Both tests at one size: the exact one with the type I error rate that it really has, and the
 // normal one.
-void AddPowers(WindowHandle parent, const P1Params& p, std::int64_t n, Computed& computed) {
+void AddPowers(const P1Params& p, std::int64_t n, Computed& computed) {
   constexpr std::int16_t kChecked = 0;  // the dialog has done so
   int err = 0;
+  Refusal none;
   const OneProportionTest test = TestOf(p);
   OneProportionTest underNull = test;
   underNull.pi = test.pi0;
-  computed.power[0] = OneProportionPower(parent, n, test, err, ProportionExact, kChecked);
-  computed.actualAlpha = OneProportionPower(parent, n, underNull, err, ProportionExact, kChecked);
-  computed.normalPower = OneProportionPower(parent, n, test, err, ProportionNormal, kChecked);
+  computed.power[0] = OneProportionPower(n, test, err, ProportionExact, kChecked, none);
+  computed.actualAlpha = OneProportionPower(n, underNull, err, ProportionExact, kChecked, none);
+  computed.normalPower = OneProportionPower(n, test, err, ProportionNormal, kChecked, none);
 }
 
-CalculationOutcome CalculateP1Power(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateP1Power(ProcedureObserver&, const PowerSettings& block) {
   const P1Params& p = block.P1.Committed;
   CalculationOutcome outcome;
   outcome.good = true;
-  AddPowers(parent, p, p.SampleSize, outcome.computed);
+  AddPowers(p, p.SampleSize, outcome.computed);
   return outcome;
 }
 
-CalculationOutcome CalculateP1Size(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateP1Size(ProcedureObserver& observer, const PowerSettings& block) {
   OneProportion design = DescribeP1(block);
   CalculationOutcome outcome;
-  const std::int64_t n = P1Size(parent, design);
+  const std::int64_t n = P1Size(observer, design);
   outcome.good = n != SizeFailure;
   outcome.computed.size[0] = n;
   if (outcome.good) {
-    AddPowers(parent, design.record, n, outcome.computed);
+    AddPowers(design.record, n, outcome.computed);
   }
   return outcome;
 }
@@ -121,32 +132,39 @@ TwoProportionTest TestOf(const P2Params& p) {
   return {p.Pi1, p.Pi2, p.Alpha, p.H0Type, p.Continuity};
 }
 
-double P2Power(WindowHandle parent, TwoProportions& design) {
+double P2Power(ProcedureObserver& observer, TwoProportions& design) {
   const P2Params& p = design.record;
-  int err = 0;
-  return TwoProportionPower(TestOf(p), p.SampleSizeN1, p.SampleSizeN2, err, parent);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return TwoProportionPower(TestOf(p), p.SampleSizeN1, p.SampleSizeN2, err, refusal);
+  });
 }
 
-// The groups that a search finds, and the power at them; `err` as TwoProportionRequiredN.
+// The groups that a search finds, and the power at them; the refusal of one that finds none.
 struct FoundGroups {
   GroupSizes groups;
   double power = NumericFailure;
   bool found = false;
-  int err = 0;
+  Refusal refusal;
 };
 
-FoundGroups P2Groups(WindowHandle parent, const P2Params& p) {
+FoundGroups P2Groups(const P2Params& p) {
   FoundGroups result;
+  int err = 0;
   result.groups = {p.SampleSizeN1, p.SampleSizeN2};
-  result.found = TwoProportionRequiredN({TestOf(p), p.PowerGoal, p.NToVary, p.Ratio, parent},
-                                        result.groups, result.power, result.err) != SizeFailure;
+  result.found = TwoProportionRequiredN({TestOf(p), p.PowerGoal, p.NToVary, p.Ratio}, result.groups,
+                                        result.power, err, result.refusal) != SizeFailure;
   return result;
 }
 
 // The size that the label of the axis names: of the group that is sought, and of group 2 where
 // group 1 follows from it.
-std::int64_t P2Size(WindowHandle parent, TwoProportions& design) {
-  const FoundGroups result = P2Groups(parent, design.record);
+std::int64_t P2Size(ProcedureObserver& observer, TwoProportions& design) {
+  const FoundGroups result = P2Groups(design.record);
+  // A plot leaves out a point that no group is found for, without a word.
+  if (result.refusal.text != Said::SelectedGroupNotFound) {
+    observer.Tell(result.refusal);
+  }
   const bool second = design.record.NToVary == NToVaryN2 || design.record.NToVary == NToVaryRatio;
   return !result.found ? SizeFailure : second ? result.groups.n2 : result.groups.n1;
 }
@@ -156,16 +174,14 @@ void VaryBothN(TwoProportions& design, double x) {
   design.record.SampleSizeN2 = design.record.SampleSizeN1;
 }
 
-CalculationOutcome CalculateP2Size(WindowHandle parent, const PowerSettings& block) {
-  const FoundGroups result = P2Groups(parent, block.P2.Committed);
+CalculationOutcome CalculateP2Size(ProcedureObserver& observer, const PowerSettings& block) {
+  const FoundGroups result = P2Groups(block.P2.Committed);
+  observer.Tell(result.refusal);
   CalculationOutcome outcome;
   outcome.good = result.found;
   outcome.computed.power[0] = result.power;
   outcome.computed.size[0] = result.groups.n1;
   outcome.computed.size[1] = result.groups.n2;
-  if (!result.found && result.err == 0) {
-    ShowMessage(MessageStopIcon, parent, text::SelectedGroupNotFound);
-  }
   return outcome;
 }
 
@@ -179,20 +195,24 @@ PairedProportions DescribeQMAC(const PowerSettings& block) { return {block.QMAC.
 
 McNemarTest TestOf(const QMACParams& p) { return {p.Delta, p.Eta, p.Alpha, p.H0Type}; }
 
-double QMACPower(WindowHandle parent, PairedProportions& design) {
+double QMACPower(ProcedureObserver& observer, PairedProportions& design) {
   const QMACParams& p = design.record;
-  int err = 0;
-  return McNemarPower(parent, TestOf(p), p.SampleSize, err);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return McNemarPower(TestOf(p), p.SampleSize, err, refusal);
+  });
 }
 
-SearchResult QMACRequiredN(WindowHandle parent, PairedProportions& design, bool) {
+SearchResult QMACRequiredN(ProcedureObserver&, PairedProportions& design) {
   const QMACParams& p = design.record;
   int err = 0;
-  const double n = McNemarRequiredN(parent, TestOf(p), p.PowerGoal, err);
   SearchResult found;
+  const double n = McNemarRequiredN(TestOf(p), p.PowerGoal, err, found.refusal);
   found.status = SearchNullTrue;
   if (n != NumericFailure) {
-    found = {static_cast<std::int64_t>(n), McNemarPower(parent, TestOf(p), n, err), SearchOk};
+    found.requiredSize = static_cast<std::int64_t>(n);
+    found.actualPower = McNemarPower(TestOf(p), n, err, found.refusal);
+    found.status = SearchOk;
   }
   return found;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "dialogs/Speaker.h"
 #include "host/NumberText.h"
 #include "output/Reports.h"
 #include "procedures/RequiredSizeSearch.h"
@@ -238,8 +239,11 @@ bool CResultsDialog::NullHypothesisRefuses(const NullCheckRow& check) const {
   const std::int16_t form = check.form == NullCheckRow::FormOfRecord
                                 ? static_cast<std::int16_t>(FieldValue(working, "H0Type"))
                                 : check.form;
-  return NullHypothesisCheck(window(), check.effect(working), form, check.tolerance,
-                             check.useTolerance ? 1 : 0) != 0;
+  Refusal refusal;
+  NullHypothesisCheck(check.effect(working), form, check.tolerance, check.useTolerance ? 1 : 0,
+                      refusal);
+  Speak(window(), refusal);
+  return static_cast<bool>(refusal);
 }
 
 // Whether there is one of the numbers that the table is sent for.
@@ -251,11 +255,12 @@ bool CResultsDialog::HoldsResult(const CalculationOutcome& outcome) const {
          });
 }
 
-// A procedure that fails says why itself, or in some cases fails without a word: then the user is
+// A procedure that fails says why, or in some cases fails without a word: then the user is
 // told at least what there is no value of. Who cancels knows.
 CalculationOutcome CResultsDialog::Compute() {
   const std::int32_t messagesBefore = Module().messagesShown;
-  const CalculationOutcome outcome = rows_.calculate(window(), *Block());
+  HostObserver observer(window(), HostObserver::Bar::OfSearches);
+  const CalculationOutcome outcome = rows_.calculate(observer, *Block());
   if (!HoldsResult(outcome) && Module().messagesShown == messagesBefore && !IsCancelled()) {
     const std::string result = LoadText(Rows().back().title);
     ShowMessage(MessageStopIcon, window(), text::NotComputable, {FormatArg(result)});
@@ -337,7 +342,8 @@ PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
                     FillPlotTexts(plot.title, committed, derived)};
   request.xLabel = FillPlotTexts(plot.xLabel, committed, derived);
   request.yLabel = FillPlotTexts(plot.yLabel, committed, derived);
-  return DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(window(), block),
+  HostObserver observer(window(), HostObserver::Bar::None);
+  return DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(observer, block),
                   plot.failedPoint, std::move(request));
 }
 

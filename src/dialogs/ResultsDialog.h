@@ -3,6 +3,7 @@
 #include "dialogs/FieldDialog.h"
 #include "output/Charts.h"
 #include "output/SummaryTables.h"
+#include "procedures/ProcedureObserver.h"
 
 namespace poweranalysis {
 
@@ -49,8 +50,9 @@ struct PlotRow {
   PlotTexts yLabel;
   bool fixesEffect;  // then a true null hypothesis ends the plot before it starts
   FailedPointRule failedPoint;
-  // The value at a point, computed from Committed with one input varied.
-  PlotFunction (*point)(WindowHandle parent, const PowerSettings& block);
+  // The value at a point, computed from Committed with one input varied. The observer outlives the
+  // plot, which has the only bar.
+  PlotFunction (*point)(ProcedureObserver& observer, const PowerSettings& block);
   NullCheckRow nullCheck{};  // of its own; without one that of the dialog
 };
 
@@ -68,7 +70,7 @@ struct ResultsDialogTable {
   TextId calculateCaption;
   std::span<const char* const> fields;  // of the page: the ranges of the charts
   NullCheckRow nullCheck;
-  CalculationOutcome (*calculate)(WindowHandle parent, const PowerSettings& block);
+  CalculationOutcome (*calculate)(ProcedureObserver& observer, const PowerSettings& block);
   std::span<const PlotRow> plots;
   PlotTexts familyTitle{};  // second title line; without one the task's name and the hypothesis
   // A check beyond the ranges, made before every command; it shows its own message and gives false.

@@ -1,5 +1,6 @@
 #include "dialogs/DialogRows.h"
 #include "dialogs/FamilyDialogs.h"
+#include "dialogs/Speaker.h"
 #include "procedures/Survival.h"
 
 namespace poweranalysis {
@@ -35,8 +36,7 @@ bool PeriodsAndRatesPass(WindowHandle parent, PowerSettings& block) {
   const bool followed = p.T >= p.T0;
   const bool positive = p.Lambda1 > 0 && p.Lambda2 > 0;
   if (!followed || !positive) {
-    ShowMessage(MessageStopIcon, parent,
-                followed ? text::LambdaNotPositive : text::FollowUpBeforeAccrual);
+    Speak(parent, {followed ? Said::LambdaNotPositive : Said::FollowUpBeforeAccrual});
   }
   return followed && positive;
 }
@@ -63,24 +63,28 @@ LogRank DescribeSA1(const PowerSettings& block) { return {block.SA1.Committed}; 
 
 LogRankTest TestOf(const SA1Params& p) { return {p.Pi1, p.Pi2, p.Alpha, p.H0Type}; }
 
-double SA1Power(WindowHandle, LogRank& design) {
+double SA1Power(ProcedureObserver&, LogRank& design) {
   int err = 0;
   std::int64_t events = 0;
   return LogRankPower(design.record.SampleSize, TestOf(design.record), err, events);
 }
 
-std::int64_t SA1Size(WindowHandle parent, LogRank& design) {
+std::int64_t SA1Size(ProcedureObserver& observer, LogRank& design) {
   int err = 0;
   std::int64_t events = 0;
-  return LogRankRequiredN(parent, TestOf(design.record), design.record.PowerGoal, events, err);
+  Refusal refusal;
+  const std::int64_t n =
+      LogRankRequiredN(TestOf(design.record), design.record.PowerGoal, events, err, refusal);
+  observer.Tell(refusal);
+  return n;
 }
 
 // The events shown go with the power at the required size.
-CalculationOutcome CalculateSA1Size(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateSA1Size(ProcedureObserver& observer, const PowerSettings& block) {
   LogRank design = DescribeSA1(block);
   CalculationOutcome outcome;
   Computed& computed = outcome.computed;
-  computed.size[0] = SA1Size(parent, design);
+  computed.size[0] = SA1Size(observer, design);
   outcome.good = computed.size[0] != SizeFailure;
   if (outcome.good) {
     int err = 0;
@@ -120,18 +124,21 @@ ExponentialSurvivalTest TestOf(const SA3Params& p) {
   return {p.Lambda1, p.Lambda2, p.D, p.T, p.T0, p.Alpha, p.H0Type};
 }
 
-double ExponentialPower(WindowHandle parent, ExponentialSurvival& design) {
-  return ExponentialSurvivalPower(design.record.SampleSize, TestOf(design.record), parent);
+double ExponentialPower(ProcedureObserver& observer, ExponentialSurvival& design) {
+  return TrialPower(observer, [&](Refusal& refusal) {
+    return ExponentialSurvivalPower(design.record.SampleSize, TestOf(design.record), refusal);
+  });
 }
 
-SearchResult ExponentialRequiredN(WindowHandle parent, ExponentialSurvival& design, bool) {
+SearchResult ExponentialRequiredN(ProcedureObserver&, ExponentialSurvival& design) {
   const ExponentialSurvivalTest test = TestOf(design.record);
   int err = 0;
   SearchResult found;
-  found.requiredSize = ExponentialSurvivalRequiredN(parent, test, design.record.PowerGoal, err);
+  found.requiredSize =
+      ExponentialSurvivalRequiredN(test, design.record.PowerGoal, err, found.refusal);
   found.status = found.requiredSize == SizeFailure ? SearchNullTrue : SearchOk;
   if (found.status == SearchOk) {
-    found.actualPower = ExponentialSurvivalPower(found.requiredSize, test, parent);
+    found.actualPower = ExponentialSurvivalPower(found.requiredSize, test, found.refusal);
   }
   return found;
 }

@@ -91,28 +91,31 @@ TDesign DesignOf(const TTest& test) {
                       : TwoGroupsDesign(test.es, test.n1, test.n2);
 }
 
-double PowerOf(WindowHandle parent, TTest& test) {
-  return TTestPower(parent, DesignOf(test), test.alpha, test.form, test.criticals);
+double PowerOf(ProcedureObserver& observer, TTest& test) {
+  return TrialPower(observer, [&](Refusal& refusal) {
+    return TTestPower(DesignOf(test), test.alpha, test.form, refusal, test.criticals);
+  });
 }
 
-SearchResult RequiredNOf(WindowHandle parent, TTest& test, bool showProgress) {
-  const TSizeRequest request = {test.es,        test.alpha,   test.powerGoal, test.form,
-                                test.sizeLimit, showProgress, parent};
+SearchResult RequiredNOf(ProcedureObserver& observer, TTest& test) {
+  const TSizeRequest request = {test.es, test.alpha, test.powerGoal, test.form, test.sizeLimit};
   if (test.n2 == 0) {
-    return OneGroupRequiredN(request, test.criticals);
+    return OneGroupRequiredN(request, test.criticals, observer);
   }
   const std::int64_t fixedN = test.nToVary == NToVaryN1 ? test.n2 : test.n1;
-  return TwoGroupsRequiredN(request, test.nToVary, fixedN, test.criticals);
+  return TwoGroupsRequiredN(request, test.nToVary, fixedN, test.criticals, observer);
 }
 
-std::int64_t SizeOf(WindowHandle parent, TTest& test) {
-  return RequiredNOf(parent, test, false).requiredSize;
+std::int64_t SizeOf(ProcedureObserver& observer, TTest& test) {
+  const SearchResult found = RequiredNOf(observer, test);
+  observer.Tell(found.refusal);
+  return found.requiredSize;
 }
 
 // --- Calculations.
 
 template <Describe describe>
-CalculationOutcome CalculatePower(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculatePower(ProcedureObserver& observer, const PowerSettings& block) {
   TTest test = describe(block);
   CalculationOutcome outcome;
   outcome.good = true;
@@ -121,14 +124,15 @@ CalculationOutcome CalculatePower(WindowHandle parent, const PowerSettings& bloc
   outcome.computed.critical[0] = describe == DescribeT1
                                      ? ShownCriticalTOfOneMean(critical, test.form)
                                      : ShownCriticalT(critical);
-  outcome.computed.power[0] = PowerOf(parent, test);
+  outcome.computed.power[0] = PowerOf(observer, test);
   return outcome;
 }
 
 template <Describe describe>
-CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateSize(ProcedureObserver& observer, const PowerSettings& block) {
   TTest test = describe(block);
-  const SearchResult found = RequiredNOf(parent, test, true);
+  const SearchResult found = RequiredNOf(observer, test);
+  observer.Tell(found.refusal);
   CalculationOutcome outcome;
   outcome.good = found.status == SearchOk;
   outcome.computed.effect = test.es;
@@ -144,10 +148,10 @@ CalculationOutcome CalculateSize(WindowHandle parent, const PowerSettings& block
 }
 
 // Paired means also show the standard deviation of the differences.
-template <CalculationOutcome (*calculate)(WindowHandle, const PowerSettings&)>
-CalculationOutcome WithSpread(WindowHandle parent, const PowerSettings& block) {
+template <CalculationOutcome (*calculate)(ProcedureObserver&, const PowerSettings&)>
+CalculationOutcome WithSpread(ProcedureObserver& observer, const PowerSettings& block) {
   const T3Params& p = block.T3.Committed;
-  CalculationOutcome outcome = calculate(parent, block);
+  CalculationOutcome outcome = calculate(observer, block);
   outcome.computed.spread = PairedSigmaDiff(p.Sigma1, p.Sigma2, p.BetweenGroupR);
   return outcome;
 }

@@ -56,18 +56,21 @@ V1Design DescribeV1(const PowerSettings& block) {
   return {block.V1.Committed, block.V1.Upper.DegreesOfFreedom};
 }
 
-double V1Power(WindowHandle parent, V1Design& design) {
+double V1Power(ProcedureObserver& observer, V1Design& design) {
   const V1Params& p = design.record;
-  int err = 0;
-  return ChiSquareVariancePower(parent, p.Alpha, p.DegreesOfFreedom, p.PopulationVariance,
-                                p.NullHypothesizedVariance, p.H0Type, err, design.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return ChiSquareVariancePower(p.Alpha, p.DegreesOfFreedom, p.PopulationVariance,
+                                  p.NullHypothesizedVariance, p.H0Type, err, refusal,
+                                  design.criticals);
+  });
 }
 
-SearchResult V1RequiredDf(WindowHandle parent, V1Design& design, bool showProgress) {
+SearchResult V1RequiredDf(ProcedureObserver& observer, V1Design& design) {
   const V1Params& p = design.record;
   return OneVarianceRequiredDf({p.PopulationVariance, p.NullHypothesizedVariance, p.Alpha,
-                                p.PowerGoal, p.H0Type, design.sizeLimit, showProgress, parent},
-                               design.criticals);
+                                p.PowerGoal, p.H0Type, design.sizeLimit},
+                               design.criticals, observer);
 }
 
 // The tests of two variances know them by their ratio alone.
@@ -87,18 +90,20 @@ V2Design DescribeV2Size(const PowerSettings& block) {
   return {block.V2.Committed, block.V2.Upper.Df1};
 }
 
-double V2Power(WindowHandle parent, V2Design& design) {
+double V2Power(ProcedureObserver& observer, V2Design& design) {
   const V2Params& p = design.record;
-  int err = 0;
-  return TwoVariancePower(parent, p.Ratio, p.Alpha, p.Df1, p.Df2, p.H0Type, err, p.Algorithm,
-                          design.criticals);
+  return TrialPower(observer, [&](Refusal& refusal) {
+    int err = 0;
+    return TwoVariancePower(p.Ratio, p.Alpha, p.Df1, p.Df2, p.H0Type, err, p.Algorithm, refusal,
+                            design.criticals);
+  });
 }
 
-SearchResult V2RequiredDf(WindowHandle parent, V2Design& design, bool showProgress) {
+SearchResult V2RequiredDf(ProcedureObserver& observer, V2Design& design) {
   const V2Params& p = design.record;
-  return TwoVariancesRequiredDf({p.Ratio, p.Alpha, p.PowerGoal, p.H0Type, p.DfToVary, p.Df2,
-                                 p.Algorithm, design.sizeLimit, showProgress, parent},
-                                design.criticals);
+  return TwoVariancesRequiredDf(
+      {p.Ratio, p.Alpha, p.PowerGoal, p.H0Type, p.DfToVary, p.Df2, p.Algorithm, design.sizeLimit},
+      design.criticals, observer);
 }
 
 void VaryBothDf(V2Design& design, double x) {
@@ -108,9 +113,9 @@ void VaryBothDf(V2Design& design, double x) {
 
 // --- Calculations.
 
-CalculationOutcome CalculateV2Size(WindowHandle parent, const PowerSettings& block) {
+CalculationOutcome CalculateV2Size(ProcedureObserver& observer, const PowerSettings& block) {
   const V2Params& p = block.V2.Committed;
-  CalculationOutcome outcome = CalculateSize<DescribeV2Size, V2RequiredDf>(parent, block);
+  CalculationOutcome outcome = CalculateSize<DescribeV2Size, V2RequiredDf>(observer, block);
   outcome.computed.size[1] = p.DfToVary == DfToVaryBoth ? outcome.computed.size[0] : p.Df2;
   return outcome;
 }

@@ -35,7 +35,7 @@ double WithinReach(double delta) {
 // on Tiku's approximation, short of the effects that overflow it. Without, every size of a design
 // of many cells would fall short of the goal, a second's work each, up to the limit.
 template <class PowerBy>
-double TrialPower(double rmsse, std::int16_t algorithm, PowerBy powerBy) {
+double PowerWithinReach(double rmsse, std::int16_t algorithm, PowerBy powerBy) {
   constexpr double kLargestEffect = 1e15;
   const double power = powerBy(rmsse, algorithm);
   return power == NumericFailure && algorithm == FExact
@@ -52,17 +52,18 @@ TDesign ContrastDesign(std::int64_t groups, std::int64_t n, double es, double ss
   return {ContrastDf(groups, n), delta};
 }
 
-double ContrastPower(WindowHandle parent,
-                     std::int64_t groups,
+double ContrastPower(std::int64_t groups,
                      std::int64_t n,
                      double alpha,
                      double es,
                      double ss,
+                     Refusal& refusal,
                      CriticalTCache& criticals) {
+  refusal = {};
   if (n < kSmallestGroup) {
     return NumericFailure;
   }
-  return TTestPower(parent, ContrastDesign(groups, n, es, ss), alpha, H0TwoTailed, criticals);
+  return TTestPower(ContrastDesign(groups, n, es, ss), alpha, H0TwoTailed, refusal, criticals);
 }
 
 double ContrastStart(double es, double ss, double alpha, double powerGoal) {
@@ -70,18 +71,21 @@ double ContrastStart(double es, double ss, double alpha, double powerGoal) {
   return std::trunc(Squared(z / es) * ss);
 }
 
-SearchResult ContrastRequiredN(const ContrastSizeRequest& request, CriticalTCache& criticals) {
+SearchResult ContrastRequiredN(const ContrastSizeRequest& request,
+                               CriticalTCache& criticals,
+                               ProcedureObserver& observer) {
   const SearchRequest search{
       .effect = request.es,
       .powerGoal = request.powerGoal,
       .start = ContrastStart(request.es, request.ss, request.alpha, request.powerGoal),
-      .sizeLimit = request.sizeLimit,
-      .showProgress = request.showProgress,
-      .parent = request.parent};
-  return RequiredSizeSearch(SearchMember::PlannedContrast, search, [&](std::int64_t n) {
-    return ContrastPower(request.parent, request.groups, n, request.alpha, request.es, request.ss,
-                         criticals);
-  });
+      .sizeLimit = request.sizeLimit};
+  const auto powerAt = [&](std::int64_t n) {
+    return TrialPower(observer, [&](Refusal& refusal) {
+      return ContrastPower(request.groups, n, request.alpha, request.es, request.ss, refusal,
+                           criticals);
+    });
+  };
+  return RequiredSizeSearch(SearchMember::PlannedContrast, search, powerAt, observer);
 }
 
 // --- One-way analysis of variance.
@@ -115,7 +119,9 @@ double RandomEffectsStart(std::int64_t groups, double rmsse, double alpha, doubl
   return std::trunc(((q1 / df1) / (q2 / df1) - 1) / Squared(rmsse));
 }
 
-SearchResult OneWayRequiredN(const OneWaySizeRequest& request, CriticalFCache& criticals) {
+SearchResult OneWayRequiredN(const OneWaySizeRequest& request,
+                             CriticalFCache& criticals,
+                             ProcedureObserver& observer) {
   const OneWayTest& test = request.test;
   const double start =
       test.model == RandomEffects
@@ -124,11 +130,9 @@ SearchResult OneWayRequiredN(const OneWaySizeRequest& request, CriticalFCache& c
   const SearchRequest search{.effect = test.rmsse,
                              .powerGoal = request.powerGoal,
                              .start = start,
-                             .sizeLimit = request.sizeLimit,
-                             .showProgress = request.showProgress,
-                             .parent = request.parent};
+                             .sizeLimit = request.sizeLimit};
   const auto powerAt = [&](std::int64_t n) {
-    return TrialPower(test.rmsse, test.algorithm, [&](double rmsse, std::int16_t algorithm) {
+    return PowerWithinReach(test.rmsse, test.algorithm, [&](double rmsse, std::int16_t algorithm) {
       OneWayTest trial = test;
       trial.rmsse = rmsse;
       trial.algorithm = algorithm;
@@ -139,7 +143,7 @@ SearchResult OneWayRequiredN(const OneWaySizeRequest& request, CriticalFCache& c
   };
   return RequiredSizeSearch(
       SearchMember::OneWayAnova, search,
-      SettledPower(powerAt, request.powerGoal, kSmallestGroup, request.sizeLimit));
+      SettledPower(powerAt, request.powerGoal, kSmallestGroup, request.sizeLimit), observer);
 }
 
 // --- Two-way analysis of variance.
@@ -172,8 +176,7 @@ std::int64_t ShownTwoWayEffectDf(std::int64_t rows, std::int64_t columns, std::i
                                      : TwoWayDesign(rows, columns, 1, 0, effect).df1;
 }
 
-double TwoWayPower(WindowHandle parent,
-                   double alpha,
+double TwoWayPower(double alpha,
                    std::int64_t rows,
                    std::int64_t columns,
                    std::int64_t n,
@@ -182,9 +185,10 @@ double TwoWayPower(WindowHandle parent,
                    std::int16_t effect,
                    double& critOut,
                    int& err,
+                   Refusal& refusal,
                    CriticalFCache& criticals) {
   constexpr double kTolerance = PolicyOf(SearchMember::TwoWayAnova).nullTolerance;
-  if (NullHypothesisCheck(parent, rmsse, H0AtMost, kTolerance, kExactly) != 0) {
+  if (NullHypothesisCheck(rmsse, H0AtMost, kTolerance, kExactly, refusal) != 0) {
     err = 1;
     critOut = NumericFailure;
     return NumericFailure;
@@ -194,22 +198,25 @@ double TwoWayPower(WindowHandle parent,
                     criticals);
 }
 
-SearchResult TwoWayRequiredN(const TwoWaySizeRequest& request, CriticalFCache& criticals) {
-  const SearchRequest search{.effect = request.rmsse,
-                             .powerGoal = request.powerGoal,
-                             .sizeLimit = request.sizeLimit,
-                             .parent = request.parent};
+SearchResult TwoWayRequiredN(const TwoWaySizeRequest& request,
+                             CriticalFCache& criticals,
+                             ProcedureObserver& observer) {
+  const SearchRequest search{
+      .effect = request.rmsse, .powerGoal = request.powerGoal, .sizeLimit = request.sizeLimit};
   const auto powerAt = [&](std::int64_t n) {
-    return TrialPower(request.rmsse, request.algorithm, [&](double rmsse, std::int16_t algorithm) {
-      int err = 0;
-      double crit = 0;
-      return TwoWayPower(request.parent, request.alpha, request.rows, request.columns, n, rmsse,
-                         algorithm, request.effect, crit, err, criticals);
-    });
+    const auto powerBy = [&](double rmsse, std::int16_t algorithm) {
+      return TrialPower(observer, [&](Refusal& refusal) {
+        int err = 0;
+        double crit = 0;
+        return TwoWayPower(request.alpha, request.rows, request.columns, n, rmsse, algorithm,
+                           request.effect, crit, err, refusal, criticals);
+      });
+    };
+    return PowerWithinReach(request.rmsse, request.algorithm, powerBy);
   };
   return RequiredSizeSearch(
       SearchMember::TwoWayAnova, search,
-      SettledPower(powerAt, request.powerGoal, kSmallestGroup, request.sizeLimit));
+      SettledPower(powerAt, request.powerGoal, kSmallestGroup, request.sizeLimit), observer);
 }
 
 }  // namespace poweranalysis

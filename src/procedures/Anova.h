@@ -24,13 +24,13 @@ TDesign ContrastDesign(std::int64_t groups, std::int64_t n, double es, double ss
 //
 // Source: Owen, D. B. (1965). Biometrika 52, 437-446, for the noncentral t distribution.
 // Domain: groups >= 1, ss > 0.
-// Fails:  NumericFailure for n below 2, in silence, and as TTestPower.
-double ContrastPower(WindowHandle parent,
-                     std::int64_t groups,
+// Fails:  NumericFailure for n below 2, without a word, and as TTestPower.
+double ContrastPower(std::int64_t groups,
                      std::int64_t n,
                      double alpha,
                      double es,
                      double ss,
+                     Refusal& refusal,
                      CriticalTCache& criticals);
 
 struct ContrastSizeRequest {
@@ -40,8 +40,6 @@ struct ContrastSizeRequest {
   double alpha = 0;
   double powerGoal = 0;
   std::int64_t sizeLimit = 0;  // of the family's `Upper` record
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // First estimate: the whole part of (z / es)^2 ss, z = NormalQuantile(powerGoal) -
@@ -58,7 +56,9 @@ double ContrastStart(double es, double ss, double alpha, double powerGoal);
 //
 // Domain: as ContrastPower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::PlannedContrast.
-SearchResult ContrastRequiredN(const ContrastSizeRequest& request, CriticalTCache& criticals);
+SearchResult ContrastRequiredN(const ContrastSizeRequest& request,
+                               CriticalTCache& criticals,
+                               ProcedureObserver& observer);
 
 // --- One-way analysis of variance.
 
@@ -102,8 +102,6 @@ struct OneWaySizeRequest {
   double committedAlpha = 0;
   double powerGoal = 0;
   std::int64_t sizeLimit = 0;  // of the family's `Upper` record
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // First estimates, whole numbers that may exceed any integer or be no number:
@@ -120,7 +118,9 @@ double RandomEffectsStart(std::int64_t groups, double rmsse, double alpha, doubl
 //
 // Domain: as OneWayPower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::OneWayAnova.
-SearchResult OneWayRequiredN(const OneWaySizeRequest& request, CriticalFCache& criticals);
+SearchResult OneWayRequiredN(const OneWaySizeRequest& request,
+                             CriticalFCache& criticals,
+                             ProcedureObserver& observer);
 
 // --- Two-way analysis of variance, fixed effects, n observations in each of rows x columns cells.
 
@@ -150,10 +150,8 @@ std::int64_t ShownTwoWayEffectDf(std::int64_t rows, std::int64_t columns, std::i
 //
 // Domain: rows >= 2, columns >= 2.
 // Fails:  NumericFailure, with critOut NumericFailure and err 1, when NullHypothesisCheck refuses
-// an
-//         rmsse not above 0 (its message has been shown); otherwise as FTestPower.
-double TwoWayPower(WindowHandle parent,
-                   double alpha,
+//         an rmsse not above 0, with its refusal; otherwise as FTestPower.
+double TwoWayPower(double alpha,
                    std::int64_t rows,
                    std::int64_t columns,
                    std::int64_t n,
@@ -162,6 +160,7 @@ double TwoWayPower(WindowHandle parent,
                    std::int16_t effect,
                    double& critOut,
                    int& err,
+                   Refusal& refusal,
                    CriticalFCache& criticals);
 
 struct TwoWaySizeRequest {
@@ -173,7 +172,6 @@ struct TwoWaySizeRequest {
   std::int16_t algorithm = FExact;
   std::int16_t effect = RowEffect;
   std::int64_t sizeLimit = 0;  // of the family's `Upper` record
-  WindowHandle parent = nullptr;
 };
 
 // The smallest size per cell whose power for the effect exceeds the goal, searched from 5.
@@ -182,6 +180,8 @@ struct TwoWaySizeRequest {
 //
 // Domain: as TwoWayPower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::TwoWayAnova.
-SearchResult TwoWayRequiredN(const TwoWaySizeRequest& request, CriticalFCache& criticals);
+SearchResult TwoWayRequiredN(const TwoWaySizeRequest& request,
+                             CriticalFCache& criticals,
+                             ProcedureObserver& observer);
 
 }  // namespace poweranalysis

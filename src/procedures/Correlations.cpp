@@ -18,7 +18,9 @@ constexpr double kLargestStep = 200;
 constexpr std::int64_t kSmallestLower = 2;
 constexpr std::int64_t kSmallestEstimate = 4;
 
-const SearchResult kFailed = {SizeFailure, NumericFailure, ProcedureFailed};
+SearchResult Failed(const Refusal& refusal = {}) {
+  return {SizeFailure, NumericFailure, ProcedureFailed, refusal};
+}
 
 double LogRatio(double rho) { return std::log((1 + rho) / (1 - rho)); }
 
@@ -29,8 +31,10 @@ double FisherZ(double r) { return 0.5 * LogRatio(r); }
 UpwardWalk::UpwardWalk(const WalkRules& rules,
                        double powerGoal,
                        std::int64_t first,
-                       double firstPower)
+                       double firstPower,
+                       ProcedureObserver& observer)
     : rules_(rules),
+      observer_(observer),
       powerGoal_(powerGoal),
       size_(first),
       lower_(std::max(first, kSmallestLower)),
@@ -41,7 +45,7 @@ bool UpwardWalk::Next() {
     result_ = {upper_, upperPower_, SearchOk};
     return false;
   }
-  if (BreakRequested()) {
+  if (observer_.StopRequested()) {
     result_.status = SearchCancelled;
     return false;
   }
@@ -121,12 +125,16 @@ double EstimateTail(const CorrelationSizeRequest& request) {
 }
 
 // The walk with an algorithm that is settled.
-SearchResult WalkFrom(std::int64_t first, CorrelationTest test, double powerGoal, double rho) {
+SearchResult WalkFrom(std::int64_t first,
+                      CorrelationTest test,
+                      double powerGoal,
+                      double rho,
+                      ProcedureObserver& observer) {
   const auto powerAt = [&](std::int64_t n) {
     test.n = n;
     return TooSmall(test) ? NumericFailure : PowerBeyond(test, CriticalsOf(test), rho);
   };
-  return WalkUp(OneCorrelationWalk, powerGoal, first, powerAt(first), powerAt);
+  return WalkUp(OneCorrelationWalk, powerGoal, first, powerAt(first), powerAt, observer);
 }
 
 }  // namespace
@@ -146,13 +154,13 @@ double CorrelationCritical(std::int64_t n,
              : CorrelationQuantile(rho0, static_cast<std::int32_t>(n), p, algorithm);
 }
 
-double CorrelationPower(WindowHandle parent,
-                        const CorrelationTest& test,
+double CorrelationPower(const CorrelationTest& test,
                         double rho,
                         int& status,
+                        Refusal& refusal,
                         CorrelationCriticalCache& criticals) {
   status = ProcedureFailed;
-  if (NullHypothesisCheck(parent, rho - test.rho0, test.form, CorrelationTolerance, kExactly) !=
+  if (NullHypothesisCheck(rho - test.rho0, test.form, CorrelationTolerance, kExactly, refusal) !=
           0 ||
       TooSmall(test)) {
     return NumericFailure;
@@ -164,16 +172,16 @@ double CorrelationPower(WindowHandle parent,
   return power;
 }
 
-double CorrelationPower(WindowHandle parent,
-                        std::int64_t n,
+double CorrelationPower(std::int64_t n,
                         double alpha,
                         double rho,
                         double rho0,
                         std::int16_t algorithm,
                         std::int16_t form,
-                        int& status) {
+                        int& status,
+                        Refusal& refusal) {
   CorrelationCriticalCache criticals;
-  return CorrelationPower(parent, {n, alpha, rho0, algorithm, form}, rho, status, criticals);
+  return CorrelationPower({n, alpha, rho0, algorithm, form}, rho, status, refusal, criticals);
 }
 
 double CorrelationFirstEstimate(const CorrelationSizeRequest& request) {
@@ -183,11 +191,13 @@ double CorrelationFirstEstimate(const CorrelationSizeRequest& request) {
   return std::trunc(d * d + 4.0);
 }
 
-SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request) {
-  if (NullHypothesisCheck(request.parent, request.rho - request.rho0, request.form,
-                          CorrelationTolerance, kWithinTolerance) != 0 ||
+SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request,
+                                  ProcedureObserver& observer) {
+  Refusal refusal;
+  if (NullHypothesisCheck(request.rho - request.rho0, request.form, CorrelationTolerance,
+                          kWithinTolerance, refusal) != 0 ||
       EstimateTail(request) == NumericFailure) {
-    return kFailed;
+    return Failed(refusal);
   }
   const auto first = static_cast<std::int64_t>(CorrelationFirstEstimate(request));
   CorrelationTest test = {first, request.alpha, request.rho0, request.algorithm, request.form};
@@ -195,14 +205,14 @@ SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request) {
   const bool switched = IsExact(test.algorithm) && first > LargestExactEstimate;
   if (switched) {
     test.algorithm = CorrelationFisherZRefined;
-    ShowMessage(MessageStopIcon, request.parent, text::SwitchingToRefined);
+    observer.Notice(Said::SwitchingToRefined, {});
   }
-  SearchResult result = WalkFrom(first, test, request.powerGoal, request.rho);
+  SearchResult result = WalkFrom(first, test, request.powerGoal, request.rho, observer);
   if (result.status == SearchTooLarge) {
-    ShowMessage(MessageStopIcon, request.parent, text::SearchTooLarge, {OneCorrelationWalk.cap});
+    return Failed({Said::SearchTooLarge, {OneCorrelationWalk.cap}});
   }
   if (result.status != SearchOk) {
-    return kFailed;
+    return Failed();
   }
   result.status = switched ? CorrelationSwitched : ProcedureOk;
   return result;
@@ -255,8 +265,10 @@ double PowerBeyond(std::int16_t form,
 // A search after its checks: what varies, from where, and what fails it.
 class TwoCorrelationsSearch {
  public:
-  explicit TwoCorrelationsSearch(const TwoCorrelationsSizeRequest& request)
-      : request_(request), criticals_(ZCriticalsOf(request.alpha, request.form)) {}
+  TwoCorrelationsSearch(const TwoCorrelationsSizeRequest& request, ProcedureObserver& observer)
+      : request_(request),
+        observer_(observer),
+        criticals_(ZCriticalsOf(request.alpha, request.form)) {}
 
   SearchResult Run() const;
 
@@ -272,6 +284,7 @@ class TwoCorrelationsSearch {
   SearchResult Fail() const;
 
   const TwoCorrelationsSizeRequest& request_;
+  ProcedureObserver& observer_;
   CriticalPair criticals_;
 };
 
@@ -304,11 +317,10 @@ bool TwoCorrelationsSearch::LevelsOffBelowTheGoal() const {
 }
 
 SearchResult TwoCorrelationsSearch::Fail() const {
-  if (fixed() && request_.showMessages) {
-    ShowMessage(MessageStopIcon, request_.parent,
-                request_.nToVary == NToVaryN1 ? text::IncreaseN2 : text::IncreaseN1);
+  if (!fixed()) {
+    return Failed();
   }
-  return kFailed;
+  return Failed({request_.nToVary == NToVaryN1 ? Said::IncreaseN2 : Said::IncreaseN1});
 }
 
 SearchResult TwoCorrelationsSearch::Run() const {
@@ -321,9 +333,10 @@ SearchResult TwoCorrelationsSearch::Run() const {
   if (!(firstPower > request_.powerGoal) && LevelsOffBelowTheGoal()) {
     return Fail();
   }
-  const SearchResult result = WalkUp(TwoCorrelationsWalk, request_.powerGoal, first, firstPower,
-                                     [&](std::int64_t n) { return PowerAt(n); });
-  return result.status == SearchTooLarge ? Fail() : result.status == SearchOk ? result : kFailed;
+  const SearchResult result = WalkUp(
+      TwoCorrelationsWalk, request_.powerGoal, first, firstPower,
+      [&](std::int64_t n) { return PowerAt(n); }, observer_);
+  return result.status == SearchTooLarge ? Fail() : result.status == SearchOk ? result : Failed();
 }
 
 bool RunsAgainstTheTest(const TwoCorrelationsSizeRequest& request) {
@@ -349,28 +362,29 @@ double FisherZPowerTerm(
   return TermOf(DifferenceOf(rho1, rho2, n1, n2, algorithm), c);
 }
 
-double TwoCorrelationsPower(WindowHandle parent,
-                            double rho1,
+double TwoCorrelationsPower(double rho1,
                             double rho2,
                             std::int64_t n1,
                             std::int64_t n2,
                             double alpha,
                             std::int16_t form,
-                            std::int16_t algorithm) {
-  if (NullHypothesisCheck(parent, rho1 - rho2, form, CorrelationTolerance, kExactly) != 0) {
+                            std::int16_t algorithm,
+                            Refusal& refusal) {
+  if (NullHypothesisCheck(rho1 - rho2, form, CorrelationTolerance, kExactly, refusal) != 0) {
     return NumericFailure;
   }
   return PowerBeyond(form, ZCriticalsOf(alpha, form), DifferenceOf(rho1, rho2, n1, n2, algorithm));
 }
 
-SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request) {
+SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request,
+                                      ProcedureObserver& observer) {
   const double dz = .5 * LogRatio(request.rho1) - .5 * LogRatio(request.rho2);
-  if (NullHypothesisCheck(request.parent, dz, request.form, CorrelationTolerance,
-                          kWithinTolerance) != 0 ||
+  Refusal refusal;
+  if (NullHypothesisCheck(dz, request.form, CorrelationTolerance, kWithinTolerance, refusal) != 0 ||
       RunsAgainstTheTest(request) || Unserved(request)) {
-    return kFailed;
+    return Failed(refusal);
   }
-  return TwoCorrelationsSearch(request).Run();
+  return TwoCorrelationsSearch(request, observer).Run();
 }
 
 }  // namespace poweranalysis

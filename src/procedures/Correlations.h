@@ -34,13 +34,17 @@ inline constexpr WalkRules TwoCorrelationsWalk = {NoWalkCap, 1e-15};
 
 // Secant steps of 1 to 200 upward from a first estimate that falls short, and a bracket that closes
 // on two adjacent sizes: while Next() gives a trial, evaluate the power at size() and Record() it.
-// result() then has the status SearchOk, SearchTooLarge or SearchCancelled, all in silence.
+// result() then has the status SearchOk, SearchTooLarge or SearchCancelled, all without a word.
 //
 // Kept: unlike its neighbour SizeSearch it never tries a size below its start, and a step of 0
 //       becomes 1.
 class UpwardWalk {
  public:
-  UpwardWalk(const WalkRules& rules, double powerGoal, std::int64_t first, double firstPower);
+  UpwardWalk(const WalkRules& rules,
+             double powerGoal,
+             std::int64_t first,
+             double firstPower,
+             ProcedureObserver& observer);
 
   // Chooses the next trial. False: the walk has ended.
   bool Next();
@@ -52,6 +56,7 @@ class UpwardWalk {
   std::int64_t StepAfter(double power) const;
 
   const WalkRules& rules_;
+  ProcedureObserver& observer_;
   double powerGoal_;
   std::int64_t size_;
   std::int64_t lower_;
@@ -64,8 +69,8 @@ class UpwardWalk {
 };
 
 // The size that an estimate leads to: the estimate itself when its power exceeds the goal, else the
-// end of the walk up from it. A power equal to the goal, and NaN, fall short. Polls for a break
-// once a trial. `powerAt` maps a size (std::int64_t) to a power.
+// end of the walk up from it. A power equal to the goal, and NaN, fall short. Asks the observer
+// once a trial whether to stop. `powerAt` maps a size (std::int64_t) to a power.
 //
 // Kept: an estimate that passes is the answer although a smaller size may do.
 template <class PowerAt>
@@ -73,11 +78,12 @@ SearchResult WalkUp(const WalkRules& rules,
                     double powerGoal,
                     std::int64_t first,
                     double firstPower,
-                    PowerAt&& powerAt) {
+                    PowerAt&& powerAt,
+                    ProcedureObserver& observer) {
   if (firstPower > powerGoal) {
     return {first, firstPower, SearchOk};
   }
-  UpwardWalk walk(rules, powerGoal, first, firstPower);
+  UpwardWalk walk(rules, powerGoal, first, firstPower, observer);
   while (walk.Next()) {
     walk.Record(powerAt(walk.size()));
   }
@@ -116,23 +122,23 @@ double CorrelationCritical(std::int64_t n,
 // K.
 //         (1951). Biometrika 38, 219-247; Fisher, R. A. (1921). Metron 1, 3-32.
 // Domain: n < 2^31, -1 < rho, rho0 < 1, 0 < alpha < 1.
-// Fails:  NumericFailure with status 1 when NullHypothesisCheck of rho - rho0 refuses (its message
-//         has been shown); in silence for n below 3 (crude: 4), an unknown form and when the
+// Fails:  NumericFailure with status 1 when NullHypothesisCheck of rho - rho0 refuses, with its
+//         refusal; without a word for n below 3 (crude: 4), an unknown form and when the
 //         distribution fails. Otherwise `status` is 0.
-double CorrelationPower(WindowHandle parent,
-                        std::int64_t n,
+double CorrelationPower(std::int64_t n,
                         double alpha,
                         double rho,
                         double rho0,
                         std::int16_t algorithm,
                         std::int16_t form,
-                        int& status);
+                        int& status,
+                        Refusal& refusal);
 
 // The same for the points of a curve, which keep their critical values in the cache.
-double CorrelationPower(WindowHandle parent,
-                        const CorrelationTest& test,
+double CorrelationPower(const CorrelationTest& test,
                         double rho,
                         int& status,
+                        Refusal& refusal,
                         CorrelationCriticalCache& criticals);
 
 // Above this first estimate a search leaves the exact distribution, whose time grows with n.
@@ -149,7 +155,6 @@ struct CorrelationSizeRequest {
   double powerGoal = 0;
   std::int16_t algorithm = CorrelationFisherZRefined;
   std::int16_t form = H0TwoTailed;
-  WindowHandle parent = nullptr;
 };
 
 // First estimate of a required size.
@@ -167,12 +172,14 @@ double CorrelationFirstEstimate(const CorrelationSizeRequest& request);
 // smallest such N.
 //
 // Domain: as CorrelationPower, 0 < powerGoal < 1.
-// Fails:  status 1 with both numbers missing: NullHypothesisCheck with tolerance .001 refused and
-//         spoke; N above 150000 would be needed (message SearchTooLarge); the user stopped the
-//         search (silent); unknown form (silent).
+// Fails:  status 1 with both numbers missing: NullHypothesisCheck with tolerance .001 refused, with
+//         its refusal; N above 150000 would be needed (the refusal says SearchTooLarge); the user
+//         stopped the search, or the form is unknown (both without a word).
 //         Status 99 with an answer: the exact algorithm gave way to the refined one, because the
-//         first estimate exceeds LargestExactEstimate; a message said so.
-SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request);
+//         first estimate exceeds LargestExactEstimate; the observer had the notice
+//         SwitchingToRefined before the walk.
+SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request,
+                                  ProcedureObserver& observer);
 
 // --- Two correlations.
 
@@ -197,16 +204,16 @@ double FisherZPowerTerm(
 // Power of the test that two independent correlations are equal.
 //
 // Domain: as FisherZPowerTerm, 0 < alpha < 1.
-// Fails:  NumericFailure when NullHypothesisCheck of rho1 - rho2 refuses (its message has been
-//         shown); in silence for an unknown form and for an algorithm but refined and crude.
-double TwoCorrelationsPower(WindowHandle parent,
-                            double rho1,
+// Fails:  NumericFailure when NullHypothesisCheck of rho1 - rho2 refuses, with its refusal; without
+//         a word for an unknown form and for an algorithm but refined and crude.
+double TwoCorrelationsPower(double rho1,
                             double rho2,
                             std::int64_t n1,
                             std::int64_t n2,
                             double alpha,
                             std::int16_t form,
-                            std::int16_t algorithm);
+                            std::int16_t algorithm,
+                            Refusal& refusal);
 
 // What is asked of a required-size search of two correlations. `nToVary` is a NToVaryChoice; the
 // size of the group that is sought is not read.
@@ -220,8 +227,6 @@ struct TwoCorrelationsSizeRequest {
   std::int16_t form = H0TwoTailed;
   std::int16_t algorithm = CorrelationFisherZRefined;
   std::int16_t nToVary = 0;
-  bool showMessages = true;  // that a fixed group is too small
-  WindowHandle parent = nullptr;
 };
 
 // A size of the varied group, or of each group, whose power exceeds the goal: the normal estimate
@@ -234,11 +239,12 @@ struct TwoCorrelationsSizeRequest {
 // Kept: a passing estimate may be more than the smallest such size. The null check here runs on the
 //       scale of Fisher's z, that of the power on the scale of r.
 // Domain: as TwoCorrelationsPower, 0 < powerGoal < 1; a fixed group of 3 or more.
-// Fails:  status 1 with both numbers missing: NullHypothesisCheck with tolerance .001 refused and
-//         spoke; no size of the varied group helps the fixed one (message IncreaseN2 or IncreaseN1
-//         when showMessages is set); in silence for an effect that runs against the test, an
-//         unknown algorithm, form or nToVary, when the user stops the search and for equal groups
-//         of more than 100000000.
-SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request);
+// Fails:  status 1 with both numbers missing: NullHypothesisCheck with tolerance .001 refused, with
+//         its refusal; no size of the varied group helps the fixed one (the refusal says IncreaseN2
+//         or IncreaseN1); without a word for an effect that runs against the test, an unknown
+//         algorithm, form or nToVary, when the user stops the search and for equal groups of more
+//         than 100000000.
+SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request,
+                                      ProcedureObserver& observer);
 
 }  // namespace poweranalysis

@@ -10,7 +10,6 @@ constexpr std::int16_t kExactly = 0;
 constexpr std::int16_t kWithinTolerance = 1;
 
 constexpr std::int64_t kStride = 100;
-const SearchResult kFailed = {SizeFailure, NumericFailure, ProcedureFailed};
 
 std::int16_t EffectiveForm(std::int16_t form, double r0) {
   return (form == H0TwoTailed || form == H0AtMost) && r0 == 0.0 ? H0Zero : form;
@@ -56,8 +55,8 @@ double PowerBeyond(const ModelFitTest& test, double r, int& err, ModelFitCritica
 // Steps of ModelFitRequiredN after its checks.
 class ModelFitSearch {
  public:
-  explicit ModelFitSearch(const ModelFitSizeRequest& request)
-      : request_(request), form_(EffectiveForm(request.form, request.r0)) {}
+  ModelFitSearch(const ModelFitSizeRequest& request, ProcedureObserver& observer)
+      : request_(request), observer_(observer), form_(EffectiveForm(request.form, request.r0)) {}
 
   SearchResult Run();
 
@@ -76,11 +75,12 @@ class ModelFitSearch {
   bool Climb();
   bool Close();
   bool CancelledNow() {
-    status_ = BreakRequested() ? SearchCancelled : ProcedureOk;
+    status_ = observer_.StopRequested() ? SearchCancelled : ProcedureOk;
     return status_ != ProcedureOk;
   }
 
   const ModelFitSizeRequest& request_;
+  ProcedureObserver& observer_;
   std::int16_t form_;
   ModelFitCriticalCache criticals_;
   std::int64_t upper_ = 0;
@@ -88,6 +88,7 @@ class ModelFitSearch {
   std::int64_t lower_ = 0;
   double lowerPower_ = NumericFailure;
   int status_ = ProcedureOk;
+  Refusal refusal_;
 };
 
 // To the first hundred whose power is above the goal.
@@ -97,7 +98,7 @@ bool ModelFitSearch::Climb() {
     upper_ += kStride;
     if (upper_ > limit) {
       status_ = ProcedureFailed;
-      ShowMessage(MessageStopIcon, request_.parent, text::SearchTooLarge, {LargestModelFitN});
+      refusal_ = {Said::SearchTooLarge, {LargestModelFitN}};
       return false;
     }
     upperPower_ = PowerAt(upper_);
@@ -138,21 +139,21 @@ SearchResult ModelFitSearch::Run() {
   if (Climb() && Close()) {
     return {upper_, upperPower_, ProcedureOk};
   }
-  return {SizeFailure, NumericFailure, status_};
+  return {SizeFailure, NumericFailure, status_, refusal_};
 }
 
 bool IsKnown(std::int16_t form) { return form >= H0TwoTailed && form <= H0Zero; }
 
 }  // namespace
 
-double ModelFitPower(WindowHandle parent,
-                     const ModelFitTest& test,
+double ModelFitPower(const ModelFitTest& test,
                      double r,
                      int& err,
+                     Refusal& refusal,
                      ModelFitCriticalCache& criticals) {
   ModelFitTest effective = test;
   effective.form = EffectiveForm(test.form, test.r0);
-  err = NullHypothesisCheck(parent, r - test.r0, effective.form, ModelFitTolerance, kExactly);
+  err = NullHypothesisCheck(r - test.r0, effective.form, ModelFitTolerance, kExactly, refusal);
   if (err != 0) {
     return NumericFailure;
   }
@@ -162,25 +163,26 @@ double ModelFitPower(WindowHandle parent,
   return PowerBeyond(effective, r, err, criticals);
 }
 
-double ModelFitPower(WindowHandle parent,
-                     std::int64_t n,
+double ModelFitPower(std::int64_t n,
                      std::int32_t df,
                      double alpha,
                      double r,
                      double r0,
                      std::int16_t form,
-                     int& err) {
+                     int& err,
+                     Refusal& refusal) {
   ModelFitCriticalCache criticals;
-  return ModelFitPower(parent, {n, df, alpha, r0, form}, r, err, criticals);
+  return ModelFitPower({n, df, alpha, r0, form}, r, err, refusal, criticals);
 }
 
-SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request) {
-  if (NullHypothesisCheck(request.parent, request.r - request.r0, request.form, ModelFitTolerance,
-                          kWithinTolerance) != 0 ||
+SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request, ProcedureObserver& observer) {
+  Refusal refusal;
+  if (NullHypothesisCheck(request.r - request.r0, request.form, ModelFitTolerance, kWithinTolerance,
+                          refusal) != 0 ||
       !IsKnown(request.form)) {
-    return kFailed;
+    return {SizeFailure, NumericFailure, ProcedureFailed, refusal};
   }
-  return ModelFitSearch(request).Run();
+  return ModelFitSearch(request, observer).Run();
 }
 
 }  // namespace poweranalysis

@@ -46,24 +46,24 @@ using ModelFitCriticalCache = CriticalCache<ModelFitNull>;
 //         structural equation models, 136-162.
 // Domain: n >= 1, df >= 1, r, r0 >= 0, 0 < alpha < 1. Where r = r0 passes the null check, under an
 //         unknown form, the power is alpha.
-// Fails:  NumericFailure with `err` 1 when NullHypothesisCheck of r - r0 refuses (its message has
-//         been shown); in silence with `err` 1 for an unknown form and when there is no critical
-//         value, which befalls noncentralities r0^2 (n - 1) df from some 810 to 921. A power with
-//         `err` 2 rests on a sum of 500 terms that did not suffice.
-double ModelFitPower(WindowHandle parent,
-                     std::int64_t n,
+// Fails:  NumericFailure with `err` 1 when NullHypothesisCheck of r - r0 refuses, with its refusal;
+//         without a word with `err` 1 for an unknown form and when there is no critical value,
+//         which befalls noncentralities r0^2 (n - 1) df from some 810 to 921. A power with `err` 2
+//         rests on a sum of 500 terms that did not suffice.
+double ModelFitPower(std::int64_t n,
                      std::int32_t df,
                      double alpha,
                      double r,
                      double r0,
                      std::int16_t form,
-                     int& err);
+                     int& err,
+                     Refusal& refusal);
 
 // The same for the points of a curve, which keep their critical values in the cache.
-double ModelFitPower(WindowHandle parent,
-                     const ModelFitTest& test,
+double ModelFitPower(const ModelFitTest& test,
                      double r,
                      int& err,
+                     Refusal& refusal,
                      ModelFitCriticalCache& criticals);
 
 // What is asked of a required-size search.
@@ -74,7 +74,6 @@ struct ModelFitSizeRequest {
   double powerGoal = 0;
   std::int32_t df = 1;
   std::int16_t form = H0AtMost;
-  WindowHandle parent = nullptr;
 };
 
 // The largest N that a search tries.
@@ -87,10 +86,10 @@ inline constexpr std::int64_t LargestModelFitN = 100000000;
 // such
 //       N is 1 or 51 above a hundred the answer is one more.
 // Domain: as ModelFitPower, 0 < powerGoal < 1.
-// Fails:  both numbers missing with status 1 when NullHypothesisCheck with tolerance .001 refuses
-//         and speaks, when no N up to LargestModelFitN has a power above the goal (message
-//         SearchTooLarge) and for an unknown form (silent); SearchCancelled when the user stops the
-//         search (silent).
-SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request);
+// Fails:  both numbers missing with status 1 when NullHypothesisCheck with tolerance .001 refuses,
+//         with its refusal, when no N up to LargestModelFitN has a power above the goal (the
+//         refusal says SearchTooLarge) and for an unknown form (without a word); SearchCancelled
+//         when the user stops the search (without a word).
+SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request, ProcedureObserver& observer);
 
 }  // namespace poweranalysis

@@ -226,13 +226,18 @@ class ExactPowers {
   BinomialWalk lower_;
 };
 
-std::int64_t ExactRequiredN(
-    WindowHandle parent, double goal, const OneProportionTest& test, double start, int& err) {
+std::int64_t ExactRequiredN(double goal,
+                            const OneProportionTest& test,
+                            double start,
+                            int& err,
+                            Refusal& refusal,
+                            ProcedureObserver& observer) {
   ExactPowers powers(test, goal);
   const auto powerAt = [&powers](std::int64_t n) { return powers(n); };
-  const SawtoothRequest request{.powerGoal = goal, .start = start, .parent = parent};
-  const SearchResult result = SawtoothSearch(request, powerAt).Run();
+  const SawtoothRequest request{.powerGoal = goal, .start = start};
+  const SearchResult result = SawtoothSearch(request, powerAt, observer).Run();
   err = result.status;
+  refusal = result.refusal;
   return result.requiredSize;
 }
 
@@ -266,20 +271,21 @@ double ProportionCriticalValue(std::int64_t n,
   return err != 0 ? NumericFailure : CriticalCount(static_cast<double>(n), z, pi, side, algorithm);
 }
 
-double OneProportionPower(WindowHandle parent,
-                          std::int64_t n,
+double OneProportionPower(std::int64_t n,
                           const OneProportionTest& test,
                           int& err,
                           std::int16_t algorithm,
-                          std::int16_t checkNull) {
+                          std::int16_t checkNull,
+                          Refusal& refusal) {
   err = 0;
+  refusal = {};
   if (n < 1) {
     return 0;
   }
   if (checkNull != 0) {
     constexpr std::int16_t kExactly = 0;
-    err = NullHypothesisCheck(parent, test.pi - test.pi0, test.form, OneProportionTolerance,
-                              kExactly);
+    err = NullHypothesisCheck(test.pi - test.pi0, test.form, OneProportionTolerance, kExactly,
+                              refusal);
     if (err != 0) {
       return NumericFailure;
     }
@@ -302,16 +308,18 @@ double OneProportionEstimate(const OneProportionTest& test, double goal) {
   return std::max(std::ceil(root * root), 1.0);
 }
 
-std::int64_t OneProportionRequiredN(WindowHandle parent,
-                                    double goal,
+std::int64_t OneProportionRequiredN(double goal,
                                     const OneProportionTest& test,
                                     int& err,
-                                    std::int16_t algorithm) {
+                                    std::int16_t algorithm,
+                                    Refusal& refusal,
+                                    ProcedureObserver& observer) {
   err = 1;
+  refusal = {};
   constexpr std::int16_t kWithTolerance = 1;
   if (!HasRejectionRegion(test.form) ||
-      NullHypothesisCheck(parent, test.pi - test.pi0, test.form, OneProportionTolerance,
-                          kWithTolerance) != 0) {
+      NullHypothesisCheck(test.pi - test.pi0, test.form, OneProportionTolerance, kWithTolerance,
+                          refusal) != 0) {
     return SizeFailure;
   }
   constexpr double kLargestEstimate = 9e15;
@@ -321,8 +329,9 @@ std::int64_t OneProportionRequiredN(WindowHandle parent,
   }
   err = 0;
   // Kept: the normal answer is the closed form, whatever the power at its neighbours.
-  return algorithm == ProportionNormal ? static_cast<std::int64_t>(estimate)
-                                       : ExactRequiredN(parent, goal, test, estimate, err);
+  return algorithm == ProportionNormal
+             ? static_cast<std::int64_t>(estimate)
+             : ExactRequiredN(goal, test, estimate, err, refusal, observer);
 }
 
 }  // namespace poweranalysis

@@ -71,14 +71,14 @@ inline constexpr double OneProportionTolerance = .0001;
 //
 // Domain: 0 <= pi <= 1, 0 <= pi0 <= 1, 0 < alpha < 1. Fewer than one trial have power 0.
 // Fails:  NumericFailure, and `err` as given: the result of NullHypothesisCheck, asked if
-//         `checkNull` is set (its message has been shown); 1 for a form other than 0, 1 and 2 or
-//         a failure of the distribution.
-double OneProportionPower(WindowHandle parent,
-                          std::int64_t n,
+//         `checkNull` is set, with its refusal; 1 for a form other than 0, 1 and 2 or a failure of
+//         the distribution.
+double OneProportionPower(std::int64_t n,
                           const OneProportionTest& test,
                           int& err,
                           std::int16_t algorithm,
-                          std::int16_t checkNull);
+                          std::int16_t checkNull,
+                          Refusal& refusal);
 
 // --- Required size.
 
@@ -99,15 +99,16 @@ double OneProportionEstimate(const OneProportionTest& test, double goal);
 //
 // Domain: as OneProportionPower, and 0 < goal < 1.
 // Fails:  SizeFailure, with `err`
-//           SearchTooLarge   a refused null (NullHypothesisCheck has spoken), a form other than 0,
-//                            1 and 2, an estimate that is not a number (both silent), or no size up
-//                            to LargestOneProportionN (the message SearchTooLarge)
-//           SearchCancelled  the user stopped the search (the message CancelledAtRequest)
-std::int64_t OneProportionRequiredN(WindowHandle parent,
-                                    double goal,
+//           SearchTooLarge   a refused null (the refusal of NullHypothesisCheck), a form other than
+//                            0, 1 and 2, an estimate that is not a number (both without a word), or
+//                            no size up to LargestOneProportionN (the refusal says SearchTooLarge)
+//           SearchCancelled  the user stopped the search (the refusal says CancelledAtRequest)
+std::int64_t OneProportionRequiredN(double goal,
                                     const OneProportionTest& test,
                                     int& err,
-                                    std::int16_t algorithm);
+                                    std::int16_t algorithm,
+                                    Refusal& refusal,
+                                    ProcedureObserver& observer);
 
 // Powers already found, so that a search evaluates a size once.
 class RecentPowers {
@@ -136,7 +137,6 @@ struct SawtoothRequest {
   double powerGoal = 0;
   double start = 0;  // a whole number
   std::int64_t sizeLimit = LargestOneProportionN;
-  WindowHandle parent = nullptr;
 };
 
 // The required size of a test whose power rises and falls again with every step of its critical
@@ -150,12 +150,12 @@ struct SawtoothRequest {
 // short may.
 //
 // Domain: any request; powerAt maps a size to a power, where NumericFailure and NaN fall short.
-// Fails:  SearchTooLarge and SearchCancelled, with their messages and both numbers missing.
+// Fails:  SearchTooLarge and SearchCancelled, with their refusals and both numbers missing.
 template <class PowerAt>
 class SawtoothSearch {
  public:
-  SawtoothSearch(const SawtoothRequest& request, PowerAt powerAt)
-      : request_(request), powerAt_(powerAt) {}
+  SawtoothSearch(const SawtoothRequest& request, PowerAt powerAt, ProcedureObserver& observer)
+      : request_(request), powerAt_(powerAt), observer_(observer) {}
 
   SearchResult Run() {
     if (WalkUp() && WalkDown()) {
@@ -163,7 +163,7 @@ class SawtoothSearch {
       WalkOnBelow();
     }
     if (status_ != SearchOk) {
-      return {SizeFailure, NumericFailure, status_};
+      return {SizeFailure, NumericFailure, status_, refusal_};
     }
     return {answer_, answerPower_, SearchOk};
   }
@@ -180,11 +180,14 @@ class SawtoothSearch {
     answerPower_ = power;
   }
   bool Stopped() {
-    if (++trials_ % kTrialsAPoll == 0 && BreakRequested()) {
-      status_ = SearchCancelled;
-      ShowMessage(MessageStopIcon, request_.parent, text::CancelledAtRequest);
+    if (++trials_ % kTrialsAPoll == 0 && observer_.StopRequested()) {
+      Refuse(SearchCancelled, {Said::CancelledAtRequest});
     }
     return status_ != SearchOk;
+  }
+  void Refuse(int status, const Refusal& refusal) {
+    status_ = status;
+    refusal_ = refusal;
   }
 
   bool WalkUp() {
@@ -200,8 +203,7 @@ class SawtoothSearch {
         return false;
       }
     }
-    status_ = SearchTooLarge;
-    ShowMessage(MessageStopIcon, request_.parent, text::SearchTooLarge, {request_.sizeLimit});
+    Refuse(SearchTooLarge, {Said::SearchTooLarge, {request_.sizeLimit}});
     return false;
   }
 
@@ -247,12 +249,14 @@ class SawtoothSearch {
 
   const SawtoothRequest& request_;
   PowerAt powerAt_;
+  ProcedureObserver& observer_;
   RecentPowers powers_;
   std::int64_t lower_ = 0;
   std::int64_t answer_ = SizeFailure;
   double answerPower_ = NumericFailure;
   std::int64_t trials_ = 0;
   int status_ = SearchOk;
+  Refusal refusal_;
 };
 
 }  // namespace poweranalysis

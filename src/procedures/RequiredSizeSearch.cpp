@@ -45,17 +45,18 @@ bool NullIsTrue(double effect, std::int16_t form) {
 
 }  // namespace
 
-std::int16_t NullHypothesisCheck(WindowHandle parent,
-                                 double effect,
+std::int16_t NullHypothesisCheck(double effect,
                                  std::int16_t form,
                                  double tolerance,
-                                 std::int16_t useTolerance) {
+                                 std::int16_t useTolerance,
+                                 Refusal& refusal) {
+  refusal = {};
   if (NullIsTrue(effect, form)) {
-    ShowMessage(MessageStopIcon, parent, text::NullHypothesisTrue);
+    refusal.text = Said::NullHypothesisTrue;
     return kNullTrue;
   }
   if (useTolerance != 0 && std::fabs(effect) < tolerance) {
-    ShowMessage(MessageStopIcon, parent, text::NullHypothesisNearlyTrue, {tolerance});
+    refusal = {Said::NullHypothesisNearlyTrue, {tolerance}};
     return kNullNearlyTrue;
   }
   return kNullFalse;
@@ -63,9 +64,11 @@ std::int16_t NullHypothesisCheck(WindowHandle parent,
 
 SizeSearch::SizeSearch(const SearchPolicy& policy,
                        const SearchRequest& request,
+                       ProcedureObserver& observer,
                        SearchResult& result)
     : policy_(policy),
       request_(request),
+      observer_(observer),
       result_(result),
       limit_(policy.ownLimit == SearchPolicy::LimitOfRequest ? request.sizeLimit : policy.ownLimit),
       lower_(policy.lowerBracket),
@@ -74,10 +77,7 @@ SizeSearch::SizeSearch(const SearchPolicy& policy,
   if (Refused()) {
     return;
   }
-  bar_ = request_.showProgress && policy_.title != text::None;
-  if (bar_) {
-    ProgressStart(LoadText(policy_.title), kBarCount);
-  }
+  bar_ = policy_.title != Said::Nothing && observer_.Open(policy_.title, kBarCount);
   if (policy_.smallestDesign == SmallestDesign::NotTried) {
     ChooseFirstTrial();
   } else {
@@ -89,12 +89,13 @@ SizeSearch::SizeSearch(const SearchPolicy& policy,
 bool SizeSearch::Refused() {
   const std::int16_t form =
       policy_.nullForm == SearchPolicy::FormOfRequest ? request_.form : policy_.nullForm;
-  const std::int16_t refusal =
-      NullHypothesisCheck(request_.parent, request_.effect, form, policy_.nullTolerance, 1);
-  if (refusal != 0) {
+  Refusal refusal;
+  const std::int16_t result =
+      NullHypothesisCheck(request_.effect, form, policy_.nullTolerance, 1, refusal);
+  if (result != 0) {
     // Kept: the status of two variances reads as "too large" or "cancelled" though neither
     // happened.
-    FinishWithout(policy_.statusOfNullCheck ? int{refusal} : int{SearchNullTrue});
+    FinishWithout(policy_.statusOfNullCheck ? int{result} : int{SearchNullTrue}, refusal);
     return true;
   }
   const double goal = request_.powerGoal;
@@ -263,11 +264,7 @@ bool SizeSearch::ApplyCandidateRule(std::int64_t& candidate) {
 }
 
 bool SizeSearch::CancelledNow() {
-  if (!bar_) {
-    return false;
-  }
-  ProgressStep(static_cast<int>(trials_));
-  return BreakRequested();
+  return bar_ && observer_.Advance(static_cast<std::int32_t>(trials_));
 }
 
 void SizeSearch::Finish(std::int64_t requiredSize, double actualPower) {
@@ -275,21 +272,20 @@ void SizeSearch::Finish(std::int64_t requiredSize, double actualPower) {
   result_ = {requiredSize, actualPower, status_};
 }
 
-void SizeSearch::FinishWithout(int status) {
+void SizeSearch::FinishWithout(int status, const Refusal& refusal) {
   CloseBar();
-  result_ = {SizeFailure, NumericFailure, status};
+  result_ = {SizeFailure, NumericFailure, status, refusal};
 }
 
 void SizeSearch::FinishTooLarge(double power) {
-  FinishWithout(SearchTooLarge);
+  // Kept: the words speak of N also where the size is degrees of freedom.
+  FinishWithout(SearchTooLarge, {Said::SearchTooLarge, {request_.sizeLimit}});
   if (policy_.tooLargeResult == TooLargeResult::SizeAndPower) {
     result_.requiredSize = size_;
   }
   if (policy_.tooLargeResult != TooLargeResult::Nothing) {
     result_.actualPower = power;
   }
-  // Kept: the words speak of N also where the size is degrees of freedom.
-  ShowMessage(MessageStopIcon, request_.parent, text::SearchTooLarge, {request_.sizeLimit});
 }
 
 void SizeSearch::FinishCancelled() {
@@ -299,50 +295,43 @@ void SizeSearch::FinishCancelled() {
   } else {
     FinishWithout(SearchCancelled);
   }
-  ShowMessage(MessageStopIcon, request_.parent, text::CancelledAtRequest);
+  result_.refusal = {Said::CancelledAtRequest};
 }
 
 void SizeSearch::CloseBar() {
   phase_ = Phase::Done;
   if (bar_) {
-    ProgressStop();
+    observer_.Stop();
     bar_ = false;
   }
 }
 
-bool BracketBisect::Refused() const {
-  return NullHypothesisCheck(request_.parent, request_.effect, request_.form,
-                             BracketBisectTolerance, 1) != 0;
+bool BracketBisect::Refused(Refusal& refusal) const {
+  return NullHypothesisCheck(request_.effect, request_.form, BracketBisectTolerance, 1, refusal) !=
+         0;
 }
 
-void BracketBisect::OpenBar(TextId title) const {
-  if (request_.showProgress) {
-    ProgressStart(LoadText(title), kBracketBisectBarCount);
-  }
-}
+void BracketBisect::OpenBar(Said title) { bar_ = observer_.Open(title, kBracketBisectBarCount); }
 
 bool BracketBisect::CancelledNow() {
   ++trials_;
-  if (request_.showProgress) {
-    ProgressStep(trials_);
-  }
-  return BreakRequested();
+  return bar_ ? observer_.Advance(trials_) : observer_.StopRequested();
 }
 
-void BracketBisect::CloseBar() const {
-  if (request_.showProgress) {
-    ProgressStop();
+void BracketBisect::CloseBar() {
+  if (bar_) {
+    observer_.Stop();
   }
 }
 
-SearchResult BracketBisect::End(std::int64_t size, double power) const {
+SearchResult BracketBisect::End(std::int64_t size, double power) {
   CloseBar();
   return {size, power, SearchOk};
 }
 
-SearchResult BracketBisect::EndWithout(int status) const {
+SearchResult BracketBisect::EndWithout(int status, const Refusal& refusal) {
   CloseBar();
-  return {SizeFailure, NumericFailure, status};
+  return {SizeFailure, NumericFailure, status, refusal};
 }
 
 }  // namespace poweranalysis

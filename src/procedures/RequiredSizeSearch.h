@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "distributions/Common.h"
-#include "frame/Services.h"
+#include "procedures/ProcedureObserver.h"
 
 // The searches for the smallest size (sample size or degrees of freedom) whose power exceeds a
 // goal, and the guard against a true null hypothesis that every procedure calls first.
@@ -22,24 +22,23 @@ inline constexpr std::int16_t H0Zero = 3;       // "= 0", in the families that h
 //
 //   0  neither: go on
 //   1  true: the effect is 0 (forms 0 and 3), not above 0 (form 1) or not below 0 (form 2). The
-//   text
-//      NullHypothesisTrue was shown over `parent`.
-//   2  |effect| < tolerance. The text NullHypothesisNearlyTrue was shown.
+//      refusal says NullHypothesisTrue.
+//   2  |effect| < tolerance. The refusal says NullHypothesisNearlyTrue and the tolerance.
 //
 // Domain: any effect and form. An unknown form has no true null, and |effect| = tolerance passes.
-// Fails:  never.
-std::int16_t NullHypothesisCheck(WindowHandle parent,
-                                 double effect,
+// Fails:  never. An effect that passes leaves the refusal empty.
+std::int16_t NullHypothesisCheck(double effect,
                                  std::int16_t form,
                                  double tolerance,
-                                 std::int16_t useTolerance);
+                                 std::int16_t useTolerance,
+                                 Refusal& refusal);
 
 enum SearchStatus : int {
   SearchOk = 0,
-  SearchTooLarge = 1,        // the size limit was passed; a message said so
-  SearchCancelled = 2,       // the user stopped the search; a message said so
-  SearchNullTrue = 3,        // NullHypothesisCheck refused and spoke
-  SearchGoalOutOfRange = 4,  // silent
+  SearchTooLarge = 1,        // the size limit was passed, and the refusal says so
+  SearchCancelled = 2,       // the user stopped the search, and the refusal says so
+  SearchNullTrue = 3,        // the refusal is that of NullHypothesisCheck
+  SearchGoalOutOfRange = 4,  // without a word
 };
 
 // What a search gives. Without an answer both numbers are the missing value of their kind.
@@ -47,6 +46,7 @@ struct SearchResult {
   std::int64_t requiredSize = SizeFailure;
   double actualPower = NumericFailure;
   int status = SearchOk;
+  Refusal refusal{};
 };
 
 // What one search is asked. `effect` and `form` feed NullHypothesisCheck, and `start` is the
@@ -57,8 +57,6 @@ struct SearchRequest {
   double powerGoal = 0;
   double start = 0;
   std::int64_t sizeLimit = 0;
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // A candidate above the limit...
@@ -111,7 +109,7 @@ struct SearchPolicy {
   // --- The endings.
   TooLargeResult tooLargeResult = TooLargeResult::Nothing;
   bool keepsResultsWhenCancelled = false;
-  TextId title = text::None;  // of the progress bar; None: no progress and no cancellation
+  Said title = Said::Nothing;  // of the progress bar; none: no progress and no cancellation
 };
 
 enum class SearchMember : std::size_t {
@@ -132,7 +130,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .firstStep = 2,
      .candidateRule = CandidateRule::Fails,
      .shortTrialRule = ShortTrialRule::AboveLimit,
-     .title = text::SearchingForN},
+     .title = Said::SearchingForN},
     // SearchMember::PlannedContrast
     // Kept: `lower` starts at 2 and the start is not raised, so that the least answer of an
     // estimate
@@ -144,7 +142,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .lowerBracket = 2,
      .candidateRule = CandidateRule::MarksTooLarge,
      .shortTrialRule = ShortTrialRule::AboveLimit,
-     .title = text::SearchingForN},
+     .title = Said::SearchingForN},
     // SearchMember::OneWayAnova
     {.nullTolerance = .01,
      .nullForm = H0AtMost,
@@ -155,7 +153,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .resetOnlyUpward = true,
      .tooLargeResult = TooLargeResult::SizeAndPower,
      .keepsResultsWhenCancelled = true,
-     .title = text::SearchingForN},
+     .title = Said::SearchingForN},
     // SearchMember::TwoWayAnova
     {.nullTolerance = .01,
      .nullForm = H0AtMost,
@@ -166,7 +164,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .resetOnlyUpward = true,
      .tooLargeResult = TooLargeResult::PowerOnly},
     // SearchMember::OneVariance
-    // Kept: the limit is a number of this member's own, though its message tells the request's.
+    // Kept: the limit is a number of this member's own, though its refusal tells the request's.
     {.nullTolerance = .02,
      .smallestDesign = SmallestDesign::AboveGoal,
      .firstTrialFloor = 1,
@@ -174,7 +172,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .candidateRule = CandidateRule::CutToLimit,
      .shortTrialRule = ShortTrialRule::AtLimit,
      .lowStop = 0,
-     .title = text::SearchingForDf},
+     .title = Said::SearchingForDf},
     // SearchMember::TwoVariances
     // Kept: the twin of the member above accepts equality at the smallest design and names its bar
     // after N.
@@ -184,7 +182,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .firstTrialFloor = 2,
      .candidateRule = CandidateRule::CutToLimit,
      .shortTrialRule = ShortTrialRule::AtLimit,
-     .title = text::SearchingForN},
+     .title = Said::SearchingForN},
 }};
 
 constexpr const SearchPolicy& PolicyOf(SearchMember member) {
@@ -196,7 +194,10 @@ constexpr const SearchPolicy& PolicyOf(SearchMember member) {
 class SizeSearch {
  public:
   // Refuses, opens the bar and chooses the first trial.
-  SizeSearch(const SearchPolicy& policy, const SearchRequest& request, SearchResult& result);
+  SizeSearch(const SearchPolicy& policy,
+             const SearchRequest& request,
+             ProcedureObserver& observer,
+             SearchResult& result);
 
   bool running() const { return phase_ != Phase::Done; }
   std::int64_t size() const { return size_; }
@@ -221,13 +222,14 @@ class SizeSearch {
   bool CancelledNow();
 
   void Finish(std::int64_t requiredSize, double actualPower);
-  void FinishWithout(int status);
+  void FinishWithout(int status, const Refusal& refusal = {});
   void FinishTooLarge(double power);
   void FinishCancelled();
   void CloseBar();
 
   const SearchPolicy& policy_;
   const SearchRequest& request_;
+  ProcedureObserver& observer_;
   SearchResult& result_;
   Phase phase_ = Phase::First;
   bool bar_ = false;
@@ -254,18 +256,20 @@ class SizeSearch {
 // once a trial and never for a size below the policy's smallest.
 //
 // Domain: any request. result.requiredSize and result.actualPower are read by nobody; one ending (a
-//         cancelled one-way ANOVA) leaves them as they stood.
-// Fails:  result.status, a SearchStatus (for two variances the refusal of NullHypothesisCheck, 1 or
-// 2),
-//         with both numbers missing; past the limit one-way ANOVA leaves size and power and two-way
-//         ANOVA the power of the limit. A planned contrast may end with an answer and
-//         SearchTooLarge.
+//         cancelled one-way ANOVA) leaves them as they stood. The bar is the observer's; a search
+//         without one cannot be stopped.
+// Fails:  result.status, a SearchStatus (for two variances the result of NullHypothesisCheck, 1 or
+//         2), with both numbers missing; past the limit one-way ANOVA leaves size and power and
+//         two-way ANOVA the power of the limit. result.refusal says why, for a goal out of range
+//         nothing. A planned contrast may end with an answer and SearchTooLarge, and nothing to
+//         say.
 template <class PowerAt>
 void RequiredSizeSearch(const SearchPolicy& policy,
                         const SearchRequest& request,
                         PowerAt&& powerAt,
+                        ProcedureObserver& observer,
                         SearchResult& result) {
-  SizeSearch search(policy, request, result);
+  SizeSearch search(policy, request, observer, result);
   while (search.running()) {
     search.Record(search.evaluable() ? powerAt(search.size()) : NumericFailure);
   }
@@ -274,9 +278,10 @@ void RequiredSizeSearch(const SearchPolicy& policy,
 template <class PowerAt>
 SearchResult RequiredSizeSearch(SearchMember member,
                                 const SearchRequest& request,
-                                PowerAt&& powerAt) {
+                                PowerAt&& powerAt,
+                                ProcedureObserver& observer) {
   SearchResult result;
-  RequiredSizeSearch(PolicyOf(member), request, powerAt, result);
+  RequiredSizeSearch(PolicyOf(member), request, powerAt, observer, result);
   return result;
 }
 
@@ -289,8 +294,6 @@ struct BracketBisectRequest {
   std::int16_t form = H0TwoTailed;
   double powerGoal = 0;
   std::int64_t predictors = 2;
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // Steps of BracketBisectSearch that do not depend on the power function.
@@ -298,22 +301,25 @@ class BracketBisect {
  public:
   static constexpr std::int64_t LargestSize = 100000000;
 
-  explicit BracketBisect(const BracketBisectRequest& request) : request_(request) {}
+  BracketBisect(const BracketBisectRequest& request, ProcedureObserver& observer)
+      : request_(request), observer_(observer) {}
 
-  bool Refused() const;
+  bool Refused(Refusal& refusal) const;
   bool Reaches(double power) const { return power >= request_.powerGoal; }
   bool Exceeds(double power) const { return power > request_.powerGoal; }
-  void OpenBar(TextId title) const;
-  // Moves the bar and polls for a break, with or without a bar.
+  void OpenBar(Said title);
+  // Moves the bar and asks whether to stop, with or without a bar.
   bool CancelledNow();
-  SearchResult End(std::int64_t size, double power) const;
-  // Without an answer, and without a message of its own.
-  SearchResult EndWithout(int status) const;
+  SearchResult End(std::int64_t size, double power);
+  // Without an answer. Only a refused null has a refusal.
+  SearchResult EndWithout(int status, const Refusal& refusal = {});
 
  private:
-  void CloseBar() const;
+  void CloseBar();
 
   const BracketBisectRequest& request_;
+  ProcedureObserver& observer_;
+  bool bar_ = false;
   int trials_ = 0;
 };
 
@@ -321,17 +327,20 @@ class BracketBisect {
 // predictors + 2 and 5 predictors, then bisect.
 //
 // Domain: predictors >= 1; powerAt maps a size to a power, where NumericFailure and NaN fall short.
-// Fails:  status 1 for a refused null, and when no size up to BracketBisect::LargestSize reaches
-// the goal;
-//         status 2 for a cancellation. Both are silent but for the message of NullHypothesisCheck.
+// Fails:  status 1 for a null that NullHypothesisCheck refuses, with its refusal, and, without one,
+//         when no size up to BracketBisect::LargestSize reaches the goal; status 2 for a
+//         cancellation, without one either.
 template <class PowerAt>
-SearchResult BracketBisectSearch(const BracketBisectRequest& request, PowerAt&& powerAt) {
+SearchResult BracketBisectSearch(const BracketBisectRequest& request,
+                                 PowerAt&& powerAt,
+                                 ProcedureObserver& observer) {
   constexpr std::int64_t kLeastStride = 10;
-  BracketBisect search(request);
-  if (search.Refused()) {
-    return search.EndWithout(SearchTooLarge);
+  BracketBisect search(request, observer);
+  Refusal refusal;
+  if (search.Refused(refusal)) {
+    return search.EndWithout(SearchTooLarge, refusal);
   }
-  search.OpenBar(text::SearchingForUpperBound);
+  search.OpenBar(Said::SearchingForUpperBound);
   std::int64_t low = request.predictors + 2;
   const double lowPower = powerAt(low);
   if (search.Reaches(lowPower)) {
@@ -353,7 +362,7 @@ SearchResult BracketBisectSearch(const BracketBisectRequest& request, PowerAt&& 
     }
   }
 
-  search.OpenBar(text::SearchingForN);
+  search.OpenBar(Said::SearchingForN);
   // Kept: the remainders that the halving drops can leave the answer a few above the smallest size.
   std::int64_t width = high - low;
   while (width >= 1) {

@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 
-#include "procedures/BreakObserver.h"
-
 namespace poweranalysis {
 
 namespace {
@@ -17,8 +15,8 @@ std::int16_t EffectiveForm(std::int16_t form, double c2) {
 }
 
 // Of a test with its effective form.
-CriticalPair CriticalsOf(const SquaredCorrelationTest& test) {
-  BreakObserver observer;
+CriticalPair CriticalsOf(const SquaredCorrelationTest& test, ProcedureObserver& procedure) {
+  EvaluationObserver observer(procedure);
   int failure = ProcedureOk;
   CriticalPair pair = FindCriticals(test.form, [&](std::int16_t side) {
     int ownFailure = ProcedureOk;
@@ -38,8 +36,9 @@ CriticalPair CriticalsOf(const SquaredCorrelationTest& test) {
 double PowerBeyond(const SquaredCorrelationTest& test,
                    const CriticalPair& criticals,
                    double rho2,
-                   int& err) {
-  BreakObserver observer;
+                   int& err,
+                   ProcedureObserver& procedure) {
+  EvaluationObserver observer(procedure);
   err = criticals.failure;
   const double power = RejectionProbability(test.form, criticals, [&](double c) {
     // A sum that ended too early is no probability either.
@@ -56,8 +55,9 @@ double PowerBeyond(const SquaredCorrelationTest& test,
 // The powers of a search, each computed once: its halving comes back to sizes that it has tried.
 class PowersOfASearch {
  public:
-  explicit PowersOfASearch(const SquaredCorrelationSizeRequest& request)
+  PowersOfASearch(const SquaredCorrelationSizeRequest& request, ProcedureObserver& observer)
       : request_(request),
+        observer_(observer),
         form_(EffectiveForm(request.form, request.c2)),
         against_(form_ == H0Zero && request.rho2 < request.c2) {}
 
@@ -95,12 +95,14 @@ class PowersOfASearch {
     const SquaredCorrelationTest test = {n,           request_.k,         request_.alpha,
                                          request_.c2, request_.algorithm, form_};
     int err = ProcedureOk;
-    const double power = PowerBeyond(test, CriticalsOf(test), request_.rho2, err);
+    const double power =
+        PowerBeyond(test, CriticalsOf(test, observer_), request_.rho2, err, observer_);
     cancelled_ = err == kCancelled;
     return power;
   }
 
   const SquaredCorrelationSizeRequest& request_;
+  ProcedureObserver& observer_;
   std::int16_t form_;
   bool against_;
   bool fallen_ = false;
@@ -111,14 +113,15 @@ class PowersOfASearch {
 
 }  // namespace
 
-double SquaredCorrelationPower(WindowHandle parent,
-                               const SquaredCorrelationTest& test,
+double SquaredCorrelationPower(const SquaredCorrelationTest& test,
                                double rho2,
                                int& err,
-                               SquaredCorrelationCriticalCache& criticals) {
+                               Refusal& refusal,
+                               SquaredCorrelationCriticalCache& criticals,
+                               ProcedureObserver& observer) {
   err = ProcedureOk;
-  if (NullHypothesisCheck(parent, rho2 - test.c2, test.form, SquaredCorrelationTolerance,
-                          kExactly) != 0) {
+  if (NullHypothesisCheck(rho2 - test.c2, test.form, SquaredCorrelationTolerance, kExactly,
+                          refusal) != 0) {
     return NumericFailure;
   }
   SquaredCorrelationTest effective = test;
@@ -129,31 +132,36 @@ double SquaredCorrelationPower(WindowHandle parent,
   if (test.k >= test.n) {
     return NumericFailure;
   }
-  return PowerBeyond(effective, criticals.Find(effective, CriticalsOf), rho2, err);
+  const auto criticalsOf = [&](const SquaredCorrelationTest& of) {
+    return CriticalsOf(of, observer);
+  };
+  return PowerBeyond(effective, criticals.Find(effective, criticalsOf), rho2, err, observer);
 }
 
-double SquaredCorrelationPower(WindowHandle parent,
-                               std::int64_t n,
+double SquaredCorrelationPower(std::int64_t n,
                                std::int32_t k,
                                double alpha,
                                double rho2,
                                double c2,
                                std::int16_t algorithm,
                                std::int16_t form,
-                               int& err) {
+                               int& err,
+                               Refusal& refusal,
+                               ProcedureObserver& observer) {
   SquaredCorrelationCriticalCache criticals;
-  return SquaredCorrelationPower(parent, {n, k, alpha, c2, algorithm, form}, rho2, err, criticals);
+  return SquaredCorrelationPower({n, k, alpha, c2, algorithm, form}, rho2, err, refusal, criticals,
+                                 observer);
 }
 
-SearchResult SquaredCorrelationRequiredN(const SquaredCorrelationSizeRequest& request) {
+SearchResult SquaredCorrelationRequiredN(const SquaredCorrelationSizeRequest& request,
+                                         ProcedureObserver& observer) {
   const BracketBisectRequest search{.effect = request.rho2 - request.c2,
                                     .form = request.form,
                                     .powerGoal = request.powerGoal,
-                                    .predictors = request.k,
-                                    .showProgress = request.showProgress,
-                                    .parent = request.parent};
-  PowersOfASearch powers(request);
-  SearchResult result = BracketBisectSearch(search, [&](std::int64_t n) { return powers.At(n); });
+                                    .predictors = request.k};
+  PowersOfASearch powers(request, observer);
+  SearchResult result = BracketBisectSearch(
+      search, [&](std::int64_t n) { return powers.At(n); }, observer);
   if (powers.cancelled()) {
     result = {SizeFailure, NumericFailure, SearchCancelled};
   }

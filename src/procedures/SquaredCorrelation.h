@@ -37,25 +37,27 @@ using SquaredCorrelationCriticalCache = CriticalCache<SquaredCorrelationTest>;
 // Domain: n < 2^31, k >= 2, 0 <= rho2, c2 < 1, 0 < alpha < 1. Where rho2 = c2 passes the null
 // check,
 //         under an unknown form, the power is alpha.
-// Fails:  NumericFailure when NullHypothesisCheck of rho2 - c2 refuses (its message has been shown)
-//         and, in silence, for n <= k, both with `err` 0. NumericFailure with `err` nonzero when
-//         the distribution fails (2: the user asked to stop) and for an unknown form.
-double SquaredCorrelationPower(WindowHandle parent,
-                               std::int64_t n,
+// Fails:  NumericFailure when NullHypothesisCheck of rho2 - c2 refuses, with its refusal, and,
+//         without a word, for n <= k, both with `err` 0. NumericFailure with `err` nonzero when the
+//         distribution fails (2: the user asked to stop) and for an unknown form.
+double SquaredCorrelationPower(std::int64_t n,
                                std::int32_t k,
                                double alpha,
                                double rho2,
                                double c2,
                                std::int16_t algorithm,
                                std::int16_t form,
-                               int& err);
+                               int& err,
+                               Refusal& refusal,
+                               ProcedureObserver& observer);
 
 // The same for the points of a curve, which keep their critical values in the cache.
-double SquaredCorrelationPower(WindowHandle parent,
-                               const SquaredCorrelationTest& test,
+double SquaredCorrelationPower(const SquaredCorrelationTest& test,
                                double rho2,
                                int& err,
-                               SquaredCorrelationCriticalCache& criticals);
+                               Refusal& refusal,
+                               SquaredCorrelationCriticalCache& criticals,
+                               ProcedureObserver& observer);
 
 // What is asked of a required-size search.
 struct SquaredCorrelationSizeRequest {
@@ -66,8 +68,6 @@ struct SquaredCorrelationSizeRequest {
   std::int32_t k = 2;
   std::int16_t algorithm = R2Lee;
   std::int16_t form = H0TwoTailed;
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // A size N whose power reaches the goal, by BracketBisectSearch from k + 2 and 5 k.
@@ -76,9 +76,9 @@ struct SquaredCorrelationSizeRequest {
 // The
 //       tolerance of the null check is .05, far wider than elsewhere.
 // Domain: as SquaredCorrelationPower, 0 < powerGoal < 1.
-// Fails:  as BracketBisectSearch: status 1 for a refused null (its message has been shown) and for
-// a
-//         goal out of reach (silent), 2 for a cancellation (silent).
-SearchResult SquaredCorrelationRequiredN(const SquaredCorrelationSizeRequest& request);
+// Fails:  as BracketBisectSearch: status 1 for a refused null, with its refusal, and for a goal out
+//         of reach (without a word), 2 for a cancellation (without a word).
+SearchResult SquaredCorrelationRequiredN(const SquaredCorrelationSizeRequest& request,
+                                         ProcedureObserver& observer);
 
 }  // namespace poweranalysis

@@ -78,13 +78,13 @@ double LogRankPower(std::int64_t n, const LogRankTest& test, int& err, std::int6
 }
 
 std::int64_t LogRankRequiredN(
-    WindowHandle parent, const LogRankTest& test, double goal, std::int64_t& events, int& err) {
+    const LogRankTest& test, double goal, std::int64_t& events, int& err, Refusal& refusal) {
   err = 1;
   events = SizeFailure;
   // Kept: pi2 - pi1, so that form 1 asks for the larger rate in group 2, against the words of its
   // null hypothesis.
-  if (NullHypothesisCheck(parent, test.pi2 - test.pi1, test.form, SurvivalTolerance,
-                          kWithTolerance) != 0) {
+  if (NullHypothesisCheck(test.pi2 - test.pi1, test.form, SurvivalTolerance, kWithTolerance,
+                          refusal) != 0) {
     return SizeFailure;
   }
   int failure = 0;
@@ -118,9 +118,9 @@ double EventProbability(double lambda, double d, double t, double t0) {
 
 double ExponentialSurvivalPower(std::int64_t n,
                                 const ExponentialSurvivalTest& test,
-                                WindowHandle parent) {
-  if (NullHypothesisCheck(parent, test.lambda2 - test.lambda1, test.form, SurvivalTolerance,
-                          kExactly) != 0) {
+                                Refusal& refusal) {
+  if (NullHypothesisCheck(test.lambda2 - test.lambda1, test.form, SurvivalTolerance, kExactly,
+                          refusal) != 0) {
     return NumericFailure;
   }
   int failure = 0;
@@ -139,14 +139,14 @@ double ExponentialSurvivalPower(std::int64_t n,
   return std::isfinite(x) ? NormalCdf(x) : NumericFailure;
 }
 
-std::int64_t ExponentialSurvivalRequiredN(WindowHandle parent,
-                                          const ExponentialSurvivalTest& test,
+std::int64_t ExponentialSurvivalRequiredN(const ExponentialSurvivalTest& test,
                                           double goal,
-                                          int& err) {
+                                          int& err,
+                                          Refusal& refusal) {
   err = 1;
-  if (NullHypothesisCheck(parent, test.lambda2 - test.lambda1, test.form, SurvivalTolerance,
-                          kWithTolerance) != 0 ||
-      FollowUpCheck(parent, test.t, test.t0) != 0) {
+  if (NullHypothesisCheck(test.lambda2 - test.lambda1, test.form, SurvivalTolerance, kWithTolerance,
+                          refusal) != 0 ||
+      FollowUpCheck(test.t, test.t0, refusal) != 0) {
     return SizeFailure;
   }
   int failure = 0;
@@ -163,11 +163,12 @@ std::int64_t ExponentialSurvivalRequiredN(WindowHandle parent,
   return size;
 }
 
-std::int16_t FollowUpCheck(WindowHandle parent, std::int32_t t, std::int32_t t0) {
+std::int16_t FollowUpCheck(std::int32_t t, std::int32_t t0, Refusal& refusal) {
+  refusal = {};
   if (t >= t0) {
     return 0;
   }
-  ShowMessage(MessageStopIcon, parent, text::FollowUpTooShort);
+  refusal.text = Said::FollowUpTooShort;
   return 1;
 }
 

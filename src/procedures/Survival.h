@@ -29,7 +29,8 @@ struct LogRankTest {
 //
 // Source: Freedman, L. S. (1982). Statistics in Medicine 1, 121-129.
 // Domain: n >= 0, 0 < alpha < 1.
-// Fails:  NumericFailure, `err` 1 and `events` SizeFailure, in silence: a rate that is not inside
+// Fails:  NumericFailure, `err` 1 and `events` SizeFailure, without a word: a rate that is not
+// inside
 //         (0, 1), equal rates, a form other than 0 and 1.
 double LogRankPower(std::int64_t n, const LogRankTest& test, int& err, std::int64_t& events);
 
@@ -39,9 +40,9 @@ double LogRankPower(std::int64_t n, const LogRankTest& test, int& err, std::int6
 //
 // Source and domain: as above, and 0 < goal < 1.
 // Fails:  SizeFailure, `err` 1 and `events` SizeFailure: a null that NullHypothesisCheck refuses,
-//         with its message, and in silence as above.
+//         with its refusal, and without a word as above.
 std::int64_t LogRankRequiredN(
-    WindowHandle parent, const LogRankTest& test, double goal, std::int64_t& events, int& err);
+    const LogRankTest& test, double goal, std::int64_t& events, int& err, Refusal& refusal);
 
 // --- Exponential survival.
 
@@ -72,12 +73,12 @@ struct ExponentialSurvivalTest {
 //
 // Source: George, S. L. and Desu, M. M. (1974). Journal of Chronic Diseases 27, 15-24.
 // Domain: n >= 0, 0 < alpha < 1; t >= t0, which the dialogs see to.
-// Fails:  NumericFailure: a null that NullHypothesisCheck refuses, with its message, and in silence
-//         a parameter that is not above 0 or a negative dropout rate, a form other than 0 and 1,
-//         a result that is not finite.
+// Fails:  NumericFailure: a null that NullHypothesisCheck refuses, with its refusal, and without a
+//         word a parameter that is not above 0 or a negative dropout rate, a form other than 0 and
+//         1, a result that is not finite.
 double ExponentialSurvivalPower(std::int64_t n,
                                 const ExponentialSurvivalTest& test,
-                                WindowHandle parent);
+                                Refusal& refusal);
 
 // N of one group.
 //
@@ -85,13 +86,13 @@ double ExponentialSurvivalPower(std::int64_t n,
 //
 // Source and domain: as above, and 0 < goal < 1.
 // Fails:  SizeFailure and `err` 1: what NullHypothesisCheck or FollowUpCheck refuses, with its
-//         message, and in silence as above, or a size beyond 9e15.
-std::int64_t ExponentialSurvivalRequiredN(WindowHandle parent,
-                                          const ExponentialSurvivalTest& test,
+//         refusal, and without a word as above, or a size beyond 9e15.
+std::int64_t ExponentialSurvivalRequiredN(const ExponentialSurvivalTest& test,
                                           double goal,
-                                          int& err);
+                                          int& err,
+                                          Refusal& refusal);
 
-// Is t at least t0? 0 if so, and otherwise 1, with the message FollowUpTooShort.
-std::int16_t FollowUpCheck(WindowHandle parent, std::int32_t t, std::int32_t t0);
+// Is t at least t0? 0 if so, and otherwise 1, and the refusal says FollowUpTooShort.
+std::int16_t FollowUpCheck(std::int32_t t, std::int32_t t0, Refusal& refusal);
 
 }  // namespace poweranalysis

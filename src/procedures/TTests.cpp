@@ -91,19 +91,20 @@ SearchResult RequiredN(const SearchPolicy& policy,
                        const TSizeRequest& request,
                        double start,
                        CriticalTCache& criticals,
+                       ProcedureObserver& observer,
                        DesignAt designAt) {
   const SearchRequest search{.effect = request.es,
                              .form = request.form,
                              .powerGoal = request.powerGoal,
                              .start = start,
-                             .sizeLimit = request.sizeLimit,
-                             .showProgress = request.showProgress,
-                             .parent = request.parent};
+                             .sizeLimit = request.sizeLimit};
   const auto powerAt = [&](std::int64_t n) {
-    return TTestPower(request.parent, designAt(n), request.alpha, request.form, criticals);
+    return TrialPower(observer, [&](Refusal& refusal) {
+      return TTestPower(designAt(n), request.alpha, request.form, refusal, criticals);
+    });
   };
   SearchResult result;
-  RequiredSizeSearch(policy, search, powerAt, result);
+  RequiredSizeSearch(policy, search, powerAt, observer, result);
   return result;
 }
 
@@ -150,9 +151,8 @@ double CriticalTCache::Find(std::int32_t df, double alpha, std::int16_t form) {
   return entry.critical;
 }
 
-double TTestPower(
-    WindowHandle parent, double crit, std::int32_t df, double delta, std::int16_t form) {
-  if (NullHypothesisCheck(parent, delta, form, kNullTolerance, kExactly) != 0 ||
+double TTestPower(double crit, std::int32_t df, double delta, std::int16_t form, Refusal& refusal) {
+  if (NullHypothesisCheck(delta, form, kNullTolerance, kExactly, refusal) != 0 ||
       crit == NumericFailure) {
     return NumericFailure;
   }
@@ -171,13 +171,13 @@ double TTestPower(
   }
 }
 
-double TTestPower(WindowHandle parent,
-                  const TDesign& design,
+double TTestPower(const TDesign& design,
                   double alpha,
                   std::int16_t form,
+                  Refusal& refusal,
                   CriticalTCache& criticals) {
   const double crit = criticals.Find(design.df, alpha, form);
-  return TTestPower(parent, crit, design.df, design.delta, form);
+  return TTestPower(crit, design.df, design.delta, form, refusal);
 }
 
 double OneGroupStart(double es, double alpha, double powerGoal, std::int16_t form) {
@@ -188,24 +188,29 @@ double EqualGroupsStart(double es, double alpha, double powerGoal, std::int16_t 
   return 2 * std::trunc(NormalEstimate(es, alpha, powerGoal, form));
 }
 
-SearchResult OneGroupRequiredN(const TSizeRequest& request, CriticalTCache& criticals) {
+SearchResult OneGroupRequiredN(const TSizeRequest& request,
+                               CriticalTCache& criticals,
+                               ProcedureObserver& observer) {
   const double start = OneGroupStart(request.es, request.alpha, request.powerGoal, request.form);
-  return RequiredN(PolicyOf(SearchMember::TTest), request, start, criticals,
+  return RequiredN(PolicyOf(SearchMember::TTest), request, start, criticals, observer,
                    [&](std::int64_t n) { return OneGroupDesign(request.es, n); });
 }
 
 SearchResult TwoGroupsRequiredN(const TSizeRequest& request,
                                 std::int16_t nToVary,
                                 std::int64_t fixedN,
-                                CriticalTCache& criticals) {
+                                CriticalTCache& criticals,
+                                ProcedureObserver& observer) {
   switch (nToVary) {
     case NToVaryBoth:
       return RequiredN(PolicyOf(SearchMember::TTest), request,
                        EqualGroupsStart(request.es, request.alpha, request.powerGoal, request.form),
-                       criticals, [&](std::int64_t n) { return EqualGroupsDesign(request.es, n); });
+                       criticals, observer,
+                       [&](std::int64_t n) { return EqualGroupsDesign(request.es, n); });
     case NToVaryN1:
     case NToVaryN2:
       return RequiredN(kFixedGroupPolicy, request, FixedGroupStart(request, fixedN), criticals,
+                       observer,
                        [&](std::int64_t n) { return TwoGroupsDesign(request.es, n, fixedN); });
     default:
       // Kept: the range of the field is wider than its choices.

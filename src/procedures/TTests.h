@@ -77,17 +77,16 @@ class CriticalTCache {
 //
 // Source: Owen, D. B. (1965). Biometrika 52, 437-446.
 // Domain: df >= 1.
-// Fails:  NumericFailure when NullHypothesisCheck of delta refuses (its message has been shown),
-//         when crit is NumericFailure or when the distribution fails.
+// Fails:  NumericFailure when NullHypothesisCheck of delta refuses, with its refusal, when crit is
+//         NumericFailure or when the distribution fails.
 // Guard:  a delta beyond 1e15 in size counts as that.
-double TTestPower(
-    WindowHandle parent, double crit, std::int32_t df, double delta, std::int16_t form);
+double TTestPower(double crit, std::int32_t df, double delta, std::int16_t form, Refusal& refusal);
 
 // Power of a design, with the critical value out of the cache.
-double TTestPower(WindowHandle parent,
-                  const TDesign& design,
+double TTestPower(const TDesign& design,
                   double alpha,
                   std::int16_t form,
+                  Refusal& refusal,
                   CriticalTCache& criticals);
 
 // --- Required size.
@@ -99,8 +98,6 @@ struct TSizeRequest {
   double powerGoal = 0;
   std::int16_t form = H0TwoTailed;
   std::int64_t sizeLimit = 0;  // of the family's `Upper` record
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // Which group of two is sought, the field NToVary.
@@ -120,7 +117,9 @@ double EqualGroupsStart(double es, double alpha, double powerGoal, std::int16_t 
 //
 // Domain: as TTestPower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::TTest.
-SearchResult OneGroupRequiredN(const TSizeRequest& request, CriticalTCache& criticals);
+SearchResult OneGroupRequiredN(const TSizeRequest& request,
+                               CriticalTCache& criticals,
+                               ProcedureObserver& observer);
 
 // The smallest N of two means whose power exceeds the goal: per group, or of the group that
 // `nToVary` seeks while the other keeps `fixedN`.
@@ -132,7 +131,8 @@ SearchResult OneGroupRequiredN(const TSizeRequest& request, CriticalTCache& crit
 SearchResult TwoGroupsRequiredN(const TSizeRequest& request,
                                 std::int16_t nToVary,
                                 std::int64_t fixedN,
-                                CriticalTCache& criticals);
+                                CriticalTCache& criticals,
+                                ProcedureObserver& observer);
 
 // --- What the summary tables show.
 

@@ -152,13 +152,10 @@ double McNemarZ(const McNemarTest& test) {
 
 }  // namespace
 
-double TwoProportionPower(const TwoProportionTest& test,
-                          std::int64_t n1,
-                          std::int64_t n2,
-                          int& err,
-                          WindowHandle parent) {
-  err =
-      NullHypothesisCheck(parent, test.pi1 - test.pi2, test.form, TwoProportionTolerance, kExactly);
+double TwoProportionPower(
+    const TwoProportionTest& test, std::int64_t n1, std::int64_t n2, int& err, Refusal& refusal) {
+  err = NullHypothesisCheck(test.pi1 - test.pi2, test.form, TwoProportionTolerance, kExactly,
+                            refusal);
   if (err != 0) {
     return NumericFailure;
   }
@@ -218,39 +215,43 @@ void SetGroups(const TwoProportionSizeRequest& request, std::int64_t n, GroupSiz
 std::int64_t TwoProportionRequiredN(const TwoProportionSizeRequest& request,
                                     GroupSizes& groups,
                                     double& actualPower,
-                                    int& err) {
+                                    int& err,
+                                    Refusal& refusal) {
   actualPower = NumericFailure;
+  refusal = {};
   const TwoProportionTest& test = request.test;
   const double z = CriticalZOf(test, err);
   if (err != 0 || request.nToVary < NToVaryBoth || request.nToVary > NToVaryRatio) {
     err = 1;
     return SizeFailure;
   }
-  err = NullHypothesisCheck(request.parent, test.pi1 - test.pi2, test.form, TwoProportionTolerance,
-                            kWithTolerance);
+  err = NullHypothesisCheck(test.pi1 - test.pi2, test.form, TwoProportionTolerance, kWithTolerance,
+                            refusal);
   if (err != 0) {
     return SizeFailure;
   }
   GroupSizeSearch search(request, z, groups);
   if (search.Run() == SizeFailure) {
+    refusal.text = Said::SelectedGroupNotFound;
     return SizeFailure;
   }
   actualPower = search.power();
   return request.nToVary == NToVaryN2 ? groups.n2 : groups.n1;
 }
 
-std::int16_t McNemarParameterCheck(WindowHandle parent, double delta, double eta) {
+std::int16_t McNemarParameterCheck(double delta, double eta, Refusal& refusal) {
+  refusal = {};
   // Kept: the difference as it rounds, so that .1001 beside .1 falls short.
   if (eta - std::fabs(delta) >= TwoProportionTolerance) {
     return 0;
   }
-  ShowMessage(MessageStopIcon, parent, text::EtaTooSmall);
+  refusal.text = Said::EtaTooSmall;
   return 1;
 }
 
-double McNemarPower(WindowHandle parent, const McNemarTest& test, double n, int& err) {
-  err = NullHypothesisCheck(parent, test.delta, test.form, TwoProportionTolerance, kExactly);
-  if (err != 0 || McNemarParameterCheck(parent, test.delta, test.eta) != 0) {
+double McNemarPower(const McNemarTest& test, double n, int& err, Refusal& refusal) {
+  err = NullHypothesisCheck(test.delta, test.form, TwoProportionTolerance, kExactly, refusal);
+  if (err != 0 || McNemarParameterCheck(test.delta, test.eta, refusal) != 0) {
     return NumericFailure;
   }
   const double delta = std::fabs(test.delta);
@@ -260,14 +261,14 @@ double McNemarPower(WindowHandle parent, const McNemarTest& test, double n, int&
                    std::sqrt(eta * eta - delta * delta * (eta + 3) * .25));
 }
 
-double McNemarRequiredN(WindowHandle parent, const McNemarTest& test, double goal, int& err) {
+double McNemarRequiredN(const McNemarTest& test, double goal, int& err, Refusal& refusal) {
   err = 0;
-  if (NullHypothesisCheck(parent, test.delta, test.form, TwoProportionTolerance, kWithTolerance) !=
+  if (NullHypothesisCheck(test.delta, test.form, TwoProportionTolerance, kWithTolerance, refusal) !=
       0) {
     err = kMcNemarNullTrue;
     return NumericFailure;
   }
-  if (McNemarParameterCheck(parent, test.delta, test.eta) != 0) {
+  if (McNemarParameterCheck(test.delta, test.eta, refusal) != 0) {
     return NumericFailure;
   }
   const double delta = std::fabs(test.delta);

@@ -39,17 +39,17 @@ struct TwoProportionTest {
 //
 // Source: Fleiss, J. L. (1981). Statistical Methods for Rates and Proportions, 2nd ed., 38-45.
 // Domain: proportions of 0 to 1, 0 < alpha < 1. A group of fewer than one has power 0.
-// Fails:  NumericFailure, with `err` the result of NullHypothesisCheck (its message has been shown)
-//         or 1 for a form other than 0, 1 and 2.
+// Fails:  NumericFailure, with `err` the result of NullHypothesisCheck, with its refusal, or 1 for
+// a
+//         form other than 0, 1 and 2.
 double TwoProportionPower(
-    const TwoProportionTest& test, std::int64_t n1, std::int64_t n2, int& err, WindowHandle parent);
+    const TwoProportionTest& test, std::int64_t n1, std::int64_t n2, int& err, Refusal& refusal);
 
 struct TwoProportionSizeRequest {
   TwoProportionTest test = {};
   double powerGoal = 0;
   std::int16_t nToVary = NToVaryBoth;
   double ratio = 1;  // N1 / N2, read for NToVaryRatio alone
-  WindowHandle parent = nullptr;
 };
 
 // Sizes of the two groups. A fixed one is read, the others are written.
@@ -84,19 +84,20 @@ void SetGroups(const TwoProportionSizeRequest& request, std::int64_t n, GroupSiz
 //   Beside a fixed group the whole numbers skip sizes, so that a smaller one may do.
 //
 // Domain: as TwoProportionPower, and 0 < powerGoal < 1, ratio > 0.
-// Fails:  SizeFailure and `actualPower` NumericFailure. `err` is the result of NullHypothesisCheck
-//         (its message has been shown), or 1 for a form or a choice of groups that there is not; it
-//         is 0 when the passes did not suffice, of which the caller tells.
+// Fails:  SizeFailure and `actualPower` NumericFailure. `err` is the result of NullHypothesisCheck,
+//         with its refusal, or 1 without a word for a form or a choice of groups that there is not;
+//         it is 0 when the passes did not suffice, and the refusal says SelectedGroupNotFound.
 std::int64_t TwoProportionRequiredN(const TwoProportionSizeRequest& request,
                                     GroupSizes& groups,
                                     double& actualPower,
-                                    int& err);
+                                    int& err,
+                                    Refusal& refusal);
 
 // --- McNemar's test.
 
 // Does Eta, the proportion of discordant pairs, exceed |delta| by .0001? 0 if so, and otherwise 1,
-// with the message EtaTooSmall.
-std::int16_t McNemarParameterCheck(WindowHandle parent, double delta, double eta);
+// and the refusal says EtaTooSmall.
+std::int16_t McNemarParameterCheck(double delta, double eta, Refusal& refusal);
 
 struct McNemarTest {
   double delta = 0;  // difference of the two proportions
@@ -113,8 +114,8 @@ struct McNemarTest {
 // Source: Miettinen, O. S. (1968). Biometrics 24, 339-352.
 // Domain: n >= 0, 0 <= eta <= 1, 0 < alpha < 1.
 // Fails:  NumericFailure, with `err` the result of NullHypothesisCheck; `err` stays 0 when
-//         McNemarParameterCheck refuses. Either has shown its message.
-double McNemarPower(WindowHandle parent, const McNemarTest& test, double n, int& err);
+//         McNemarParameterCheck refuses. The refusal is that of the one or the other.
+double McNemarPower(const McNemarTest& test, double n, int& err, Refusal& refusal);
 
 // The whole number of pairs that reaches the goal, with no limit of its own.
 //
@@ -122,7 +123,7 @@ double McNemarPower(WindowHandle parent, const McNemarTest& test, double n, int&
 //
 // Source and domain: as McNemarPower.
 // Fails:  NumericFailure, with `err` -333 for a null that NullHypothesisCheck refuses; it stays 0
-//         when McNemarParameterCheck does. Either has shown its message.
-double McNemarRequiredN(WindowHandle parent, const McNemarTest& test, double goal, int& err);
+//         when McNemarParameterCheck does. The refusal is that of the one or the other.
+double McNemarRequiredN(const McNemarTest& test, double goal, int& err, Refusal& refusal);
 
 }  // namespace poweranalysis

@@ -53,17 +53,17 @@ double CriticalChiSquareCache::Find(std::int32_t df, double p, int& status) {
   return entry.critical;
 }
 
-double ChiSquareVariancePower(WindowHandle parent,
-                              double alpha,
+double ChiSquareVariancePower(double alpha,
                               std::int64_t df,
                               double var,
                               double var0,
                               std::int16_t form,
                               int& err,
+                              Refusal& refusal,
                               CriticalChiSquareCache& criticals) {
   constexpr double kTolerance = PolicyOf(SearchMember::OneVariance).nullTolerance;
   err = 1;
-  if (NullHypothesisCheck(parent, var - var0, form, kTolerance, kExactly) != 0 ||
+  if (NullHypothesisCheck(var - var0, form, kTolerance, kExactly, refusal) != 0 ||
       !(var >= 0 && var0 >= 0) || !HasBranch(form) || df < 1 || df > LargestChiSquareDf) {
     return NumericFailure;
   }
@@ -99,7 +99,8 @@ double OneVarianceStart(
 }
 
 SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
-                                   CriticalChiSquareCache& criticals) {
+                                   CriticalChiSquareCache& criticals,
+                                   ProcedureObserver& observer) {
   if (!HasBranch(request.form) || !(request.var >= 0 && request.var0 >= 0)) {
     return kNotServed;
   }
@@ -108,36 +109,37 @@ SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
                              .powerGoal = request.powerGoal,
                              .start = OneVarianceStart(request.var, request.var0, request.alpha,
                                                        request.powerGoal, request.form),
-                             .sizeLimit = request.sizeLimit,
-                             .showProgress = request.showProgress,
-                             .parent = request.parent};
+                             .sizeLimit = request.sizeLimit};
   const auto powerAt = [&](std::int64_t df) {
-    int err = 0;
-    return ChiSquareVariancePower(request.parent, request.alpha, df, request.var, request.var0,
-                                  request.form, err, criticals);
+    return TrialPower(observer, [&](Refusal& refusal) {
+      int err = 0;
+      return ChiSquareVariancePower(request.alpha, df, request.var, request.var0, request.form, err,
+                                    refusal, criticals);
+    });
   };
   constexpr std::int64_t kLimit = PolicyOf(SearchMember::OneVariance).ownLimit;
   return RequiredSizeSearch(SearchMember::OneVariance, search,
-                            SettledPower(powerAt, request.powerGoal, 1, kLimit));
+                            SettledPower(powerAt, request.powerGoal, 1, kLimit), observer);
 }
 
 // --- Two variances.
 
-double TwoVariancePower(WindowHandle parent,
-                        double ratio,
+double TwoVariancePower(double ratio,
                         double alpha,
                         std::int64_t df1,
                         std::int64_t df2,
                         std::int16_t form,
                         int& err,
                         std::int16_t algorithm,
+                        Refusal& refusal,
                         CriticalFCache& criticals) {
   constexpr double kTolerance = PolicyOf(SearchMember::TwoVariances).nullTolerance;
+  refusal = {};
   if (df1 < 1 || df2 < 1) {
     return NumericFailure;
   }
   err = 1;
-  if (NullHypothesisCheck(parent, ratio, form, kTolerance, kExactly) != 0 || !(ratio > 0) ||
+  if (NullHypothesisCheck(ratio, form, kTolerance, kExactly, refusal) != 0 || !(ratio > 0) ||
       !HasBranch(form)) {
     return NumericFailure;
   }
@@ -157,7 +159,8 @@ double TwoVariancesStart(double ratio, double alpha, double powerGoal, std::int1
 }
 
 SearchResult TwoVariancesRequiredDf(const TwoVariancesDfRequest& request,
-                                    CriticalFCache& criticals) {
+                                    CriticalFCache& criticals,
+                                    ProcedureObserver& observer) {
   const bool equalDf = request.dfToVary == DfToVaryBoth;
   if (!HasBranch(request.form) || !(equalDf || request.dfToVary == DfToVaryDf1)) {
     // Kept: the range of DfToVary is wider than its choices.
@@ -168,21 +171,21 @@ SearchResult TwoVariancesRequiredDf(const TwoVariancesDfRequest& request,
       .form = request.form,
       .powerGoal = request.powerGoal,
       .start = TwoVariancesStart(request.ratio, request.alpha, request.powerGoal, request.form),
-      .sizeLimit = request.sizeLimit,
-      .showProgress = request.showProgress,
-      .parent = request.parent};
+      .sizeLimit = request.sizeLimit};
   const auto powerAt = [&](std::int64_t df1) {
-    int err = 0;
-    return TwoVariancePower(request.parent, request.ratio, request.alpha, df1,
-                            equalDf ? df1 : request.fixedDf2, request.form, err, request.algorithm,
-                            criticals);
+    return TrialPower(observer, [&](Refusal& refusal) {
+      int err = 0;
+      return TwoVariancePower(request.ratio, request.alpha, df1, equalDf ? df1 : request.fixedDf2,
+                              request.form, err, request.algorithm, refusal, criticals);
+    });
   };
   if (request.form == H0AtLeast) {
     // Kept: every trial speaks.
-    return RequiredSizeSearch(SearchMember::TwoVariances, search, powerAt);
+    return RequiredSizeSearch(SearchMember::TwoVariances, search, powerAt, observer);
   }
   return RequiredSizeSearch(SearchMember::TwoVariances, search,
-                            SettledPower(powerAt, request.powerGoal, 1, request.sizeLimit));
+                            SettledPower(powerAt, request.powerGoal, 1, request.sizeLimit),
+                            observer);
 }
 
 }  // namespace poweranalysis

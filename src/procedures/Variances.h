@@ -52,16 +52,16 @@ class CriticalChiSquareCache {
 //
 // Source: Hays, W. L. (1988). Statistics, 4th ed., chapter 9. New York: Holt, Rinehart and Winston.
 // Domain: df >= 1, 0 < alpha < 1. A var of 0 makes r infinite.
-// Fails:  NumericFailure with `err` nonzero when NullHypothesisCheck of var - var0 refuses (its
-//         message has been shown), for a variance below 0, another form, and when a distribution
-//         fails. Otherwise `err` is the status of the last quantile.
-double ChiSquareVariancePower(WindowHandle parent,
-                              double alpha,
+// Fails:  NumericFailure with `err` nonzero when NullHypothesisCheck of var - var0 refuses, with
+//         its refusal, for a variance below 0, another form, and when a distribution fails.
+//         Otherwise `err` is the status of the last quantile.
+double ChiSquareVariancePower(double alpha,
                               std::int64_t df,
                               double var,
                               double var0,
                               std::int16_t form,
                               int& err,
+                              Refusal& refusal,
                               CriticalChiSquareCache& criticals);
 
 struct OneVarianceDfRequest {
@@ -70,9 +70,7 @@ struct OneVarianceDfRequest {
   double alpha = 0;
   double powerGoal = 0;
   std::int16_t form = H0TwoTailed;
-  std::int64_t sizeLimit = 0;  // of the family's `Upper` record; the message alone uses it
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
+  std::int64_t sizeLimit = 0;  // of the family's `Upper` record; the refusal alone uses it
 };
 
 // First estimate: the whole part of (sqrt(2 var^2) (z2 - (var0 / var) z1) / (var0 - var))^2 with
@@ -89,9 +87,10 @@ double OneVarianceStart(double var, double var0, double alpha, double powerGoal,
 // Domain: as ChiSquareVariancePower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::OneVariance; a variance below 0 and a form that
 // is
-//         not 0, 1 or 2 give SearchNullTrue in silence.
+//         not 0, 1 or 2 give SearchNullTrue without a word.
 SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
-                                   CriticalChiSquareCache& criticals);
+                                   CriticalChiSquareCache& criticals,
+                                   ProcedureObserver& observer);
 
 // --- Two variances.
 
@@ -109,16 +108,16 @@ SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
 // Source: Hays, W. L. (1988). Statistics, 4th ed., chapter 9. New York: Holt, Rinehart and Winston.
 // Domain: 0 < alpha < 1.
 // Fails:  NumericFailure: with `err` as it stood when a degree of freedom is below 1; with `err`
-//         nonzero when NullHypothesisCheck refuses (its message has been shown), for a ratio that
-//         is not above 0, another form, and when a distribution fails.
-double TwoVariancePower(WindowHandle parent,
-                        double ratio,
+//         nonzero when NullHypothesisCheck refuses, with its refusal, for a ratio that is not above
+//         0, another form, and when a distribution fails.
+double TwoVariancePower(double ratio,
                         double alpha,
                         std::int64_t df1,
                         std::int64_t df2,
                         std::int16_t form,
                         int& err,
                         std::int16_t algorithm,
+                        Refusal& refusal,
                         CriticalFCache& criticals);
 
 // The field DfToVary. Its range is wider than its choices.
@@ -136,8 +135,6 @@ struct TwoVariancesDfRequest {
   std::int64_t fixedDf2 = 0;  // unused for equal degrees of freedom
   std::int16_t algorithm = FExact;
   std::int64_t sizeLimit = 0;  // of the family's `Upper` record
-  bool showProgress = false;
-  WindowHandle parent = nullptr;
 };
 
 // First estimate: the whole part of 2 e^2, e = (a + NormalQuantile(powerGoal) R) / (R - 1), with R
@@ -149,13 +146,14 @@ double TwoVariancesStart(double ratio, double alpha, double powerGoal, std::int1
 // The smallest degrees of freedom, of both groups or of the first, whose power exceeds the goal; 1
 // when that reaches it.
 //
-// Kept: form 2 finds nothing. Every trial is refused as a true null, each with its message, until
-//       the limit ends the search.
+// Kept: form 2 finds nothing. Every trial is refused as a true null, and the observer is told each
+//       time, until the limit ends the search.
 //
 // Domain: as TwoVariancePower, and 0 < powerGoal < 1; fixedDf2 >= 1.
 // Fails:  as RequiredSizeSearch for SearchMember::TwoVariances; another `dfToVary` or form gives
-//         SearchNullTrue in silence.
+//         SearchNullTrue without a word.
 SearchResult TwoVariancesRequiredDf(const TwoVariancesDfRequest& request,
-                                    CriticalFCache& criticals);
+                                    CriticalFCache& criticals,
+                                    ProcedureObserver& observer);
 
 }  // namespace poweranalysis

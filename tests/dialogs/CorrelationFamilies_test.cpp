@@ -616,6 +616,7 @@ TEST_F(TwoCorrelations, AFixedGroupTooSmallCannotBeMadeUp) {
   host_.ClearMessages();
   EXPECT_EQ(host_.Press(605), 0);
   EXPECT_THAT(Items<Chart>(), IsEmpty());
+  EXPECT_THAT(MessageIds(), IsEmpty()) << "a plot leaves such points out without a word";
 }
 
 TEST_F(TwoCorrelations, ThereIsNoExactDistribution) {

@@ -48,10 +48,10 @@ TEST_F(AllocationsTest, DoNotHappenInsideASearch) {
   TSizeRequest request{.es = .2, .alpha = .05, .powerGoal = .8, .sizeLimit = 150000};
   CriticalTCache criticals;
   const std::size_t before = g_allocations;
-  const SearchResult one = OneGroupRequiredN(request, criticals);
-  const SearchResult both = TwoGroupsRequiredN(request, NToVaryBoth, 0, criticals);
+  const SearchResult one = OneGroupRequiredN(request, criticals, observer);
+  const SearchResult both = TwoGroupsRequiredN(request, NToVaryBoth, 0, criticals, observer);
   request.es = .5;
-  const SearchResult fixed = TwoGroupsRequiredN(request, NToVaryN1, 40, criticals);
+  const SearchResult fixed = TwoGroupsRequiredN(request, NToVaryN1, 40, criticals, observer);
   EXPECT_EQ(g_allocations, before);
   EXPECT_EQ(one.status, SearchOk);
   EXPECT_EQ(both.status, SearchOk);
@@ -73,24 +73,24 @@ double SizeOf(const SearchResult& result) {
 }
 
 TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfMeans) {
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     CriticalTCache criticals;
     return SizeOf(ContrastRequiredN(
         {.es = .25, .ss = 6, .groups = 3, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000},
-        criticals));
+        criticals, observer));
   });
   for (const std::int16_t model : {FixedEffects, RandomEffects}) {
-    FoundWithoutAllocation([model] {
+    FoundWithoutAllocation([this, model] {
       CriticalFCache criticals;
       return SizeOf(
           OneWayRequiredN({.test = {.groups = 4, .rmsse = .5, .alpha = .05, .model = model},
                            .committedAlpha = .05,
                            .powerGoal = .9,
                            .sizeLimit = 150000},
-                          criticals));
+                          criticals, observer));
     });
   }
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     CriticalFCache criticals;
     return SizeOf(TwoWayRequiredN({.rows = 2,
                                    .columns = 3,
@@ -99,87 +99,96 @@ TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfMeans) {
                                    .powerGoal = .9,
                                    .effect = InteractionEffect,
                                    .sizeLimit = 150000},
-                                  criticals));
+                                  criticals, observer));
   });
 }
 
 TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfVariances) {
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     CriticalChiSquareCache criticals;
     return SizeOf(OneVarianceRequiredDf(
-        {.var = 2, .var0 = 1, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000}, criticals));
+        {.var = 2, .var0 = 1, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000}, criticals,
+        observer));
   });
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     CriticalFCache criticals;
     return SizeOf(TwoVariancesRequiredDf(
-        {.ratio = 2, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000}, criticals));
+        {.ratio = 2, .alpha = .05, .powerGoal = .9, .sizeLimit = 150000}, criticals, observer));
   });
 }
 
 TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfCorrelations) {
   for (const std::int16_t algorithm :
        {CorrelationExact, CorrelationFisherZRefined, CorrelationFisherZCrude}) {
-    FoundWithoutAllocation([algorithm] {
+    FoundWithoutAllocation([this, algorithm] {
       return SizeOf(CorrelationRequiredN(
-          {.rho = .5, .rho0 = .1, .alpha = .05, .powerGoal = .8, .algorithm = algorithm}));
+          {.rho = .5, .rho0 = .1, .alpha = .05, .powerGoal = .8, .algorithm = algorithm},
+          observer));
     });
   }
-  FoundWithoutAllocation([] {
-    return SizeOf(
-        TwoCorrelationsRequiredN({.rho1 = .4, .rho2 = .1, .alpha = .05, .powerGoal = .8}));
+  FoundWithoutAllocation([this] {
+    return SizeOf(TwoCorrelationsRequiredN({.rho1 = .4, .rho2 = .1, .alpha = .05, .powerGoal = .8},
+                                           observer));
   });
   for (const std::int16_t algorithm : {R2Lee, R2Exact}) {
-    FoundWithoutAllocation([algorithm] {
+    FoundWithoutAllocation([this, algorithm] {
       return SizeOf(SquaredCorrelationRequiredN({.rho2 = .3,
                                                  .c2 = .1,
                                                  .alpha = .05,
                                                  .powerGoal = .8,
                                                  .k = 4,
                                                  .algorithm = algorithm,
-                                                 .form = H0AtMost}));
+                                                 .form = H0AtMost},
+                                                observer));
     });
   }
 }
 
 TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfProportions) {
   for (const std::int16_t algorithm : {ProportionExact, ProportionNormal}) {
-    FoundWithoutAllocation([algorithm] {
+    FoundWithoutAllocation([this, algorithm] {
       int err = 0;
-      return static_cast<double>(
-          OneProportionRequiredN(nullptr, .9, {.pi = .7, .pi0 = .5, .alpha = .05}, err, algorithm));
+      Refusal refusal;
+      return static_cast<double>(OneProportionRequiredN(.9, {.pi = .7, .pi0 = .5, .alpha = .05},
+                                                        err, algorithm, refusal, observer));
     });
   }
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     GroupSizes groups;
     double power = 0;
     int err = 0;
-    return static_cast<double>(TwoProportionRequiredN(
-        {.test = {.pi1 = .6, .pi2 = .5, .alpha = .05}, .powerGoal = .9}, groups, power, err));
+    Refusal refusal;
+    return static_cast<double>(
+        TwoProportionRequiredN({.test = {.pi1 = .6, .pi2 = .5, .alpha = .05}, .powerGoal = .9},
+                               groups, power, err, refusal));
   });
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     int err = 0;
-    return McNemarRequiredN(nullptr, {.delta = .1, .eta = .4, .alpha = .05}, .9, err);
+    Refusal refusal;
+    return McNemarRequiredN({.delta = .1, .eta = .4, .alpha = .05}, .9, err, refusal);
   });
 }
 
 TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfSurvivalAndModelFit) {
-  FoundWithoutAllocation([] {
+  FoundWithoutAllocation([this] {
     std::int64_t events = 0;
     int err = 0;
+    Refusal refusal;
     return static_cast<double>(
-        LogRankRequiredN(nullptr, {.pi1 = .5, .pi2 = .7, .alpha = .05}, .9, events, err));
+        LogRankRequiredN({.pi1 = .5, .pi2 = .7, .alpha = .05}, .9, events, err, refusal));
   });
   for (const double dropouts : {0.0, .1}) {
-    FoundWithoutAllocation([dropouts] {
+    FoundWithoutAllocation([this, dropouts] {
       int err = 0;
+      Refusal refusal;
       return static_cast<double>(ExponentialSurvivalRequiredN(
-          nullptr, {.lambda1 = .5, .lambda2 = .7, .d = dropouts, .t = 10, .t0 = 9, .alpha = .05},
-          .9, err));
+          {.lambda1 = .5, .lambda2 = .7, .d = dropouts, .t = 10, .t0 = 9, .alpha = .05}, .9, err,
+          refusal));
     });
   }
-  FoundWithoutAllocation([] {
-    return SizeOf(
-        ModelFitRequiredN({.r = .08, .r0 = .05, .alpha = .05, .powerGoal = .9, .df = 20}));
+  FoundWithoutAllocation([this] {
+    return SizeOf(ModelFitRequiredN({.r = .08, .r0 = .05, .alpha = .05, .powerGoal = .9, .df = 20},
+                                    observer));
   });
 }
 

@@ -41,7 +41,9 @@ class AnovaTest : public ProceduresTest {
   double crit = 0;
 
   double Contrast(std::int64_t groups, std::int64_t n, double alpha, double es, double ss) {
-    return ContrastPower(nullptr, groups, n, alpha, es, ss, criticalTs);
+    return HeardOf([&](Refusal& refusal) {
+      return ContrastPower(groups, n, alpha, es, ss, refusal, criticalTs);
+    });
   }
   double OneWay(const OneWayTest& test, std::int64_t n) {
     return OneWayPower(test, n, err, crit, criticalFs);
@@ -52,26 +54,28 @@ class AnovaTest : public ProceduresTest {
                 double rmsse,
                 std::int16_t effect,
                 double alpha) {
-    return TwoWayPower(nullptr, alpha, rows, columns, n, rmsse, FExact, effect, crit, err,
-                       criticalFs);
+    return HeardOf([&](Refusal& refusal) {
+      return TwoWayPower(alpha, rows, columns, n, rmsse, FExact, effect, crit, err, refusal,
+                         criticalFs);
+    });
   }
   SearchResult RequiredN(const ContrastSizeRequest& request) {
-    return ContrastRequiredN(request, criticalTs);
+    return Heard(ContrastRequiredN(request, criticalTs, observer));
   }
   SearchResult RequiredN(const OneWaySizeRequest& request) {
-    return OneWayRequiredN(request, criticalFs);
+    return Heard(OneWayRequiredN(request, criticalFs, observer));
   }
   SearchResult RequiredN(const TwoWaySizeRequest& request) {
-    return TwoWayRequiredN(request, criticalFs);
+    return Heard(TwoWayRequiredN(request, criticalFs, observer));
   }
 
-  // The sizes that a search tried, from the positions of its bar.
+  // The sizes that a search tried, from the observer.positions of its bar.
   template <class Request>
   std::size_t TrialsOf(Request request) {
-    request.showProgress = true;
-    positions.clear();
+    observer.showsBar = true;
+    observer.positions.clear();
     RequiredN(request);
-    return positions.size();
+    return observer.positions.size();
   }
 };
 
@@ -176,8 +180,9 @@ TEST_F(AnovaTest, BuildsADeltaFromTheWeightsOfAContrast) {
 TEST_F(AnovaTest, TakesAContrastForATwoTailedTTest) {
   const TDesign design = ContrastDesign(4, 16, -.75, 3);
   const double critical = CriticalT(design.df, .05, H0TwoTailed);
-  EXPECT_EQ(Contrast(4, 16, .05, -.75, 3),
-            TTestPower(nullptr, critical, design.df, design.delta, H0TwoTailed));
+  EXPECT_EQ(Contrast(4, 16, .05, -.75, 3), HeardOf([&](Refusal& refusal) {
+              return TTestPower(critical, design.df, design.delta, H0TwoTailed, refusal);
+            }));
   EXPECT_NEAR(Contrast(4, 16, .05, .75, 3), Contrast(4, 16, .05, -.75, 3), 1e-13);
 }
 
@@ -188,8 +193,9 @@ TEST_F(AnovaTest, RefusesAContrastWithoutEffect) {
   ExpectMissing(RequiredN(request), SearchNullTrue);
   request.es = .009;
   ExpectMissing(RequiredN(request), SearchNullTrue);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12874));
-  EXPECT_THAT(host.boxes[2].text, HasSubstr("tolerance of 0.01 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(2), .01);
 }
 
 TEST_F(AnovaTest, SearchesAContrastAtTheTolerance) {
@@ -214,7 +220,7 @@ TEST_F(AnovaTest, GivesAContrastOfWeightsNextToNothingThePowerOne) {
     }
   }
   EXPECT_EQ(Contrast(3, 24, .05, 0, 5e-324), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
 }
 
 TEST_F(AnovaTest, StartsAContrastFromTheNormalEstimate) {
@@ -256,28 +262,24 @@ TEST_F(AnovaTest, AnswersTwoForAContrastWhoseEstimateIsTwo) {
 
 TEST_F(AnovaTest, FailsAtOnceForAContrastWhoseEstimateIsAboveTheLimit) {
   for (const double ss : {1e4, 1e30}) {
-    host.boxes.clear();
+    observer.remarks.clear();
     ContrastSizeRequest request{
         .es = .01, .ss = ss, .groups = 3, .alpha = .05, .powerGoal = .9, .sizeLimit = kLimit};
     ExpectMissing(RequiredN(request), SearchTooLarge);
     EXPECT_EQ(TrialsOf(request), 0U);
-    EXPECT_THAT(Shown(), ElementsAre(12381, 12381));
-    EXPECT_THAT(host.boxes[0].text, HasSubstr("(greater than 150000)"));
+    EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge, Said::SearchTooLarge));
+    EXPECT_EQ(SizeIn(0), 150000);
   }
 }
 
 TEST_F(AnovaTest, CancelsTheSearchOfAContrast) {
-  host.cancelled = [] { return true; };
-  const ContrastSizeRequest request{.es = .25,
-                                    .ss = 6,
-                                    .groups = 3,
-                                    .alpha = .05,
-                                    .powerGoal = .9,
-                                    .sizeLimit = kLimit,
-                                    .showProgress = true};
+  observer.showsBar = true;
+  observer.stop = [] { return true; };
+  const ContrastSizeRequest request{
+      .es = .25, .ss = 6, .groups = 3, .alpha = .05, .powerGoal = .9, .sizeLimit = kLimit};
   ExpectMissing(RequiredN(request), SearchCancelled);
-  EXPECT_THAT(Shown(), ElementsAre(12865));
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest));
+  EXPECT_FALSE(observer.barOpen);
 }
 
 // --- One-way analysis of variance.
@@ -300,7 +302,7 @@ TEST_F(AnovaTest, DoesNotCheckTheNullOfAOneWayAnalysis) {
 
 TEST_F(AnovaTest, ChecksTheNullOfAOneWaySearch) {
   for (const std::int16_t model : {FixedEffects, RandomEffects}) {
-    host.boxes.clear();
+    observer.remarks.clear();
     OneWaySizeRequest request{.test = {.groups = 3, .rmsse = 0, .alpha = .05, .model = model},
                               .committedAlpha = .05,
                               .powerGoal = .9,
@@ -308,8 +310,8 @@ TEST_F(AnovaTest, ChecksTheNullOfAOneWaySearch) {
     ExpectMissing(RequiredN(request), SearchNullTrue);
     request.test.rmsse = .0099;
     ExpectMissing(RequiredN(request), SearchNullTrue);
-    EXPECT_THAT(Shown(), ElementsAre(12873, 12874));
-    EXPECT_THAT(host.boxes[1].text, HasSubstr("tolerance of 0.01 of"));
+    EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue));
+    EXPECT_EQ(ToleranceIn(1), .01);
   }
 }
 
@@ -381,18 +383,18 @@ TEST_F(AnovaTest, LeavesSizeAndPowerOfTheLimitWhenAOneWaySizeIsTooLarge) {
   EXPECT_EQ(result.status, SearchTooLarge);
   EXPECT_EQ(result.requiredSize, kLimit);
   EXPECT_EQ(result.actualPower, OneWay(request.test, kLimit));
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 TEST_F(AnovaTest, CancelsAOneWaySearch) {
-  host.cancelled = [] { return true; };
+  observer.showsBar = true;
+  observer.stop = [] { return true; };
   const OneWaySizeRequest request{.test = {.groups = 3, .rmsse = .25, .alpha = .05},
                                   .committedAlpha = .05,
                                   .powerGoal = .9,
-                                  .sizeLimit = kLimit,
-                                  .showProgress = true};
+                                  .sizeLimit = kLimit};
   EXPECT_EQ(RequiredN(request).status, SearchCancelled);
-  EXPECT_THAT(Shown(), ElementsAre(12865));
+  EXPECT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest));
 }
 
 // --- Two-way analysis of variance.
@@ -435,17 +437,15 @@ TEST_F(AnovaTest, ComputesTheInteractionWithItsTrueDf) {
 }
 
 TEST_F(AnovaTest, RefusesEachEffectOfATwoWayAnalysisOnItsOwn) {
-  const int window = 0;
   for (const std::int16_t effect : {RowEffect, ColumnEffect, InteractionEffect}) {
     err = 0;
     crit = 0;
-    EXPECT_EQ(TwoWayPower(&window, .05, 3, 3, 10, 0, FExact, effect, crit, err, criticalFs),
-              NumericFailure);
+    EXPECT_EQ(TwoWay(3, 3, 10, 0, effect, .05), NumericFailure);
     EXPECT_EQ(err, 1);
     EXPECT_EQ(crit, NumericFailure);
   }
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873));
-  EXPECT_EQ(host.boxes[0].parent, &window);
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(AnovaTest, ComputesATwoWayPowerTooSmallToSearchFor) {
@@ -455,7 +455,7 @@ TEST_F(AnovaTest, ComputesATwoWayPowerTooSmallToSearchFor) {
   const TwoWaySizeRequest request{
       .rows = 3, .columns = 3, .rmsse = .009, .alpha = .05, .powerGoal = .9, .sizeLimit = kLimit};
   ExpectMissing(RequiredN(request), SearchNullTrue);
-  EXPECT_THAT(Shown(), ElementsAre(12874));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
 }
 
 TEST_F(AnovaTest, FailsAnEffectThatATwoWayAnalysisDoesNotHave) {
@@ -508,13 +508,12 @@ TEST_F(AnovaTest, FindsASizeForEffectsBeyondAllMeasure) {
 }
 
 TEST_F(AnovaTest, ShowsNoBarAndObeysNoCancellationInATwoWaySearch) {
-  int bars = 0;
-  host.onProgress = [&](const ProgressState&) { ++bars; };
-  host.cancelled = [] { return true; };
+  observer.showsBar = true;
+  observer.stop = [] { return true; };
   const TwoWaySizeRequest request{
       .rows = 3, .columns = 3, .rmsse = .25, .alpha = .05, .powerGoal = .9, .sizeLimit = kLimit};
   EXPECT_EQ(RequiredN(request).status, SearchOk);
-  EXPECT_EQ(bars, 0);
+  EXPECT_THAT(observer.bars, IsEmpty());
 }
 
 TEST_F(AnovaTest, LeavesThePowerOfTheLimitWhenATwoWaySizeIsTooLarge) {
@@ -529,7 +528,7 @@ TEST_F(AnovaTest, LeavesThePowerOfTheLimitWhenATwoWaySizeIsTooLarge) {
   EXPECT_EQ(result.status, SearchTooLarge);
   EXPECT_EQ(result.requiredSize, SizeFailure);
   EXPECT_EQ(result.actualPower, TwoWay(2, 2, kLimit, .01, InteractionEffect, .0001));
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 TEST_F(AnovaTest, RefusesInSilenceATwoWayGoalOutsideItsWindow) {

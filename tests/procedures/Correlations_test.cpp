@@ -35,7 +35,27 @@ class CorrelationsTest : public ProceduresTest {
                  double rho0,
                  std::int16_t algorithm,
                  std::int16_t form) {
-    return CorrelationPower(nullptr, n, alpha, rho, rho0, algorithm, form, status);
+    return HeardOf([&](Refusal& refusal) {
+      return CorrelationPower(n, alpha, rho, rho0, algorithm, form, status, refusal);
+    });
+  }
+  SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request) {
+    return Heard(poweranalysis::CorrelationRequiredN(request, observer));
+  }
+  double TwoCorrelationsPower(double rho1,
+                              double rho2,
+                              std::int64_t n1,
+                              std::int64_t n2,
+                              double alpha,
+                              std::int16_t form,
+                              std::int16_t algorithm) {
+    return HeardOf([&](Refusal& refusal) {
+      return poweranalysis::TwoCorrelationsPower(rho1, rho2, n1, n2, alpha, form, algorithm,
+                                                 refusal);
+    });
+  }
+  SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request) {
+    return Heard(poweranalysis::TwoCorrelationsRequiredN(request, observer));
   }
   // Power at the size of an answer, or below it.
   double PowerAt(const CorrelationSizeRequest& r, std::int64_t n) {
@@ -64,7 +84,7 @@ class UpwardWalkTest : public ProceduresTest {
  protected:
   SearchResult Walk(const WalkRules& rules, double goal, std::int64_t first, Script& script) {
     const double firstPower = script(first);
-    return WalkUp(rules, goal, first, firstPower, script);
+    return WalkUp(rules, goal, first, firstPower, script, observer);
   }
 };
 
@@ -150,7 +170,7 @@ TEST_F(UpwardWalkTest, CountsAFailedPowerAsShort) {
 
 TEST_F(UpwardWalkTest, AsksOnceATrialWhetherToGoOn) {
   int asked = 0;
-  host.cancelled = [&] { return ++asked == 4; };
+  observer.stop = [&] { return ++asked == 4; };
   Script script = StepAt(100, .5, .95);
   EXPECT_EQ(Walk(OneCorrelationWalk, .9, 10, script).status, SearchCancelled);
   EXPECT_THAT(script.trials, SizeIs(4));
@@ -196,22 +216,20 @@ TEST_F(CorrelationsTest, AddsTheTailsThatTheFormRejectsIn) {
 }
 
 TEST_F(CorrelationsTest, RefusesATrueNullItself) {
-  const int window = 0;
-  EXPECT_EQ(CorrelationPower(&window, 50, .05, .3, .3, 0, H0TwoTailed, status), NumericFailure);
+  EXPECT_EQ(PowerOf(50, .05, .3, .3, 0, H0TwoTailed), NumericFailure);
   EXPECT_EQ(status, ProcedureFailed);
   EXPECT_EQ(PowerOf(50, .05, .2, .3, 1, H0AtMost), NumericFailure);
   EXPECT_EQ(PowerOf(50, .05, .4, .3, 1, H0AtLeast), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873));
-  EXPECT_EQ(host.boxes[0].parent, &window);
-  EXPECT_EQ(host.boxes[0].flags, MessageStopIcon);
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(CorrelationsTest, ComputesThePowerOfAnEffectTooSmallToSearchFor) {
   EXPECT_NEAR(PowerOf(100, .05, .3005, .3, 1, H0TwoTailed), .05, 1e-3);
   EXPECT_EQ(status, ProcedureOk);
   ExpectFailed(CorrelationRequiredN(Asked(.3005, .3, .9, H0TwoTailed)));
-  EXPECT_THAT(Shown(), ElementsAre(12874));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("tolerance of 0.001 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(0), .001);
 }
 
 TEST_F(CorrelationsTest, NeedsThreePairsOrFourInTheCrudeForm) {
@@ -273,8 +291,9 @@ TEST_F(CorrelationsTest, KeepsCriticalValuesBitForBit) {
     for (const std::int16_t form : {H0TwoTailed, H0AtMost}) {
       for (const std::int64_t n : {40, 41}) {
         for (const double rho : {.5, .6, .7}) {
-          const double cached =
-              CorrelationPower(nullptr, {n, .05, .3, algorithm, form}, rho, status, criticals);
+          const double cached = HeardOf([&](Refusal& refusal) {
+            return CorrelationPower({n, .05, .3, algorithm, form}, rho, status, refusal, criticals);
+          });
           EXPECT_EQ(cached, PowerOf(n, .05, rho, .3, algorithm, form));
         }
       }
@@ -292,9 +311,9 @@ TEST_F(CorrelationsTest, AgreesWithQuadratureOfTheDensity) {
     const auto algorithm = static_cast<std::int16_t>(x[6]);
     const auto n1 = static_cast<std::int64_t>(x[2]);
     const auto n2 = static_cast<std::int64_t>(x[3]);
-    const double power =
-        row.word == "R" ? PowerOf(n1, x[4], x[0], x[1], algorithm, form)
-                        : TwoCorrelationsPower(nullptr, x[0], x[1], n1, n2, x[4], form, algorithm);
+    const double power = row.word == "R"
+                             ? PowerOf(n1, x[4], x[0], x[1], algorithm, form)
+                             : TwoCorrelationsPower(x[0], x[1], n1, n2, x[4], form, algorithm);
     // The series of the refined form end with the sixth power of 1 / (n - 1).
     const double tolerance = algorithm == CorrelationFisherZRefined ? 2e-5 : 2e-6;
     EXPECT_NEAR(power, x[7], tolerance) << row.line;
@@ -399,9 +418,8 @@ TEST_F(CorrelationsTest, EndsAtAHundredAndFiftyThousand) {
   const CorrelationSizeRequest beyond = Asked(.004, 0, .65, H0TwoTailed);
   EXPECT_EQ(CorrelationFirstEstimate(beyond), 154971);
   ExpectFailed(CorrelationRequiredN(beyond));
-  EXPECT_THAT(Shown(), ElementsAre(12381, 12381));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("(greater than 150000)"));
-  EXPECT_EQ(host.boxes[0].flags, MessageStopIcon);
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge, Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 150000);
 }
 
 TEST_F(CorrelationsTest, LeavesTheExactFormAboveAnEstimateOfAThousand) {
@@ -414,8 +432,7 @@ TEST_F(CorrelationsTest, LeavesTheExactFormAboveAnEstimateOfAThousand) {
   EXPECT_EQ(result.requiredSize, refined.requiredSize);
   EXPECT_EQ(result.actualPower, refined.actualPower);
   EXPECT_EQ(refined.status, ProcedureOk);
-  EXPECT_THAT(Shown(), ElementsAre(12875));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("Switching from exact algorithm"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SwitchingToRefined));
 }
 
 TEST_F(CorrelationsTest, KeepsTheExactFormAtAnEstimateOfAThousand) {
@@ -437,22 +454,22 @@ TEST_F(CorrelationsTest, StaysExactWhenTheEstimateStartsLowThoughTheAnswerIsLarg
 
 TEST_F(CorrelationsTest, FailsInSilenceWhenTheUserStopsTheSearch) {
   int asked = 0;
-  host.cancelled = [&] { return ++asked == 3; };
+  observer.stop = [&] { return ++asked == 3; };
   ExpectFailed(CorrelationRequiredN(Asked(.2, 0, .9, H0TwoTailed)));
   EXPECT_EQ(asked, 3);
   EXPECT_THAT(Shown(), IsEmpty());
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_FALSE(observer.barOpen);
 }
 
 TEST_F(CorrelationsTest, RefusesATrueNullInASearch) {
   ExpectFailed(CorrelationRequiredN(Asked(.3, .3, .9, H0TwoTailed)));
   ExpectFailed(CorrelationRequiredN(Asked(.3, 0, .9, H0AtLeast)));
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue));
 }
 
 TEST_F(CorrelationsTest, SearchesAnEffectOfTheToleranceItself) {
   ExpectFailed(CorrelationRequiredN(Asked(.001, 0, .9, H0TwoTailed)));
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 // --- Two correlations.
@@ -479,10 +496,10 @@ TwoCorrelationsSizeRequest AskedOfTwo(double rho1,
   return request;
 }
 
-class TwoCorrelationsTest : public ProceduresTest {
+class TwoCorrelationsTest : public CorrelationsTest {
  protected:
   double PowerAt(const TwoCorrelationsSizeRequest& r, std::int64_t n) {
-    return TwoCorrelationsPower(nullptr, r.rho1, r.rho2, r.nToVary == NToVaryN2 ? r.n1 : n,
+    return TwoCorrelationsPower(r.rho1, r.rho2, r.nToVary == NToVaryN2 ? r.n1 : n,
                                 r.nToVary == NToVaryN1 ? r.n2 : n, r.alpha, r.form, r.algorithm);
   }
 };
@@ -514,8 +531,7 @@ TEST_F(TwoCorrelationsTest, HasNoExactDistribution) {
        {std::int16_t{CorrelationExact}, std::int16_t{3}, std::int16_t{-1}}) {
     EXPECT_EQ(FisherZPowerTerm(.6, .2, 30, 60, 1.5, algorithm), NumericFailure);
     for (const std::int16_t form : kForms) {
-      EXPECT_EQ(TwoCorrelationsPower(nullptr, form == H0AtLeast ? .2 : .6, .4, 30, 30, .05, form,
-                                     algorithm),
+      EXPECT_EQ(TwoCorrelationsPower(form == H0AtLeast ? .2 : .6, .4, 30, 30, .05, form, algorithm),
                 NumericFailure);
     }
     ExpectFailed(
@@ -525,8 +541,8 @@ TEST_F(TwoCorrelationsTest, HasNoExactDistribution) {
 }
 
 TEST_F(TwoCorrelationsTest, HasNoPowerForAFormThatItDoesNotServe) {
-  EXPECT_EQ(TwoCorrelationsPower(nullptr, .6, .2, 30, 30, .05, H0Zero, 1), NumericFailure);
-  EXPECT_EQ(TwoCorrelationsPower(nullptr, .6, .2, 30, 30, .05, 8, 1), NumericFailure);
+  EXPECT_EQ(TwoCorrelationsPower(.6, .2, 30, 30, .05, H0Zero, 1), NumericFailure);
+  EXPECT_EQ(TwoCorrelationsPower(.6, .2, 30, 30, .05, 8, 1), NumericFailure);
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.6, .2, .9, H0Zero)));
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.6, .2, .9, 8)));
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.6, .2, .9, H0TwoTailed, 3)));
@@ -535,9 +551,9 @@ TEST_F(TwoCorrelationsTest, HasNoPowerForAFormThatItDoesNotServe) {
 }
 
 TEST_F(TwoCorrelationsTest, SeesNoEffectInAGroupOfThree) {
-  EXPECT_NEAR(TwoCorrelationsPower(nullptr, .9, .1, 3, 50, .05, H0TwoTailed, 2), .05, 1e-6);
-  EXPECT_NEAR(TwoCorrelationsPower(nullptr, .9, .1, 3, 3, .05, H0AtMost, 2), .05, 1e-6);
-  EXPECT_NEAR(TwoCorrelationsPower(nullptr, .9, .1, 50, 3, .05, H0TwoTailed, 1), 0, 1e-6);
+  EXPECT_NEAR(TwoCorrelationsPower(.9, .1, 3, 50, .05, H0TwoTailed, 2), .05, 1e-6);
+  EXPECT_NEAR(TwoCorrelationsPower(.9, .1, 3, 3, .05, H0AtMost, 2), .05, 1e-6);
+  EXPECT_NEAR(TwoCorrelationsPower(.9, .1, 50, 3, .05, H0TwoTailed, 1), 0, 1e-6);
 }
 
 TEST_F(TwoCorrelationsTest, ChecksThePowerOnTheScaleOfRAndTheSearchOnThatOfFisher) {
@@ -545,24 +561,24 @@ TEST_F(TwoCorrelationsTest, ChecksThePowerOnTheScaleOfRAndTheSearchOnThatOfFishe
   EXPECT_EQ(TwoCorrelationsRequiredN(AskedOfTwo(.9, .8995, .9, H0TwoTailed)).status, ProcedureOk);
   EXPECT_THAT(Shown(), IsEmpty());
   // .0005 and .00067.
-  EXPECT_GT(TwoCorrelationsPower(nullptr, .5, .4995, 100, 100, .05, H0TwoTailed, 1), .04);
+  EXPECT_GT(TwoCorrelationsPower(.5, .4995, 100, 100, .05, H0TwoTailed, 1), .04);
   EXPECT_THAT(Shown(), IsEmpty());
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.5, .4995, .9, H0TwoTailed)));
-  EXPECT_THAT(Shown(), ElementsAre(12874));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("tolerance of 0.001 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(0), .001);
 }
 
 TEST_F(TwoCorrelationsTest, RefusesATrueNull) {
-  EXPECT_EQ(TwoCorrelationsPower(nullptr, .4, .4, 50, 50, .05, H0TwoTailed, 1), NumericFailure);
+  EXPECT_EQ(TwoCorrelationsPower(.4, .4, 50, 50, .05, H0TwoTailed, 1), NumericFailure);
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.4, .4, .9, H0TwoTailed)));
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue));
 }
 
 TEST_F(TwoCorrelationsTest, SaysOnceThatAnEffectRunsAgainstTheTest) {
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.2, .6, .9, H0AtMost)));
-  EXPECT_THAT(Shown(), ElementsAre(12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.6, .2, .9, H0AtLeast, NToVaryN1, 4)));
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue));
 }
 
 TEST_F(TwoCorrelationsTest, StartsAtFourAtLeast) {
@@ -659,14 +675,7 @@ TEST_F(TwoCorrelationsTest, SeeksEitherGroupAgainstTheOther) {
 TEST_F(TwoCorrelationsTest, SaysWhichFixedGroupIsTooSmall) {
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.4, 0, .9, H0TwoTailed, NToVaryN1, 40)));
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(.4, 0, .9, H0TwoTailed, NToVaryN2, 40)));
-  EXPECT_THAT(Shown(), ElementsAre(13199, 13200));
-  EXPECT_EQ(host.boxes[0].text, "This problem cannot be solved without increasing N2.");
-  EXPECT_EQ(host.boxes[1].text, "This problem cannot be solved without increasing N1.");
-  EXPECT_EQ(host.boxes[0].flags, MessageStopIcon);
-  TwoCorrelationsSizeRequest silent = AskedOfTwo(.4, 0, .9, H0TwoTailed, NToVaryN1, 40);
-  silent.showMessages = false;
-  ExpectFailed(TwoCorrelationsRequiredN(silent));
-  EXPECT_THAT(Shown(), SizeIs(2));
+  EXPECT_THAT(Shown(), ElementsAre(Said::IncreaseN2, Said::IncreaseN1));
 }
 
 TEST_F(TwoCorrelationsTest, FailsAnEstimateBeyondAHundredMillion) {
@@ -683,7 +692,7 @@ TEST_F(TwoCorrelationsTest, FailsAnEstimateBeyondAHundredMillion) {
   ASSERT_GT(room(high), 0);
   ASSERT_LT(room(high), 1e-4);
   ExpectFailed(TwoCorrelationsRequiredN(AskedOfTwo(high, 0, .9, H0TwoTailed, NToVaryN1, 100)));
-  EXPECT_THAT(Shown(), ElementsAre(13199));
+  EXPECT_THAT(Shown(), ElementsAre(Said::IncreaseN2));
 }
 
 TEST_F(TwoCorrelationsTest, FailsAFixedGroupWhosePowerLevelsOffBelowTheGoal) {
@@ -693,7 +702,7 @@ TEST_F(TwoCorrelationsTest, FailsAFixedGroupWhosePowerLevelsOffBelowTheGoal) {
     ASSERT_LE(PowerAt(request, n), .8);
   }
   ExpectFailed(TwoCorrelationsRequiredN(request));
-  EXPECT_THAT(Shown(), ElementsAre(13199));
+  EXPECT_THAT(Shown(), ElementsAre(Said::IncreaseN2));
   EXPECT_EQ(TwoCorrelationsRequiredN(
                 AskedOfTwo(-.95, -.9, .8, H0TwoTailed, NToVaryN1, 64, CorrelationFisherZCrude))
                 .requiredSize,
@@ -714,7 +723,7 @@ TEST_F(TwoCorrelationsTest, FailsInSilenceWhenTheUserStopsTheSearch) {
   // The estimate falls short here.
   const TwoCorrelationsSizeRequest request = AskedOfTwo(-.95, -.9, .8, H0TwoTailed, NToVaryN1, 80);
   ASSERT_EQ(TwoCorrelationsRequiredN(request).status, ProcedureOk);
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   ExpectFailed(TwoCorrelationsRequiredN(request));
   EXPECT_THAT(Shown(), IsEmpty());
 }
@@ -735,7 +744,7 @@ TEST_F(CorrelationsTest, AgreesWithPublishedCases) {
           published, "power",
           one ? PowerOf(in.at("SampleSize"), number("Alpha"), number("Rho"), number("Rho0"),
                         algorithm, form)
-              : TwoCorrelationsPower(nullptr, number("Rho1"), number("Rho2"), in.at("SampleSizeN1"),
+              : TwoCorrelationsPower(number("Rho1"), number("Rho2"), in.at("SampleSizeN1"),
                                      in.at("SampleSizeN2"), number("Alpha"), form, algorithm));
       continue;
     }

@@ -30,7 +30,11 @@ class ModelFitTests : public ProceduresTest {
  protected:
   double PowerOf(
       std::int64_t n, std::int32_t df, double r, double r0, std::int16_t form, double alpha = .05) {
-    return ModelFitPower(nullptr, n, df, alpha, r, r0, form, err);
+    return HeardOf(
+        [&](Refusal& refusal) { return ModelFitPower(n, df, alpha, r, r0, form, err, refusal); });
+  }
+  SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request) {
+    return Heard(poweranalysis::ModelFitRequiredN(request, observer));
   }
   double PowerAt(const ModelFitSizeRequest& r, std::int64_t n) {
     return PowerOf(n, r.df, r.r, r.r0, r.form, r.alpha);
@@ -80,7 +84,10 @@ TEST_F(ModelFitTests, RefusesATrueNull) {
   EXPECT_EQ(PowerOf(100, 20, .05, .08, H0AtMost), NumericFailure);
   EXPECT_EQ(PowerOf(100, 20, .08, .05, H0AtLeast), NumericFailure);
   EXPECT_EQ(PowerOf(100, 20, 0, 0, H0AtMost), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873, 12873, 12873, 12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(ModelFitTests, GivesAlphaWhereAnUnknownFormPassesATrueNull) {
@@ -133,7 +140,9 @@ TEST_F(ModelFitTests, KeepsCriticalValuesBitForBit) {
     for (const double r0 : {0., .05}) {
       for (const std::int64_t n : {100, 200}) {
         for (const double r : {.07, .08}) {
-          EXPECT_EQ(ModelFitPower(nullptr, {n, 20, .05, r0, form}, r, err, criticals),
+          EXPECT_EQ(HeardOf([&](Refusal& refusal) {
+                      return ModelFitPower({n, 20, .05, r0, form}, r, err, refusal, criticals);
+                    }),
                     PowerOf(n, 20, r, r0, form));
         }
       }
@@ -161,7 +170,7 @@ TEST_F(ModelFitTests, AgreesWithTheChiSquareOfAnotherLibrary) {
 
 TEST_F(ModelFitTests, ClimbsInHundredsAndHalvesDown) {
   int trials = 0;
-  host.cancelled = [&] {
+  observer.stop = [&] {
     ++trials;
     return false;
   };
@@ -202,8 +211,9 @@ TEST_F(ModelFitTests, RefusesANullThatIsTrueOrNearlySo) {
   ExpectMissing(ModelFitRequiredN(Asked(.05, .05, 20, .9, H0TwoTailed)), ProcedureFailed);
   ExpectMissing(ModelFitRequiredN(Asked(.05, .08, 20, .9, H0AtMost)), ProcedureFailed);
   ExpectMissing(ModelFitRequiredN(Asked(.0505, .05, 20, .9, H0AtMost)), ProcedureFailed);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12874));
-  EXPECT_THAT(host.boxes[2].text, HasSubstr("tolerance of 0.001 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(2), .001);
 }
 
 TEST_F(ModelFitTests, ReachesEverySolvableSize) {
@@ -220,8 +230,8 @@ TEST_F(ModelFitTests, GivesUpOnAnUpperTestOfASmallerRmsea) {
   for (const std::int16_t form : {H0TwoTailed, H0Zero}) {
     ExpectMissing(ModelFitRequiredN(Asked(.05, .08, 20, .9, form)), ProcedureFailed);
   }
-  EXPECT_THAT(Shown(), ElementsAre(12381, 12381));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("(greater than 100000000)"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge, Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 100000000);
   // Its power only falls, so that the first hundred decides.
   for (const std::int64_t n : {100, 200, 1000, 10000, 1000000}) {
     EXPECT_LT(PowerOf(n, 20, .05, .08, H0Zero), .05);
@@ -243,11 +253,11 @@ class StoppedModelFitTest : public ModelFitTests, public testing::WithParamInter
 
 TEST_P(StoppedModelFitTest, EndsInSilence) {
   int asked = 0;
-  host.cancelled = [&] { return ++asked == GetParam(); };
+  observer.stop = [&] { return ++asked == GetParam(); };
   ExpectMissing(ModelFitRequiredN(Asked(.08, .05, 20, .9, H0AtMost)), SearchCancelled);
   EXPECT_EQ(asked, GetParam());
   EXPECT_THAT(Shown(), IsEmpty());
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_FALSE(observer.barOpen);
 }
 // In the climb, and in the halving.
 INSTANTIATE_TEST_SUITE_P(Trials, StoppedModelFitTest, testing::Values(1, 6, 7, 14));

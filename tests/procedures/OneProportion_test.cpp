@@ -28,10 +28,20 @@ constexpr std::int16_t kNoCheck = 0;
 class OneProportionTestCase : public ProceduresTest {
  protected:
   double Power(std::int64_t n, const OneProportionTest& test, std::int16_t algorithm) {
-    return OneProportionPower(nullptr, n, test, err, algorithm, kNoCheck);
+    return Power(n, test, algorithm, kNoCheck);
+  }
+  double Power(std::int64_t n,
+               const OneProportionTest& test,
+               std::int16_t algorithm,
+               std::int16_t checkNull) {
+    return HeardOf([&](Refusal& refusal) {
+      return OneProportionPower(n, test, err, algorithm, checkNull, refusal);
+    });
   }
   std::int64_t RequiredN(double goal, const OneProportionTest& test, std::int16_t algorithm) {
-    return OneProportionRequiredN(nullptr, goal, test, err, algorithm);
+    return HeardOf([&](Refusal& refusal) {
+      return OneProportionRequiredN(goal, test, err, algorithm, refusal, observer);
+    });
   }
 
   int err = 0;
@@ -93,9 +103,7 @@ TEST_F(OneProportion, RejectsAtTheCriticalCountsAndBeyond) {
 
 TEST_F(OneProportion, HasNoPowerWithoutATrial) {
   for (const std::int64_t n : {0, -1, -9999}) {
-    EXPECT_EQ(OneProportionPower(nullptr, n, {.5, .5, .05, H0TwoTailed}, err, ProportionExact,
-                                 kCheckNull),
-              0);
+    EXPECT_EQ(Power(n, {.5, .5, .05, H0TwoTailed}, ProportionExact, kCheckNull), 0);
     EXPECT_EQ(err, 0);
   }
   EXPECT_THAT(Shown(), IsEmpty()) << "asked before the null hypothesis";
@@ -110,15 +118,12 @@ TEST_F(OneProportion, GivesTheActualAlphaAtTheNullProportion) {
 
 TEST_F(OneProportion, RefusesATrueNullOnlyWhenAskedTo) {
   const OneProportionTest test{.5, .5, .05, H0TwoTailed};
-  EXPECT_EQ(OneProportionPower(nullptr, 100, test, err, ProportionExact, kCheckNull),
-            NumericFailure);
+  EXPECT_EQ(Power(100, test, ProportionExact, kCheckNull), NumericFailure);
   EXPECT_EQ(err, 1);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue));
-  host.boxes.clear();
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
+  observer.remarks.clear();
   // A gap below the tolerance of the size is no obstacle to a power.
-  EXPECT_GT(OneProportionPower(nullptr, 100, {.50001, .5, .05, H0TwoTailed}, err, ProportionExact,
-                               kCheckNull),
-            0);
+  EXPECT_GT(Power(100, {.50001, .5, .05, H0TwoTailed}, ProportionExact, kCheckNull), 0);
   EXPECT_EQ(err, 0);
   EXPECT_THAT(Shown(), IsEmpty());
 }
@@ -164,11 +169,6 @@ TEST_F(OneProportion, HasASawtoothForAnExactPower) {
 
 // --- The search, on power functions of its own.
 
-SearchResult Search(Script& script, double start, double goal = .9) {
-  const SawtoothRequest request{.powerGoal = goal, .start = start};
-  return SawtoothSearch(request, [&script](std::int64_t n) { return script(n); }).Run();
-}
-
 // The numbers of `powers` at 1, 2, ... and the last one from there on.
 Script Of(std::vector<double> powers) {
   return Script([powers](std::int64_t n) {
@@ -178,7 +178,16 @@ Script Of(std::vector<double> powers) {
   });
 }
 
-class SawtoothSearchTest : public ProceduresTest {};
+class SawtoothSearchTest : public ProceduresTest {
+ protected:
+  SearchResult Search(const SawtoothRequest& request, Script& script) {
+    const auto powerAt = [&script](std::int64_t n) { return script(n); };
+    return Heard(SawtoothSearch(request, powerAt, observer).Run());
+  }
+  SearchResult Search(Script& script, double start, double goal = .9) {
+    return Search({.powerGoal = goal, .start = start}, script);
+  }
+};
 
 TEST_F(SawtoothSearchTest, EndsItsWalkBelowAtAToothThatRisesAndFallsShort) {
   Script script = Of({.0, .95, .89, .88, .91});
@@ -250,13 +259,15 @@ TEST_F(SawtoothSearchTest, EndsAtItsLimitWithAMessage) {
   Script script([](std::int64_t) { return .5; });
   const SawtoothRequest request{.powerGoal = .9, .start = 990, .sizeLimit = 1000};
   const SearchResult result =
-      SawtoothSearch(request, [&script](std::int64_t n) { return script(n); }).Run();
+      Heard(SawtoothSearch(
+                request, [&script](std::int64_t n) { return script(n); }, observer)
+                .Run());
   EXPECT_EQ(result.requiredSize, SizeFailure);
   EXPECT_EQ(result.actualPower, NumericFailure);
   EXPECT_EQ(result.status, SearchTooLarge);
   EXPECT_EQ(script.trials.back(), 1000);
-  EXPECT_THAT(Shown(), ElementsAre(text::SearchTooLarge));
-  EXPECT_NE(host.boxes[0].text.find("1000"), std::string::npos);
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 1000);
 }
 
 TEST_F(SawtoothSearchTest, CanBeCancelledInAnyWalk) {
@@ -269,14 +280,14 @@ TEST_F(SawtoothSearchTest, CanBeCancelledInAnyWalk) {
   for (const std::function<double(std::int64_t)>& power :
        {std::function<double(std::int64_t)>(up), std::function<double(std::int64_t)>(down),
         std::function<double(std::int64_t)>(below)}) {
-    host.cancelled = [polls = 0]() mutable { return ++polls == 2; };
+    observer.stop = [polls = 0]() mutable { return ++polls == 2; };
     Script script(power);
     const SearchResult result = Search(script, 100000);
     EXPECT_EQ(result.status, SearchCancelled);
     EXPECT_EQ(result.requiredSize, SizeFailure);
-    EXPECT_THAT(Shown(), ElementsAre(text::CancelledAtRequest));
+    EXPECT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest));
     EXPECT_LT(script.trials.size(), 15000U);
-    host.boxes.clear();
+    observer.remarks.clear();
   }
 }
 
@@ -323,9 +334,9 @@ TEST_F(OneProportion, GoesOnDownToTheToleranceAndRefusesBelow) {
   EXPECT_EQ(err, 1);
   EXPECT_EQ(RequiredN(.9, {.4, .5, .05, H0AtMost}, ProportionExact), SizeFailure);
   EXPECT_EQ(err, 1);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue, text::NullHypothesisNearlyTrue,
-                                   text::NullHypothesisTrue));
-  host.boxes.clear();
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue,
+                                   Said::NullHypothesisTrue));
+  observer.remarks.clear();
   EXPECT_GT(RequiredN(.9, {.5005, .5, .05, H0TwoTailed}, ProportionExact), 10000000);
   EXPECT_EQ(err, 0);
   EXPECT_THAT(Shown(), IsEmpty()) << "a gap below .001 is not spoken of";
@@ -334,8 +345,8 @@ TEST_F(OneProportion, GoesOnDownToTheToleranceAndRefusesBelow) {
 TEST_F(OneProportion, DoesNotSearchBeyondABillion) {
   EXPECT_EQ(RequiredN(.999, {.50011, .5, .0001, H0TwoTailed}, ProportionExact), SizeFailure);
   EXPECT_EQ(err, SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(text::SearchTooLarge));
-  EXPECT_NE(host.boxes[0].text.find("1000000000"), std::string::npos);
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 1000000000);
 }
 
 TEST_F(OneProportion, ReachesTheGoalWithItsExactSizeAndNotOneBelow) {
@@ -386,8 +397,9 @@ TEST_F(OneProportion, AnswersASizeWhoseSuccessorMayHaveLessPower) {
 // The steps of the search one after the other, with every power evaluated where it is asked.
 std::int64_t PlainSearch(const OneProportionTest& test, double goal) {
   int err = 0;
+  Refusal refusal;
   const auto power = [&](std::int64_t n) {
-    return OneProportionPower(nullptr, n, test, err, ProportionExact, kNoCheck);
+    return OneProportionPower(n, test, err, ProportionExact, kNoCheck, refusal);
   };
   auto n = static_cast<std::int64_t>(OneProportionEstimate(test, goal));
   while (power(n) < goal) {

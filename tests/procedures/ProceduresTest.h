@@ -2,76 +2,100 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <string>
+#include <ostream>
+#include <utility>
+#include <variant>
 #include <vector>
 
-#include "frame/Services.h"
-#include "host/AnalysisSupport.h"
-#include "host/HeadlessHost.h"
+#include "procedures/ProcedureObserver.h"
 #include "procedures/RequiredSizeSearch.h"
 
 namespace poweranalysis {
 
-// The headless host, with what a message box is given besides its text.
-class RecordingHost : public HeadlessHost {
+inline void PrintTo(Said text, std::ostream* out) { *out << "text " << static_cast<int>(text); }
+
+// Remembers what a procedure says, its bars and how far it got.
+class RecordingObserver final : public ProcedureObserver {
  public:
-  struct Box {
-    unsigned flags;
-    WindowHandle parent;
-    int id;
-    std::string text;
-    bool barOpen;  // when it was shown
+  struct Remark {
+    Said text;
+    SlotNumbers numbers;
+    bool barOpen;  // when it was said
   };
 
-  void DspMessageBox(unsigned flags,
-                     WindowHandle parent,
-                     int textId,
-                     const std::string& text) override {
-    boxes.push_back({flags, parent, textId, text, IsProgressBarOpen()});
-    HeadlessHost::DspMessageBox(flags, parent, textId, text);
+  void Start(std::int32_t /*count*/) override { ADD_FAILURE() << "a bar without a title"; }
+  bool Advance(std::int32_t counter) override {
+    EXPECT_TRUE(barOpen) << "moved to " << counter;
+    positions.push_back(counter);
+    return StopRequested();
+  }
+  void Stop() override {
+    EXPECT_TRUE(barOpen);
+    barOpen = false;
+  }
+  bool Open(Said title, std::int32_t count) override {
+    if (showsBar) {
+      bars.emplace_back(title, count);
+      barOpen = true;
+    }
+    return showsBar;
+  }
+  // Whoever has asked to stop goes on asking.
+  bool StopRequested() override {
+    stopped_ = (stop && stop()) || stopped_;
+    return stopped_;
+  }
+  void Notice(Said text, const SlotNumbers& numbers) override {
+    remarks.push_back({text, numbers, barOpen});
   }
 
-  std::vector<Box> boxes;
+  bool showsBar = false;
+  std::function<bool()> stop;  // asked at every poll
+  bool barOpen = false;
+  std::vector<std::pair<Said, std::int32_t>> bars;
+  std::vector<int> positions;
+  std::vector<Remark> remarks;
+
+ private:
+  bool stopped_ = false;
 };
 
-class SilentAnalysis : public CAnalysisSupport {
- public:
-  int InitializeAfterFileChanged() override { return 0; }
-  void Initialize() override {}
-  const void* GetLibInstance() const override { return nullptr; }
-  int GetAnalysisID() const override { return 0; }
-  std::string GetAnalysisName() const override { return {}; }
-};
-
-// A live analysis over a recording host, as every procedure meets it.
+// Procedures under a recording observer, which also hears the refusals as whoever shows them would.
 class ProceduresTest : public testing::Test {
  protected:
-  void SetUp() override {
-    analysis.AttachHost(&host);
-    Module() = {};
-    Module().analysis = &analysis;
-    host.onProgress = [this](const ProgressState& bar) {
-      if (bar.open && bar.position > 0) {
-        positions.push_back(bar.position);
-      }
-    };
+  SearchResult Heard(const SearchResult& result) {
+    observer.Tell(result.refusal);
+    return result;
   }
-  void TearDown() override { Module() = {}; }
+  // What `call`, which is handed a Refusal, gives.
+  template <class Call>
+  auto HeardOf(Call&& call) {
+    Refusal refusal;
+    const auto value = call(refusal);
+    observer.Tell(refusal);
+    return value;
+  }
 
-  // The numbers of the texts shown, in order.
-  std::vector<int> Shown() const {
-    std::vector<int> ids;
-    for (const RecordingHost::Box& box : host.boxes) {
-      ids.push_back(box.id);
+  // What was said, in order.
+  std::vector<Said> Shown() const {
+    std::vector<Said> texts;
+    for (const RecordingObserver::Remark& remark : observer.remarks) {
+      texts.push_back(remark.text);
     }
-    return ids;
+    return texts;
+  }
+  // What fills the slot of a remark: a tolerance, or a size.
+  double ToleranceIn(std::size_t remark) const {
+    return std::get<double>(observer.remarks.at(remark).numbers[0]);
+  }
+  std::int64_t SizeIn(std::size_t remark) const {
+    return std::get<std::int64_t>(observer.remarks.at(remark).numbers[0]);
   }
 
-  RecordingHost host;
-  SilentAnalysis analysis;
-  std::vector<int> positions;  // of the progress bar
+  RecordingObserver observer;
 };
 
 // A power function that remembers what it was asked.

@@ -18,6 +18,7 @@ using testing::Ge;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::Pair;
 using Member = SearchMember;
 
 constexpr std::int64_t kLimit = 150000;
@@ -42,7 +43,17 @@ void ExpectMissing(const SearchResult& result, int status) {
 
 // --- NullHypothesisCheck.
 
-class NullHypothesisCheckTest : public ProceduresTest {};
+class NullHypothesisCheckTest : public ProceduresTest {
+ protected:
+  std::int16_t NullHypothesisCheck(double effect,
+                                   std::int16_t form,
+                                   double tolerance,
+                                   std::int16_t useTolerance) {
+    return HeardOf([&](Refusal& refusal) {
+      return poweranalysis::NullHypothesisCheck(effect, form, tolerance, useTolerance, refusal);
+    });
+  }
+};
 
 TEST_F(NullHypothesisCheckTest, RefusesByTheFormOfTheHypothesis) {
   struct Row {
@@ -56,56 +67,61 @@ TEST_F(NullHypothesisCheckTest, RefusesByTheFormOfTheHypothesis) {
       {2.0, 2, 1},  {-2.0, 2, 0}, {kNaN, 1, 1},   {kNaN, 2, 1}, {kNaN, 0, 0},
   };
   for (const Row& row : kRows) {
-    host.boxes.clear();
-    EXPECT_EQ(NullHypothesisCheck(nullptr, row.effect, row.form, .001, 0), row.expected)
+    observer.remarks.clear();
+    EXPECT_EQ(NullHypothesisCheck(row.effect, row.form, .001, 0), row.expected)
         << row.effect << " form " << row.form;
-    EXPECT_EQ(host.boxes.size(), static_cast<std::size_t>(row.expected));
+    EXPECT_EQ(observer.remarks.size(), static_cast<std::size_t>(row.expected));
   }
 }
 
-TEST_F(NullHypothesisCheckTest, SpeaksOverTheParentWithTheStopIcon) {
-  const int window = 0;
-  NullHypothesisCheck(&window, 0, H0TwoTailed, .001, 0);
-  ASSERT_EQ(host.boxes.size(), 1U);
-  EXPECT_EQ(host.boxes[0].flags, MessageStopIcon);
-  EXPECT_EQ(host.boxes[0].parent, &window);
-  EXPECT_EQ(host.boxes[0].id, 12873);
-  EXPECT_EQ(host.boxes[0].text, LoadText(text::NullHypothesisTrue));
+TEST_F(NullHypothesisCheckTest, ClearsAnEarlierRefusal) {
+  Refusal refusal{Said::NullHypothesisNearlyTrue, {.001}};
+  EXPECT_EQ(poweranalysis::NullHypothesisCheck(.5, H0TwoTailed, .001, 1, refusal), 0);
+  EXPECT_FALSE(refusal);
+  EXPECT_EQ(refusal, Refusal());
 }
 
 TEST_F(NullHypothesisCheckTest, NamesTheToleranceOfAnEffectNearlyNull) {
-  EXPECT_EQ(NullHypothesisCheck(nullptr, .0005, H0TwoTailed, .001, 1), 2);
-  EXPECT_EQ(NullHypothesisCheck(nullptr, -.0005, H0AtLeast, .001, 1), 2);
-  EXPECT_THAT(Shown(), ElementsAre(12874, 12874));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("within a tolerance of 0.001 of being true"));
+  EXPECT_EQ(NullHypothesisCheck(.0005, H0TwoTailed, .001, 1), 2);
+  EXPECT_EQ(NullHypothesisCheck(-.0005, H0AtLeast, .001, 1), 2);
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue, Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(0), .001);
 }
 
 TEST_F(NullHypothesisCheckTest, LetsAnEffectEqualToTheTolerancePass) {
-  EXPECT_EQ(NullHypothesisCheck(nullptr, .001, H0TwoTailed, .001, 1), 0);
-  EXPECT_EQ(NullHypothesisCheck(nullptr, -.001, H0TwoTailed, .001, 1), 0);
+  EXPECT_EQ(NullHypothesisCheck(.001, H0TwoTailed, .001, 1), 0);
+  EXPECT_EQ(NullHypothesisCheck(-.001, H0TwoTailed, .001, 1), 0);
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
 TEST_F(NullHypothesisCheckTest, LooksAtTheToleranceOnlyWhenAsked) {
-  EXPECT_EQ(NullHypothesisCheck(nullptr, .0005, H0TwoTailed, .001, 0), 0);
+  EXPECT_EQ(NullHypothesisCheck(.0005, H0TwoTailed, .001, 0), 0);
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
 TEST_F(NullHypothesisCheckTest, SpeaksOnceOfANullThatIsTrueAndWithinTheTolerance) {
-  EXPECT_EQ(NullHypothesisCheck(nullptr, 0, H0TwoTailed, .001, 1), 1);
-  EXPECT_THAT(Shown(), ElementsAre(12873));
+  EXPECT_EQ(NullHypothesisCheck(0, H0TwoTailed, .001, 1), 1);
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
 }
 
 TEST_F(NullHypothesisCheckTest, LetsAnUnknownFormPassTheFirstTest) {
-  EXPECT_EQ(NullHypothesisCheck(nullptr, 0, 7, .001, 0), 0);
-  EXPECT_EQ(NullHypothesisCheck(nullptr, 0, -1, .001, 0), 0);
+  EXPECT_EQ(NullHypothesisCheck(0, 7, .001, 0), 0);
+  EXPECT_EQ(NullHypothesisCheck(0, -1, .001, 0), 0);
   EXPECT_THAT(Shown(), IsEmpty());
-  EXPECT_EQ(NullHypothesisCheck(nullptr, 0, 7, .001, 1), 2);
+  EXPECT_EQ(NullHypothesisCheck(0, 7, .001, 1), 2);
 }
 
 // --- The secant search.
 
-class RequiredSizeSearchTest : public ProceduresTest {};
+class RequiredSizeSearchTest : public ProceduresTest {
+ protected:
+  template <class PowerAt>
+  SearchResult RequiredSizeSearch(SearchMember member,
+                                  const SearchRequest& request,
+                                  PowerAt&& powerAt) {
+    return Heard(poweranalysis::RequiredSizeSearch(member, request, powerAt, observer));
+  }
+};
 
 TEST_F(RequiredSizeSearchTest, RemembersEarlierSlopesInItsStep) {
   const std::map<std::int64_t, double> powers = {
@@ -189,7 +205,7 @@ TEST_F(RequiredSizeSearchTest, ClimbsToTheLimitOnFailedPowers) {
   Script power([](std::int64_t) { return NumericFailure; });
   ExpectMissing(RequiredSizeSearch(Member::TTest, request, power), SearchTooLarge);
   EXPECT_EQ(power.trials.size(), 40U);  // 10, 12, 13, ... 50
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 TEST_F(RequiredSizeSearchTest, SurvivesStepsBeyondAnyInteger) {
@@ -209,31 +225,30 @@ TEST_F(RequiredSizeSearchTest, GivesUpOnAPowerThatCycles) {
   };
   ExpectMissing(RequiredSizeSearch(Member::TwoVariances, From(8e7), power), SearchTooLarge);
   EXPECT_LE(trials, 2000002);
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 TEST_F(RequiredSizeSearchTest, RefusesATrueNullBeforeAnythingElse) {
   Script power = StepAt(20, .5, .875);
   SearchRequest request = From(9);
   request.effect = 0;
-  request.showProgress = true;
+  observer.showsBar = true;
   ExpectMissing(RequiredSizeSearch(Member::TTest, request, power), SearchNullTrue);
-  EXPECT_THAT(Shown(), ElementsAre(12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
   EXPECT_THAT(power.trials, IsEmpty());
-  EXPECT_THAT(host.calls.progress, IsEmpty());
+  EXPECT_THAT(observer.bars, IsEmpty());
 }
 
 TEST_F(RequiredSizeSearchTest, ChecksTheNullByTheMembersRow) {
   struct Row {
     Member member;
     double tolerance;
-    const char* text;
     bool directed;  // the check is of the null "<=", whatever the request says
   };
   const Row rows[] = {
-      {Member::TTest, .001, "0.001", false},     {Member::PlannedContrast, .01, "0.01", false},
-      {Member::OneWayAnova, .01, "0.01", true},  {Member::TwoWayAnova, .01, "0.01", true},
-      {Member::OneVariance, .02, "0.02", false}, {Member::TwoVariances, .001, "0.001", false},
+      {Member::TTest, .001, false},      {Member::PlannedContrast, .01, false},
+      {Member::OneWayAnova, .01, true},  {Member::TwoWayAnova, .01, true},
+      {Member::OneVariance, .02, false}, {Member::TwoVariances, .001, false},
   };
   for (const Row& row : rows) {
     Script power = StepAt(20, .5, .875);
@@ -241,15 +256,15 @@ TEST_F(RequiredSizeSearchTest, ChecksTheNullByTheMembersRow) {
     request.effect = row.tolerance;
     EXPECT_EQ(RequiredSizeSearch(row.member, request, power).status, SearchOk);
 
-    host.boxes.clear();
+    observer.remarks.clear();
     power.trials.clear();
     request.effect = row.tolerance * .99;
     EXPECT_NE(RequiredSizeSearch(row.member, request, power).status, SearchOk);
-    ASSERT_THAT(Shown(), ElementsAre(12874));
-    EXPECT_THAT(host.boxes[0].text, HasSubstr(std::string("tolerance of ") + row.text + " of"));
+    ASSERT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
+    EXPECT_EQ(ToleranceIn(0), row.tolerance);
     EXPECT_THAT(power.trials, IsEmpty());
 
-    host.boxes.clear();
+    observer.remarks.clear();
     request.effect = -.5;
     EXPECT_EQ(RequiredSizeSearch(row.member, request, power).status,
               row.directed ? SearchNullTrue : SearchOk);
@@ -274,7 +289,7 @@ TEST_F(RequiredSizeSearchTest, GivesTheNullChecksOwnResultForTwoVariances) {
   request.effect = .0005;
   ExpectMissing(RequiredSizeSearch(Member::TwoVariances, request, power), 2);
   // Neither "too large" nor "cancelled" is said.
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12874));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue));
 }
 
 TEST_F(RequiredSizeSearchTest, SpeaksOfATrueNullAndNotOfTheVarianceRatio) {
@@ -282,7 +297,7 @@ TEST_F(RequiredSizeSearchTest, SpeaksOfATrueNullAndNotOfTheVarianceRatio) {
   SearchRequest request = From(9);
   request.effect = .019;
   ExpectMissing(RequiredSizeSearch(Member::OneVariance, request, power), SearchNullTrue);
-  EXPECT_THAT(Shown(), ElementsAre(12874));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
 }
 
 // --- Goals.
@@ -293,10 +308,12 @@ TEST_F(RequiredSizeSearchTest, RefusesInSilenceAGoalOutsideTheWindowOfTheAnovas)
       Script power = StepAt(20, 0, 2);
       SearchRequest request = From(9);
       request.powerGoal = goal;
-      request.showProgress = true;
+      observer.showsBar = true;
       ExpectMissing(RequiredSizeSearch(member, request, power), SearchGoalOutOfRange);
       EXPECT_THAT(power.trials, IsEmpty());
+      EXPECT_THAT(observer.bars, IsEmpty());
     }
+    observer.showsBar = false;
     for (const double goal : {.01, .999}) {
       Script power = StepAt(20, 0, 2);
       SearchRequest request = From(9);
@@ -305,7 +322,6 @@ TEST_F(RequiredSizeSearchTest, RefusesInSilenceAGoalOutsideTheWindowOfTheAnovas)
     }
   }
   EXPECT_THAT(Shown(), IsEmpty());
-  EXPECT_THAT(host.calls.progress, IsEmpty());
 }
 
 TEST_F(RequiredSizeSearchTest, HasNoGoalWindowElsewhere) {
@@ -358,23 +374,23 @@ TEST_F(RequiredSizeSearchTest, TurnsTheStartIntoTheFirstTrialByTheMembersRow) {
 
 TEST_F(RequiredSizeSearchTest, FailsBeforeAnyPowerWhenTheFirstTrialIsAboveTheLimit) {
   for (const double start : {150000., 1e35, kInfinity}) {
-    host.boxes.clear();
+    observer.remarks.clear();
     Script power = StepAt(20, .5, .875);
     SearchRequest request = From(start);
-    request.showProgress = true;
+    observer.showsBar = true;
     ExpectMissing(RequiredSizeSearch(Member::TTest, request, power), SearchTooLarge);
     EXPECT_THAT(power.trials, IsEmpty());
-    EXPECT_THAT(Shown(), ElementsAre(12381));
-    EXPECT_FALSE(host.boxes[0].barOpen);
+    EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
+    EXPECT_FALSE(observer.remarks[0].barOpen);
   }
   Script power = StepAt(20, .5, .875);
   EXPECT_EQ(RequiredSizeSearch(Member::PlannedContrast, From(150000), power).requiredSize, 20);
-  host.boxes.clear();
+  observer.remarks.clear();
   power.trials.clear();
   ExpectMissing(RequiredSizeSearch(Member::PlannedContrast, From(150001), power), SearchTooLarge);
   ExpectMissing(RequiredSizeSearch(Member::PlannedContrast, From(1e35), power), SearchTooLarge);
   EXPECT_THAT(power.trials, IsEmpty());
-  EXPECT_THAT(Shown(), ElementsAre(12381, 12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge, Said::SearchTooLarge));
 }
 
 TEST_F(RequiredSizeSearchTest, ClosesInFromAFirstTrialBeyondTheBracket) {
@@ -397,12 +413,12 @@ TEST_F(RequiredSizeSearchTest, TakesTheSmallestDesignStrictlyForOneVarianceOnly)
   for (const Member member : {Member::OneVariance, Member::TwoVariances}) {
     power.trials.clear();
     SearchRequest request = From(5);
-    request.showProgress = true;
+    observer.showsBar = true;
     result = RequiredSizeSearch(member, request, power);
     EXPECT_EQ(result.requiredSize, 1);
     EXPECT_EQ(result.actualPower, .875);
     EXPECT_THAT(power.trials, ElementsAre(1));
-    EXPECT_FALSE(host.IsProgressBarOpen());
+    EXPECT_FALSE(observer.barOpen);
   }
 }
 
@@ -439,12 +455,8 @@ TEST_F(RequiredSizeSearchTest, FailsATTestOnACandidateAboveTheLimit) {
   request.powerGoal = .859375;
   ExpectMissing(RequiredSizeSearch(Member::TTest, request, power), SearchTooLarge);
   EXPECT_THAT(power.trials, Each(testing::Le(17)));
-  ASSERT_THAT(Shown(), ElementsAre(12381));
-  EXPECT_EQ(
-      host.boxes[0].text,
-      "An extremely large N (greater than 17) has occurred during this sample size "
-      "calculation. Calculation will be terminated to avoid problems with machine precision.");
-  EXPECT_EQ(host.boxes[0].flags, MessageStopIcon);
+  ASSERT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 17);
 }
 
 TEST_F(RequiredSizeSearchTest, KeepsATTestWithinABracketThatTheLimitCannotCut) {
@@ -476,7 +488,7 @@ TEST_F(RequiredSizeSearchTest, FailsAContrastOnAShortTrialAboveTheLimit) {
   Script power = StepAt(300, .5, .875);
   ExpectMissing(RequiredSizeSearch(Member::PlannedContrast, request, power), SearchTooLarge);
   EXPECT_EQ(power.trials.back(), 101);
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 TEST_F(RequiredSizeSearchTest, CutsTheOthersToTheLimitAndFailsThere) {
@@ -491,7 +503,7 @@ TEST_F(RequiredSizeSearchTest, CutsTheOthersToTheLimitAndFailsThere) {
       {Member::TwoVariances, SizeFailure, NumericFailure},
   };
   for (const Row& row : rows) {
-    host.boxes.clear();
+    observer.remarks.clear();
     SearchRequest request = From(10);
     request.sizeLimit = 400;
     Script power([](std::int64_t) { return .5; });
@@ -500,8 +512,8 @@ TEST_F(RequiredSizeSearchTest, CutsTheOthersToTheLimitAndFailsThere) {
     EXPECT_EQ(result.actualPower, row.power);
     EXPECT_EQ(result.status, SearchTooLarge);
     EXPECT_EQ(power.trials.back(), 400);
-    EXPECT_THAT(Shown(), ElementsAre(12381));
-    EXPECT_THAT(host.boxes[0].text, HasSubstr("(greater than 400)"));
+    EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
+    EXPECT_EQ(SizeIn(0), 400);
     // The limit itself may be the answer.
     EXPECT_EQ(RequiredSizeSearch(row.member, request, StepAt(400, .5, .875)).requiredSize, 400);
   }
@@ -513,9 +525,9 @@ TEST_F(RequiredSizeSearchTest, LimitsOneVarianceByItsOwnNumberAndTellsTheRequest
   Script power([](std::int64_t) { return .5; });
   ExpectMissing(RequiredSizeSearch(Member::OneVariance, request, power), SearchTooLarge);
   EXPECT_EQ(power.trials.back(), 150000);
-  ASSERT_THAT(Shown(), ElementsAre(12381));
+  ASSERT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
   // The words speak of N, though the size is degrees of freedom.
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("An extremely large N (greater than 777)"));
+  EXPECT_EQ(SizeIn(0), 777);
   EXPECT_EQ(RequiredSizeSearch(Member::OneVariance, request, StepAt(9000, .5, .875)).requiredSize,
             9000);
 }
@@ -524,23 +536,22 @@ TEST_F(RequiredSizeSearchTest, LimitsOneVarianceByItsOwnNumberAndTellsTheRequest
 
 TEST_F(RequiredSizeSearchTest, KeepsTheTitleOfItsBarAndCountsTheTrials) {
   SearchRequest request = From(9);
-  request.showProgress = true;
+  observer.showsBar = true;
   Script power = StepAt(15, .5, .875);
   EXPECT_EQ(RequiredSizeSearch(Member::TTest, request, power).requiredSize, 15);
-  EXPECT_THAT(host.calls.progress,
-              ElementsAre("d_pbar Searching for required N", "dstart 10", "dstop"));
+  EXPECT_THAT(observer.bars, ElementsAre(Pair(Said::SearchingForN, 10)));
+  EXPECT_FALSE(observer.barOpen);
   EXPECT_THAT(power.trials, ElementsAre(10, 12, 13, 14, 15));
-  EXPECT_THAT(positions, ElementsAre(1, 2, 3, 4));
-  EXPECT_EQ(Module().ProgressOpen, 0);
+  EXPECT_THAT(observer.positions, ElementsAre(1, 2, 3, 4));
 }
 
 TEST_F(RequiredSizeSearchTest, NamesTheBarAfterTheSizeThatTheMemberSeeks) {
   struct Row {
     Member member;
-    std::vector<std::string> calls;
+    std::vector<std::pair<Said, std::int32_t>> bars;
   };
-  const std::vector<std::string> n = {"d_pbar Searching for required N", "dstart 10", "dstop"};
-  const std::vector<std::string> df = {"d_pbar Searching for required DF", "dstart 10", "dstop"};
+  const std::vector<std::pair<Said, std::int32_t>> n = {{Said::SearchingForN, 10}};
+  const std::vector<std::pair<Said, std::int32_t>> df = {{Said::SearchingForDf, 10}};
   const Row rows[] = {
       {Member::TTest, n},
       {Member::PlannedContrast, n},
@@ -551,84 +562,67 @@ TEST_F(RequiredSizeSearchTest, NamesTheBarAfterTheSizeThatTheMemberSeeks) {
       {Member::TwoVariances, n},
   };
   for (const Row& row : rows) {
-    host.calls.progress.clear();
+    observer.bars.clear();
     SearchRequest request = From(9);
-    request.showProgress = true;
+    observer.showsBar = true;
     RequiredSizeSearch(row.member, request, StepAt(15, .5, .875));
-    EXPECT_EQ(host.calls.progress, row.calls);
+    EXPECT_EQ(observer.bars, row.bars);
+    EXPECT_FALSE(observer.barOpen);
   }
 }
 
 TEST_F(RequiredSizeSearchTest, StaysWithoutABarAndWithoutPollingUnlessAsked) {
   int polls = 0;
-  host.cancelled = [&] { return ++polls > 0; };
+  observer.stop = [&] { return ++polls > 0; };
   EXPECT_EQ(RequiredSizeSearch(Member::TTest, From(9), StepAt(15, .5, .875)).requiredSize, 15);
   EXPECT_EQ(polls, 0);
-  EXPECT_THAT(host.calls.progress, IsEmpty());
+  EXPECT_THAT(observer.bars, IsEmpty());
 }
 
 TEST_F(RequiredSizeSearchTest, CannotCancelTheTwoWayMember) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   SearchRequest request = From(9);
-  request.showProgress = true;
+  observer.showsBar = true;
   EXPECT_EQ(RequiredSizeSearch(Member::TwoWayAnova, request, StepAt(15, .5, .875)).requiredSize,
             15);
 }
 
 TEST_F(RequiredSizeSearchTest, EndsOnACancellationAndLeavesNoBarOpen) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   for (const Member member :
        {Member::TTest, Member::PlannedContrast, Member::OneVariance, Member::TwoVariances}) {
-    host.boxes.clear();
+    observer.remarks.clear();
     SearchRequest request = From(9);
-    request.showProgress = true;
+    observer.showsBar = true;
     Script power = StepAt(15, .5, .875);
     ExpectMissing(RequiredSizeSearch(member, request, power), SearchCancelled);
-    ASSERT_THAT(Shown(), ElementsAre(12865));
-    EXPECT_EQ(host.boxes[0].text, "Calculation cancelled at user request.");
-    EXPECT_EQ(host.boxes[0].flags, MessageStopIcon);
-    EXPECT_FALSE(host.boxes[0].barOpen);
-    EXPECT_FALSE(host.IsProgressBarOpen());
-    EXPECT_EQ(Module().ProgressOpen, 0);
+    ASSERT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest));
+    EXPECT_FALSE(observer.remarks[0].barOpen);
+    EXPECT_FALSE(observer.barOpen);
   }
 }
 
 TEST_F(RequiredSizeSearchTest, PollsFromTheSecondPowerOn) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   SearchRequest request = From(9);
-  request.showProgress = true;
+  observer.showsBar = true;
   Script power = StepAt(15, .5, .875);
   RequiredSizeSearch(Member::TTest, request, power);
   EXPECT_THAT(power.trials, ElementsAre(10, 12));
 }
 
 TEST_F(RequiredSizeSearchTest, LeavesTheResultsOfACancelledOneWaySearchUntouched) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   SearchRequest request = From(9);
-  request.showProgress = true;
+  observer.showsBar = true;
   SearchResult result{77, .625, SearchOk};
-  RequiredSizeSearch(PolicyOf(Member::OneWayAnova), request, StepAt(15, .5, .875), result);
+  poweranalysis::RequiredSizeSearch(PolicyOf(Member::OneWayAnova), request, StepAt(15, .5, .875),
+                                    observer, result);
+  Heard(result);
   EXPECT_EQ(result.requiredSize, 77);
   EXPECT_EQ(result.actualPower, .625);
   EXPECT_EQ(result.status, SearchCancelled);
-  EXPECT_THAT(Shown(), ElementsAre(12865));
-}
-
-TEST_F(RequiredSizeSearchTest, ReplacesABarLeftOpenByAnEarlierCall) {
-  ProgressStart("left open", 3);
-  SearchRequest request = From(9);
-  request.showProgress = true;
-  RequiredSizeSearch(Member::TTest, request, StepAt(15, .5, .875));
-  EXPECT_THAT(host.calls.progress,
-              ElementsAre("d_pbar left open", "dstart 3", "dstop",
-                          "d_pbar Searching for required N", "dstart 10", "dstop"));
-}
-
-TEST_F(RequiredSizeSearchTest, RunsWithoutAnAnalysis) {
-  Module().analysis = nullptr;
-  SearchRequest request = From(9);
-  request.showProgress = true;
-  EXPECT_EQ(RequiredSizeSearch(Member::TTest, request, StepAt(15, .5, .875)).requiredSize, 15);
+  EXPECT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest));
 }
 
 TEST_F(RequiredSizeSearchTest, NeverShowsTheTextsThatNoPathUses) {
@@ -643,13 +637,19 @@ TEST_F(RequiredSizeSearchTest, NeverShowsTheTextsThatNoPathUses) {
   }
   EXPECT_THAT(Shown(), Not(IsEmpty()));
   for (const int unused : {12857, 12864, 12867}) {
-    EXPECT_THAT(Shown(), Not(Contains(unused)));
+    EXPECT_THAT(Shown(), Not(Contains(static_cast<Said>(unused))));
   }
 }
 
 // --- Bracket, then bisect.
 
-class BracketBisectSearchTest : public ProceduresTest {};
+class BracketBisectSearchTest : public ProceduresTest {
+ protected:
+  template <class PowerAt>
+  SearchResult BracketBisectSearch(const BracketBisectRequest& request, PowerAt&& powerAt) {
+    return Heard(poweranalysis::BracketBisectSearch(request, powerAt, observer));
+  }
+};
 
 BracketBisectRequest Predictors(std::int64_t k) {
   return {.effect = .2, .powerGoal = .75, .predictors = k};
@@ -725,12 +725,12 @@ TEST_F(BracketBisectSearchTest, RefusesAnEffectWithinItsWideTolerance) {
   Script power = StepAt(60, .5, .875);
   request.effect = .049;
   ExpectMissing(BracketBisectSearch(request, power), 1);
-  EXPECT_THAT(Shown(), ElementsAre(12874));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("tolerance of 0.05 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(0), .05);
   request.effect = -.2;
   request.form = H0AtMost;
   ExpectMissing(BracketBisectSearch(request, power), 1);
-  EXPECT_THAT(Shown(), ElementsAre(12874, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue, Said::NullHypothesisTrue));
   EXPECT_THAT(power.trials, IsEmpty());
   request.form = H0Zero;
   EXPECT_EQ(BracketBisectSearch(request, power).requiredSize, 60);
@@ -740,37 +740,37 @@ TEST_F(BracketBisectSearchTest, GivesUpInSilenceOnAGoalOutOfReach) {
   for (const double never : {0., kNaN, NumericFailure}) {
     Script power([=](std::int64_t) { return never; });
     BracketBisectRequest request = Predictors(3);
-    request.showProgress = true;
+    observer.showsBar = true;
     ExpectMissing(BracketBisectSearch(request, power), 1);
     EXPECT_LE(power.trials.back(), BracketBisect::LargestSize);
-    EXPECT_FALSE(host.IsProgressBarOpen());
+    EXPECT_FALSE(observer.barOpen);
   }
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
 TEST_F(BracketBisectSearchTest, ShowsTwoBarsAndCountsOn) {
   BracketBisectRequest request = Predictors(3);
-  request.showProgress = true;
+  observer.showsBar = true;
   BracketBisectSearch(request, StepAt(60, .5, .875));
-  EXPECT_THAT(host.calls.progress,
-              ElementsAre("d_pbar Searching for upper bound on required N", "dstart 20", "dstop",
-                          "d_pbar Searching for required N", "dstart 20", "dstop"));
-  EXPECT_THAT(positions, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
-  EXPECT_EQ(Module().ProgressOpen, 0);
+  EXPECT_THAT(observer.bars,
+              ElementsAre(Pair(Said::SearchingForUpperBound, 20), Pair(Said::SearchingForN, 20)));
+  EXPECT_FALSE(observer.barOpen);
+  EXPECT_THAT(observer.positions, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
 }
 
 TEST_F(BracketBisectSearchTest, CanBeCancelledInSilenceEvenWithoutABar) {
   for (const int poll : {1, 3}) {  // while bracketing, while bisecting
     for (const bool bar : {false, true}) {
       int polls = 0;
-      host.cancelled = [&] { return ++polls >= poll; };
-      ProgressStart("fresh", 1);
-      ProgressStop();
-      BracketBisectRequest request = Predictors(3);
-      request.showProgress = bar;
-      ExpectMissing(BracketBisectSearch(request, StepAt(60, .5, .875)), SearchCancelled);
+      RecordingObserver stopping;
+      stopping.stop = [&] { return ++polls >= poll; };
+      stopping.showsBar = bar;
+      ExpectMissing(
+          poweranalysis::BracketBisectSearch(Predictors(3), StepAt(60, .5, .875), stopping),
+          SearchCancelled);
       EXPECT_EQ(polls, poll);
-      EXPECT_FALSE(host.IsProgressBarOpen());
+      EXPECT_FALSE(stopping.barOpen);
+      EXPECT_THAT(stopping.remarks, IsEmpty());
     }
   }
   EXPECT_THAT(Shown(), IsEmpty());

@@ -27,13 +27,14 @@ class SettledPowerTest : public ProceduresTest {
 
 TEST_F(SettledPowerTest, EndsAWalkWhereItWouldEndWithFewEvaluations) {
   Script plain(Steep);
-  const SearchResult walked = RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal), plain);
+  const SearchResult walked =
+      RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal), plain, observer);
   EXPECT_GT(plain.trials.size(), 1000U);
 
   Script script(Steep);
   const auto powerAt = [&](std::int64_t n) { return script(n); };
-  const SearchResult settled = RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal),
-                                                  SettledPower(powerAt, kGoal, 2, kLimit));
+  const SearchResult settled = RequiredSizeSearch(
+      SearchMember::TwoWayAnova, Asked(kGoal), SettledPower(powerAt, kGoal, 2, kLimit), observer);
   EXPECT_EQ(settled.requiredSize, walked.requiredSize);
   EXPECT_EQ(settled.actualPower, walked.actualPower);
   EXPECT_EQ(settled.status, walked.status);
@@ -43,11 +44,12 @@ TEST_F(SettledPowerTest, EndsAWalkWhereItWouldEndWithFewEvaluations) {
 TEST_F(SettledPowerTest, LeavesAShortSearchAlone) {
   const auto slow = [](std::int64_t n) { return 1 - std::exp(-static_cast<double>(n) / 300); };
   Script plain(slow);
-  const SearchResult walked = RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal), plain);
+  const SearchResult walked =
+      RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal), plain, observer);
   Script script(slow);
   const auto powerAt = [&](std::int64_t n) { return script(n); };
-  const SearchResult settled = RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal),
-                                                  SettledPower(powerAt, kGoal, 2, kLimit));
+  const SearchResult settled = RequiredSizeSearch(
+      SearchMember::TwoWayAnova, Asked(kGoal), SettledPower(powerAt, kGoal, 2, kLimit), observer);
   EXPECT_EQ(script.trials, plain.trials);
   EXPECT_EQ(settled.requiredSize, walked.requiredSize);
 }
@@ -56,7 +58,7 @@ TEST_F(SettledPowerTest, GivesUpWhereTheLimitFallsShort) {
   Script script([](std::int64_t) { return NumericFailure; });
   const auto powerAt = [&](std::int64_t n) { return script(n); };
   const SearchResult result = RequiredSizeSearch(SearchMember::TwoWayAnova, Asked(kGoal),
-                                                 SettledPower(powerAt, kGoal, 2, kLimit));
+                                                 SettledPower(powerAt, kGoal, 2, kLimit), observer);
   EXPECT_EQ(result.status, SearchTooLarge);
   // The patient ones, the limit, and the limit again where the search meets it.
   EXPECT_THAT(script.trials, SizeIs(42));

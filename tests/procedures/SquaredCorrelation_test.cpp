@@ -37,7 +37,13 @@ class SquaredCorrelationTests : public ProceduresTest {
                  std::int16_t form,
                  std::int16_t algorithm = R2Lee,
                  double alpha = .05) {
-    return SquaredCorrelationPower(nullptr, n, k, alpha, rho2, c2, algorithm, form, err);
+    return HeardOf([&](Refusal& refusal) {
+      return SquaredCorrelationPower(n, k, alpha, rho2, c2, algorithm, form, err, refusal,
+                                     observer);
+    });
+  }
+  SearchResult SquaredCorrelationRequiredN(const SquaredCorrelationSizeRequest& request) {
+    return Heard(poweranalysis::SquaredCorrelationRequiredN(request, observer));
   }
   double PowerAt(const SquaredCorrelationSizeRequest& r, std::int64_t n) {
     return PowerOf(n, r.k, r.rho2, r.c2, r.form, r.algorithm, r.alpha);
@@ -89,7 +95,10 @@ TEST_F(SquaredCorrelationTests, RefusesATrueNullInEveryForm) {
   EXPECT_EQ(PowerOf(60, 4, .2, .3, H0AtMost), NumericFailure);
   EXPECT_EQ(PowerOf(60, 4, .4, .3, H0AtLeast), NumericFailure);
   EXPECT_EQ(PowerOf(60, 4, 0, 0, H0AtMost), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873, 12873, 12873, 12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(SquaredCorrelationTests, GivesAlphaWhereAnUnknownFormPassesATrueNull) {
@@ -122,7 +131,7 @@ TEST_F(SquaredCorrelationTests, MakesAFailedDistributionAFailedPower) {
 }
 
 TEST_F(SquaredCorrelationTests, StopsALongSeriesWhenTheUserAsks) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   EXPECT_EQ(PowerOf(150000, 3, .9, .8, H0TwoTailed, R2Exact), NumericFailure);
   EXPECT_EQ(err, 2);
   EXPECT_THAT(Shown(), IsEmpty());
@@ -134,8 +143,10 @@ TEST_F(SquaredCorrelationTests, KeepsCriticalValuesBitForBit) {
     for (const double c2 : {0., .1}) {
       for (const std::int64_t n : {40, 41}) {
         for (const double rho2 : {.2, .3}) {
-          EXPECT_EQ(SquaredCorrelationPower(nullptr, {n, 4, .05, c2, R2Exact, form}, rho2, err,
-                                            criticals),
+          EXPECT_EQ(HeardOf([&](Refusal& refusal) {
+                      return SquaredCorrelationPower({n, 4, .05, c2, R2Exact, form}, rho2, err,
+                                                     refusal, criticals, observer);
+                    }),
                     PowerOf(n, 4, rho2, c2, form, R2Exact));
         }
       }
@@ -179,15 +190,15 @@ TEST_F(SquaredCorrelationTests, RefusesAnEffectBelowAFiveHundredthThoughItHasAPo
   EXPECT_GT(PowerOf(100, 4, .24, .2, H0TwoTailed), .05);
   EXPECT_THAT(Shown(), IsEmpty());
   ExpectMissing(SquaredCorrelationRequiredN(Asked(.24, .2, 4, .9, H0TwoTailed)), SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(12874));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("tolerance of 0.05 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
+  EXPECT_EQ(ToleranceIn(0), .05);
   EXPECT_EQ(SquaredCorrelationRequiredN(Asked(.05, 0, 4, .9, H0TwoTailed)).status, SearchOk);
 }
 
 TEST_F(SquaredCorrelationTests, RefusesATrueNullInASearch) {
   ExpectMissing(SquaredCorrelationRequiredN(Asked(.3, .3, 4, .9, H0Zero)), SearchTooLarge);
   ExpectMissing(SquaredCorrelationRequiredN(Asked(.2, .4, 4, .9, H0AtMost)), SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue));
 }
 
 TEST_F(SquaredCorrelationTests, ReturnsTheSmallestSizeAtOnceWhenItIsEnough) {
@@ -258,14 +269,14 @@ TEST_F(SquaredCorrelationTests, GivesUpInSilenceWithoutADistribution) {
 
 TEST_F(SquaredCorrelationTests, ShowsItsBarAndObeysACancellation) {
   SquaredCorrelationSizeRequest request = Asked(.2, .1, 4, .9, H0TwoTailed);
-  request.showProgress = true;
+  observer.showsBar = true;
   EXPECT_EQ(SquaredCorrelationRequiredN(request).status, SearchOk);
-  EXPECT_GT(positions.size(), 5U);
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_GT(observer.positions.size(), 5U);
+  EXPECT_FALSE(observer.barOpen);
   int asked = 0;
-  host.cancelled = [&] { return ++asked == 3; };
+  observer.stop = [&] { return ++asked == 3; };
   ExpectMissing(SquaredCorrelationRequiredN(request), SearchCancelled);
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_FALSE(observer.barOpen);
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
@@ -274,7 +285,7 @@ TEST_F(SquaredCorrelationTests, ObeysACancellationInsideAnEvaluation) {
   SquaredCorrelationSizeRequest request = Asked(.9999, .9, 200, .999, H0TwoTailed);
   request.algorithm = R2Exact;
   int asked = 0;
-  host.cancelled = [&] { return ++asked == 1; };
+  observer.stop = [&] { return ++asked == 1; };
   ExpectMissing(SquaredCorrelationRequiredN(request), SearchCancelled);
   EXPECT_THAT(Shown(), IsEmpty());
 }

@@ -23,13 +23,18 @@ class Survival : public ProceduresTest {
     return LogRankPower(n, test, err, events);
   }
   double Power(std::int64_t n, const ExponentialSurvivalTest& test) {
-    return ExponentialSurvivalPower(n, test, nullptr);
+    return HeardOf([&](Refusal& refusal) { return ExponentialSurvivalPower(n, test, refusal); });
   }
   std::int64_t RequiredN(const LogRankTest& test, double goal) {
-    return LogRankRequiredN(nullptr, test, goal, events, err);
+    return HeardOf(
+        [&](Refusal& refusal) { return LogRankRequiredN(test, goal, events, err, refusal); });
   }
   std::int64_t RequiredN(const ExponentialSurvivalTest& test, double goal) {
-    return ExponentialSurvivalRequiredN(nullptr, test, goal, err);
+    return HeardOf(
+        [&](Refusal& refusal) { return ExponentialSurvivalRequiredN(test, goal, err, refusal); });
+  }
+  std::int16_t FollowUpCheck(std::int32_t t, std::int32_t t0) {
+    return HeardOf([&](Refusal& refusal) { return poweranalysis::FollowUpCheck(t, t0, refusal); });
   }
   template <class Test>
   void ExpectMissing(const Test& test) {
@@ -82,7 +87,7 @@ TEST_F(Survival, AsksFormOneForTheLargerRateInGroupTwo) {
   EXPECT_EQ(RequiredN(LogRankTest{.7, .5, .05, H0AtMost}, .9), SizeFailure);
   EXPECT_EQ(err, 1);
   EXPECT_EQ(events, SizeFailure);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
 }
 
 TEST_F(Survival, RefusesEqualAndNearlyEqualRates) {
@@ -90,8 +95,8 @@ TEST_F(Survival, RefusesEqualAndNearlyEqualRates) {
   EXPECT_EQ(RequiredN(LogRankTest{.5, .5009, .05, H0TwoTailed}, .9), SizeFailure);
   EXPECT_EQ(err, 1);
   EXPECT_EQ(events, SizeFailure);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue, text::NullHypothesisNearlyTrue));
-  host.boxes.clear();
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue));
+  observer.remarks.clear();
   EXPECT_EQ(Power(100, LogRankTest{.5, .5, .05, H0TwoTailed}), NumericFailure);
   EXPECT_EQ(err, 1);
   EXPECT_EQ(events, SizeFailure);
@@ -187,7 +192,7 @@ TEST_F(Survival, AsksFormOneForTheLargerParameterInGroupTwo) {
   EXPECT_EQ(Power(100, test), NumericFailure);
   EXPECT_EQ(RequiredN(test, .9), SizeFailure);
   EXPECT_EQ(err, 1);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue, text::NullHypothesisTrue));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue));
 }
 
 TEST_F(Survival, RefusesASmallGapOnlyInARequiredSize) {
@@ -195,26 +200,26 @@ TEST_F(Survival, RefusesASmallGapOnlyInARequiredSize) {
   EXPECT_THAT(Shown(), IsEmpty());
   EXPECT_EQ(RequiredN(Exponential(.5, .5009), .9), SizeFailure);
   EXPECT_EQ(err, 1);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisNearlyTrue));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue));
 }
 
 TEST_F(Survival, AcceptsAFollowUpOfTheAccrualAndNoneShorter) {
-  EXPECT_EQ(FollowUpCheck(nullptr, 9, 9), 0);
+  EXPECT_EQ(FollowUpCheck(9, 9), 0);
   ExponentialSurvivalTest test = Exponential(.5, .7);
   test.t = test.t0;
   EXPECT_GT(RequiredN(test, .9), 208);
   EXPECT_THAT(Shown(), IsEmpty());
   test.t = test.t0 - 1;
-  EXPECT_EQ(FollowUpCheck(nullptr, test.t, test.t0), 1);
-  EXPECT_EQ(host.boxes.back().text, "T must be at least as large as T0.\rPlease check parameters.");
-  host.boxes.clear();
+  EXPECT_EQ(FollowUpCheck(test.t, test.t0), 1);
+  EXPECT_THAT(Shown(), ElementsAre(Said::FollowUpTooShort));
+  observer.remarks.clear();
   EXPECT_EQ(RequiredN(test, .9), SizeFailure);
   EXPECT_EQ(err, 1);
-  EXPECT_THAT(Shown(), ElementsAre(text::FollowUpTooShort));
-  host.boxes.clear();
+  EXPECT_THAT(Shown(), ElementsAre(Said::FollowUpTooShort));
+  observer.remarks.clear();
   test.lambda2 = test.lambda1;
   EXPECT_EQ(RequiredN(test, .9), SizeFailure);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue)) << "one message, the first";
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue)) << "one message, the first";
 }
 
 TEST_F(Survival, HasNoEventsAtARateOfZero) {

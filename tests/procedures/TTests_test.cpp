@@ -33,8 +33,27 @@ class TTestsTest : public ProceduresTest {
  protected:
   CriticalTCache criticals;
 
+  double TTestPower(double crit, std::int32_t df, double delta, std::int16_t form) {
+    return HeardOf([&](Refusal& refusal) {
+      return poweranalysis::TTestPower(crit, df, delta, form, refusal);
+    });
+  }
+  double TTestPower(const TDesign& design, double alpha, std::int16_t form, CriticalTCache& known) {
+    return HeardOf([&](Refusal& refusal) {
+      return poweranalysis::TTestPower(design, alpha, form, refusal, known);
+    });
+  }
+  SearchResult OneGroupRequiredN(const TSizeRequest& request, CriticalTCache& known) {
+    return Heard(poweranalysis::OneGroupRequiredN(request, known, observer));
+  }
+  SearchResult TwoGroupsRequiredN(const TSizeRequest& request,
+                                  std::int16_t nToVary,
+                                  std::int64_t fixedN,
+                                  CriticalTCache& known) {
+    return Heard(poweranalysis::TwoGroupsRequiredN(request, nToVary, fixedN, known, observer));
+  }
   double PowerOf(const TDesign& design, double alpha, std::int16_t form) {
-    return TTestPower(nullptr, CriticalT(design.df, alpha, form), design.df, design.delta, form);
+    return TTestPower(CriticalT(design.df, alpha, form), design.df, design.delta, form);
   }
 };
 
@@ -115,25 +134,24 @@ TEST_F(TTestsTest, CountsBothTailsInATwoTailedPower) {
   const double wrongSide = NoncentralTCdf(crit, df, delta);
   const double rightSide = 1 - NoncentralTCdf(-crit, df, delta);
   EXPECT_GT(wrongSide, .03);
-  EXPECT_NEAR(TTestPower(nullptr, crit, df, delta, H0TwoTailed), wrongSide + rightSide, 1e-15);
+  EXPECT_NEAR(TTestPower(crit, df, delta, H0TwoTailed), wrongSide + rightSide, 1e-15);
 }
 
 TEST_F(TTestsTest, TakesTheTailThatTheFormRejectsIn) {
   const std::int32_t df = 9;
   const double crit = CriticalT(df, .05, H0AtMost);
-  EXPECT_EQ(TTestPower(nullptr, crit, df, 1.5, H0AtMost), 1 - NoncentralTCdf(-crit, df, 1.5));
-  EXPECT_EQ(TTestPower(nullptr, crit, df, -1.5, H0AtLeast), NoncentralTCdf(crit, df, -1.5));
+  EXPECT_EQ(TTestPower(crit, df, 1.5, H0AtMost), 1 - NoncentralTCdf(-crit, df, 1.5));
+  EXPECT_EQ(TTestPower(crit, df, -1.5, H0AtLeast), NoncentralTCdf(crit, df, -1.5));
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
 TEST_F(TTestsTest, RefusesATrueNullItself) {
-  const int window = 0;
-  EXPECT_EQ(TTestPower(&window, -2, 24, 0, H0TwoTailed), NumericFailure);
+  EXPECT_EQ(TTestPower(-2, 24, 0, H0TwoTailed), NumericFailure);
   // Mu above Mu0 under the null ">=": true, though the effect is not zero.
-  EXPECT_EQ(TTestPower(&window, -2, 24, 1.5, H0AtLeast), NumericFailure);
-  EXPECT_EQ(TTestPower(&window, -2, 24, -1.5, H0AtMost), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873));
-  EXPECT_EQ(host.boxes[0].parent, &window);
+  EXPECT_EQ(TTestPower(-2, 24, 1.5, H0AtLeast), NumericFailure);
+  EXPECT_EQ(TTestPower(-2, 24, -1.5, H0AtMost), NumericFailure);
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(TTestsTest, ComputesThePowerOfAnEffectTooSmallToSearchFor) {
@@ -142,17 +160,16 @@ TEST_F(TTestsTest, ComputesThePowerOfAnEffectTooSmallToSearchFor) {
 }
 
 TEST_F(TTestsTest, GivesAnUnknownFormThePowerZero) {
-  EXPECT_EQ(TTestPower(nullptr, -2, 24, 1.5, 5), 0.0);
-  EXPECT_EQ(TTestPower(nullptr, -2, 24, 1.5, -1), 0.0);
+  EXPECT_EQ(TTestPower(-2, 24, 1.5, 5), 0.0);
+  EXPECT_EQ(TTestPower(-2, 24, 1.5, -1), 0.0);
   // The form "= 0" is checked as two-tailed, and has no power here.
-  EXPECT_EQ(TTestPower(nullptr, -2, 24, 1.5, H0Zero), 0.0);
-  EXPECT_EQ(TTestPower(nullptr, -2, 24, 0, H0Zero), NumericFailure);
+  EXPECT_EQ(TTestPower(-2, 24, 1.5, H0Zero), 0.0);
+  EXPECT_EQ(TTestPower(-2, 24, 0, H0Zero), NumericFailure);
 }
 
 TEST_F(TTestsTest, MakesAFailedCriticalValueAFailedPower) {
   for (const std::int16_t form : kForms) {
-    EXPECT_EQ(TTestPower(nullptr, NumericFailure, 24, form == H0AtLeast ? -1.5 : 1.5, form),
-              NumericFailure);
+    EXPECT_EQ(TTestPower(NumericFailure, 24, form == H0AtLeast ? -1.5 : 1.5, form), NumericFailure);
   }
   EXPECT_EQ(ShownCriticalT(NumericFailure), NumericFailure);
   EXPECT_EQ(ShownCriticalTOfOneMean(NumericFailure, H0TwoTailed), NumericFailure);
@@ -164,7 +181,7 @@ TEST_F(TTestsTest, SumsTheTailsToThirteenDigits) {
       const double crit = CriticalT(df, alpha, H0TwoTailed);
       for (double delta = -16.05; delta < 16; delta += .1) {
         const double sum = NoncentralTCdf(crit, df, delta) + 1 - NoncentralTCdf(-crit, df, delta);
-        ASSERT_NEAR(TTestPower(nullptr, crit, df, delta, H0TwoTailed), sum, 1e-13 * sum)
+        ASSERT_NEAR(TTestPower(crit, df, delta, H0TwoTailed), sum, 1e-13 * sum)
             << df << ' ' << alpha << ' ' << delta;
       }
     }
@@ -174,8 +191,7 @@ TEST_F(TTestsTest, SumsTheTailsToThirteenDigits) {
 TEST_F(TTestsTest, GivesTheSamePowerThroughTheCache) {
   for (const double es : {.1, .5, 1.3}) {
     const TDesign design = EqualGroupsDesign(es, 40);
-    EXPECT_EQ(TTestPower(nullptr, design, .05, H0AtMost, criticals),
-              PowerOf(design, .05, H0AtMost));
+    EXPECT_EQ(TTestPower(design, .05, H0AtMost, criticals), PowerOf(design, .05, H0AtMost));
   }
 }
 
@@ -271,10 +287,10 @@ TEST_F(TTestsTest, SettlesThePowerOfEffectsThatOverflowTheDistribution) {
     for (const std::int64_t n : {2, 3, 25, 26, 1000, 150000}) {
       const TDesign up = {static_cast<std::int32_t>(n - 1), delta};
       const TDesign down = {up.df, -delta};
-      EXPECT_NEAR(TTestPower(nullptr, up, .0001, H0TwoTailed, criticals), 1, 1e-9) << n;
-      EXPECT_NEAR(TTestPower(nullptr, down, .05, H0TwoTailed, criticals), 1, 1e-9) << n;
-      EXPECT_NEAR(TTestPower(nullptr, up, .05, H0AtMost, criticals), 1, 1e-9) << n;
-      EXPECT_NEAR(TTestPower(nullptr, down, .05, H0AtLeast, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(up, .0001, H0TwoTailed, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(down, .05, H0TwoTailed, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(up, .05, H0AtMost, criticals), 1, 1e-9) << n;
+      EXPECT_NEAR(TTestPower(down, .05, H0AtLeast, criticals), 1, 1e-9) << n;
     }
   }
 }
@@ -303,8 +319,10 @@ TEST_F(TTestsTest, RefusesEffectsThatAreNullOrNearlySo) {
     ExpectMissing(TwoGroupsRequiredN(Asked(0, .05, .9, H0TwoTailed), vary, 25, criticals),
                   SearchNullTrue);
   }
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12874, 12873, 12873, 12873));
-  EXPECT_THAT(host.boxes[2].text, HasSubstr("tolerance of 0.001 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisNearlyTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue, Said::NullHypothesisTrue));
+  EXPECT_EQ(ToleranceIn(2), .001);
 }
 
 TEST_F(TTestsTest, SaysThatAnEffectNeedsMoreThanTheLimit) {
@@ -312,8 +330,8 @@ TEST_F(TTestsTest, SaysThatAnEffectNeedsMoreThanTheLimit) {
   ExpectMissing(OneGroupRequiredN(Asked(.001, .05, .9, H0TwoTailed), criticals), SearchTooLarge);
   ExpectMissing(TwoGroupsRequiredN(Asked(.001, .05, .9, H0TwoTailed), NToVaryBoth, 0, criticals),
                 SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(12381, 12381));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("(greater than 150000)"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge, Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 150000);
 }
 
 TEST_F(TTestsTest, RefusesInSilenceAChoiceThatNothingServes) {
@@ -336,7 +354,7 @@ TEST_F(TTestsTest, SeeksEitherGroupAgainstTheOther) {
 TEST_F(TTestsTest, FailsAFixedGroupThatNoOtherGroupCanHelp) {
   const TSizeRequest request = Asked(.2, .05, .9, H0TwoTailed);
   ExpectMissing(TwoGroupsRequiredN(request, NToVaryN1, 20, criticals), SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 TEST_F(TTestsTest, StaysInTheBracketOnAFlatStretchOfAFixedGroup) {
@@ -344,9 +362,10 @@ TEST_F(TTestsTest, StaysInTheBracketOnAFlatStretchOfAFixedGroup) {
   EXPECT_EQ(TwoGroupsRequiredN(request, NToVaryN2, 896, criticals).requiredSize, 1505);
   // The member's own row does so too, once its bracket lies within the limit.
   const SearchRequest search{.effect = .2, .powerGoal = .8, .start = 1, .sizeLimit = kLimit};
-  const SearchResult result = RequiredSizeSearch(SearchMember::TTest, search, [&](std::int64_t n) {
-    return TTestPower(nullptr, TwoGroupsDesign(.2, n, 896), .0001, H0TwoTailed, criticals);
-  });
+  const auto powerAt = [&](std::int64_t n) {
+    return TTestPower(TwoGroupsDesign(.2, n, 896), .0001, H0TwoTailed, criticals);
+  };
+  const SearchResult result = RequiredSizeSearch(SearchMember::TTest, search, powerAt, observer);
   EXPECT_EQ(result.requiredSize, 1505);
 }
 
@@ -361,7 +380,7 @@ TEST_F(TTestsTest, CrossesAFlatStartOfAFixedGroup) {
 
 TEST_F(TTestsTest, NeedsFewTrialsBesideAFixedGroup) {
   int trials = 0;
-  host.cancelled = [&] { return ++trials > 1000; };
+  observer.stop = [&] { return ++trials > 1000; };
   // The last design of each row needs the other group many times as large.
   for (const double es : {.05, .2, .8, 3.}) {
     for (const double goal : {.65, .8, .999}) {
@@ -371,7 +390,7 @@ TEST_F(TTestsTest, NeedsFewTrialsBesideAFixedGroup) {
       for (const std::int64_t fixedN : {equal * 2, equal + 1, equal - equal / 3}) {
         trials = 0;
         TSizeRequest request = Asked(es, .0001, goal, H0TwoTailed);
-        request.showProgress = true;
+        observer.showsBar = true;
         EXPECT_EQ(TwoGroupsRequiredN(request, NToVaryN1, fixedN, criticals).status, SearchOk);
         EXPECT_LE(trials, 10) << es << ' ' << goal << ' ' << fixedN;
       }
@@ -387,12 +406,12 @@ TEST_F(TTestsTest, TracksTheCriticalValueOfEachTrial) {
 }
 
 TEST_F(TTestsTest, ShowsItsBarAndObeysACancellation) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   TSizeRequest request = Asked(.5, .05, .8, H0TwoTailed);
-  request.showProgress = true;
+  observer.showsBar = true;
   ExpectMissing(TwoGroupsRequiredN(request, NToVaryN1, 50, criticals), SearchCancelled);
-  EXPECT_THAT(Shown(), ElementsAre(12865));
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest));
+  EXPECT_FALSE(observer.barOpen);
 }
 
 // The designs of a grid, and the size of each beside the power one below it.

@@ -23,10 +23,27 @@ constexpr std::int64_t kMostN = 9000000000000000;
 class TwoProportions : public ProceduresTest {
  protected:
   double Power(const TwoProportionTest& test, std::int64_t n1, std::int64_t n2) {
-    return TwoProportionPower(test, n1, n2, err, nullptr);
+    return HeardOf(
+        [&](Refusal& refusal) { return TwoProportionPower(test, n1, n2, err, refusal); });
   }
   std::int64_t RequiredN(const TwoProportionSizeRequest& request) {
-    return TwoProportionRequiredN(request, groups, actualPower, err);
+    return HeardOf([&](Refusal& refusal) {
+      return TwoProportionRequiredN(request, groups, actualPower, err, refusal);
+    });
+  }
+  std::int16_t McNemarParameterCheck(double delta, double eta) {
+    return HeardOf([&](Refusal& refusal) {
+      return poweranalysis::McNemarParameterCheck(delta, eta, refusal);
+    });
+  }
+  double McNemarPower(const McNemarTest& test, double n, int& status) {
+    return HeardOf(
+        [&](Refusal& refusal) { return poweranalysis::McNemarPower(test, n, status, refusal); });
+  }
+  double McNemarRequiredN(const McNemarTest& test, double goal, int& status) {
+    return HeardOf([&](Refusal& refusal) {
+      return poweranalysis::McNemarRequiredN(test, goal, status, refusal);
+    });
   }
   void ExpectMissing(const TwoProportionSizeRequest& request) {
     actualPower = .5;
@@ -72,8 +89,8 @@ TEST_F(TwoProportions, RefusesATrueNullAndNotASmallEffect) {
   EXPECT_EQ(err, 1);
   EXPECT_EQ(Power({.4, .5, .05, H0AtMost, NotCorrected}, 100, 100), NumericFailure);
   EXPECT_EQ(Power({.5, .4, .05, H0AtLeast, NotCorrected}, 100, 100), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue, text::NullHypothesisTrue,
-                                   text::NullHypothesisTrue));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
   EXPECT_GT(Power({.50001, .5, .05, H0TwoTailed, NotCorrected}, 100, 100), .04);
   EXPECT_EQ(err, 0);
 }
@@ -277,8 +294,8 @@ TEST_F(TwoProportions, FindsNothingBesideAFixedGroupThatIsTooSmall) {
   groups = {0, 20};
   ExpectMissing(
       {.test = {.6, .5, .05, H0TwoTailed, NotCorrected}, .powerGoal = .9, .nToVary = NToVaryN1});
-  EXPECT_EQ(err, 0) << "not refused: the caller tells";
-  EXPECT_THAT(Shown(), IsEmpty());
+  EXPECT_EQ(err, 0) << "no null hypothesis is refused";
+  EXPECT_THAT(Shown(), ElementsAre(Said::SelectedGroupNotFound));
 }
 
 TEST_F(TwoProportions, FindsNothingWhereOneInEachGroupIsEnough) {
@@ -314,8 +331,8 @@ TEST_F(TwoProportions, RefusesASmallEffectOnlyInASearch) {
   request.test.pi1 = .50009;
   ExpectMissing(request);
   EXPECT_EQ(err, 2);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue, text::NullHypothesisNearlyTrue));
-  host.boxes.clear();
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue));
+  observer.remarks.clear();
   request.test.pi1 = .5005;
   EXPECT_GT(RequiredN(request), 1000000);
   EXPECT_THAT(Shown(), IsEmpty()) << "a gap below .001 is not spoken of";
@@ -366,18 +383,18 @@ TEST_F(TwoProportions, EndsForAnyInputWithinBounds) {
 // --- McNemar's test.
 
 TEST_F(TwoProportions, HasOneTermInThePowerOfMcNemarsTest) {
-  EXPECT_NEAR(McNemarPower(nullptr, {.1, .4, .05, H0TwoTailed}, 100, err), .3485244, 1e-7);
-  EXPECT_NEAR(McNemarPower(nullptr, {.1, .4, .05, H0AtMost}, 100, err), .4738968, 1e-7);
+  EXPECT_NEAR(McNemarPower({.1, .4, .05, H0TwoTailed}, 100, err), .3485244, 1e-7);
+  EXPECT_NEAR(McNemarPower({.1, .4, .05, H0AtMost}, 100, err), .4738968, 1e-7);
   // With next to no effect the far tail, as large as the near one, stays out.
-  EXPECT_NEAR(McNemarPower(nullptr, {1e-9, .4, .25, H0TwoTailed}, 100, err), .125, 1e-6);
+  EXPECT_NEAR(McNemarPower({1e-9, .4, .25, H0TwoTailed}, 100, err), .125, 1e-6);
   EXPECT_EQ(err, 0);
 }
 
 TEST_F(TwoProportions, RequiresPairsByTheClosedForm) {
-  EXPECT_EQ(McNemarRequiredN(nullptr, {.1, .4, .05, H0TwoTailed}, .9, err), 412);
+  EXPECT_EQ(McNemarRequiredN({.1, .4, .05, H0TwoTailed}, .9, err), 412);
   EXPECT_EQ(err, 0);
-  EXPECT_GE(McNemarPower(nullptr, {.1, .4, .05, H0TwoTailed}, 412, err), .9);
-  EXPECT_LT(McNemarPower(nullptr, {.1, .4, .05, H0TwoTailed}, 411, err), .9);
+  EXPECT_GE(McNemarPower({.1, .4, .05, H0TwoTailed}, 412, err), .9);
+  EXPECT_LT(McNemarPower({.1, .4, .05, H0TwoTailed}, 411, err), .9);
 }
 
 TEST_F(TwoProportions, ReachesTheGoalWithTheRequiredPairsAndNotOneBelow) {
@@ -386,9 +403,9 @@ TEST_F(TwoProportions, ReachesTheGoalWithTheRequiredPairsAndNotOneBelow) {
       for (const double goal : {.65, .9, .999}) {
         for (const std::int16_t form : {H0TwoTailed, H0AtMost}) {
           const McNemarTest test{delta, eta, .05, form};
-          const double n = McNemarRequiredN(nullptr, test, goal, err);
-          EXPECT_GE(McNemarPower(nullptr, test, n, err), goal - 1e-6) << delta << ' ' << eta;
-          EXPECT_LT(McNemarPower(nullptr, test, n - 1, err), goal + 1e-6) << delta << ' ' << eta;
+          const double n = McNemarRequiredN(test, goal, err);
+          EXPECT_GE(McNemarPower(test, n, err), goal - 1e-6) << delta << ' ' << eta;
+          EXPECT_LT(McNemarPower(test, n - 1, err), goal + 1e-6) << delta << ' ' << eta;
         }
       }
     }
@@ -396,7 +413,7 @@ TEST_F(TwoProportions, ReachesTheGoalWithTheRequiredPairsAndNotOneBelow) {
 }
 
 TEST_F(TwoProportions, HasNoCapOnTheRequiredPairs) {
-  const double n = McNemarRequiredN(nullptr, {.0001, 1, .0001, H0TwoTailed}, .999, err);
+  const double n = McNemarRequiredN({.0001, 1, .0001, H0TwoTailed}, .999, err);
   EXPECT_GT(n, 4.8e9);
   EXPECT_LT(n, 5e9);
   EXPECT_EQ(n, std::floor(n));
@@ -404,44 +421,41 @@ TEST_F(TwoProportions, HasNoCapOnTheRequiredPairs) {
 
 TEST_F(TwoProportions, TakesTheMagnitudeOfDelta) {
   const McNemarTest down{-.1, .4, .05, H0AtLeast};
-  EXPECT_NEAR(McNemarPower(nullptr, down, 100, err), .4738968, 1e-7);
-  EXPECT_EQ(McNemarRequiredN(nullptr, down, .9, err),
-            McNemarRequiredN(nullptr, {.1, .4, .05, H0AtMost}, .9, err));
+  EXPECT_NEAR(McNemarPower(down, 100, err), .4738968, 1e-7);
+  EXPECT_EQ(McNemarRequiredN(down, .9, err), McNemarRequiredN({.1, .4, .05, H0AtMost}, .9, err));
 }
 
 TEST_F(TwoProportions, RefusesAnEtaThatIsNotAboveDeltaByTheTolerance) {
-  EXPECT_EQ(McNemarParameterCheck(nullptr, .1, .4), 0);
-  EXPECT_EQ(McNemarParameterCheck(nullptr, .5, .5001220703125), 0);
+  EXPECT_EQ(McNemarParameterCheck(.1, .4), 0);
+  EXPECT_EQ(McNemarParameterCheck(.5, .5001220703125), 0);
   EXPECT_THAT(Shown(), IsEmpty());
-  EXPECT_EQ(McNemarParameterCheck(nullptr, .1, .1), 1);
-  EXPECT_EQ(McNemarParameterCheck(nullptr, -.1, .1), 1);
+  EXPECT_EQ(McNemarParameterCheck(.1, .1), 1);
+  EXPECT_EQ(McNemarParameterCheck(-.1, .1), 1);
   // Written as decimals the gap is .0001, as doubles it is a little less.
-  EXPECT_EQ(McNemarParameterCheck(nullptr, .1, .1001), 1);
-  EXPECT_EQ(host.boxes.back().text,
-            "Eta should exceed the absolute value of Delta by at least .0001.\rPlease check "
-            "parameters.");
+  EXPECT_EQ(McNemarParameterCheck(.1, .1001), 1);
+  EXPECT_THAT(Shown(), ElementsAre(Said::EtaTooSmall, Said::EtaTooSmall, Said::EtaTooSmall));
 }
 
 TEST_F(TwoProportions, RefusesATrueNullBeforeItsParameters) {
-  EXPECT_EQ(McNemarPower(nullptr, {0, 0, .05, H0TwoTailed}, 100, err), NumericFailure);
+  EXPECT_EQ(McNemarPower({0, 0, .05, H0TwoTailed}, 100, err), NumericFailure);
   EXPECT_EQ(err, 1);
-  EXPECT_EQ(McNemarPower(nullptr, {.1, .05, .05, H0TwoTailed}, 100, err), NumericFailure);
+  EXPECT_EQ(McNemarPower({.1, .05, .05, H0TwoTailed}, 100, err), NumericFailure);
   EXPECT_EQ(err, 0);
-  EXPECT_EQ(McNemarPower(nullptr, {.1, .4, .05, H0AtLeast}, 100, err), NumericFailure);
+  EXPECT_EQ(McNemarPower({.1, .4, .05, H0AtLeast}, 100, err), NumericFailure);
   EXPECT_EQ(err, 1);
   EXPECT_THAT(Shown(),
-              ElementsAre(text::NullHypothesisTrue, text::EtaTooSmall, text::NullHypothesisTrue));
+              ElementsAre(Said::NullHypothesisTrue, Said::EtaTooSmall, Said::NullHypothesisTrue));
 }
 
 TEST_F(TwoProportions, MarksATrueNullInTheRequiredPairsWithANumberOfItsOwn) {
-  EXPECT_EQ(McNemarRequiredN(nullptr, {0, .4, .05, H0TwoTailed}, .9, err), NumericFailure);
+  EXPECT_EQ(McNemarRequiredN({0, .4, .05, H0TwoTailed}, .9, err), NumericFailure);
   EXPECT_EQ(err, -333);
-  EXPECT_EQ(McNemarRequiredN(nullptr, {.00009, .4, .05, H0TwoTailed}, .9, err), NumericFailure);
+  EXPECT_EQ(McNemarRequiredN({.00009, .4, .05, H0TwoTailed}, .9, err), NumericFailure);
   EXPECT_EQ(err, -333);
-  EXPECT_EQ(McNemarRequiredN(nullptr, {.1, .05, .05, H0TwoTailed}, .9, err), NumericFailure);
+  EXPECT_EQ(McNemarRequiredN({.1, .05, .05, H0TwoTailed}, .9, err), NumericFailure);
   EXPECT_EQ(err, 0);
-  EXPECT_THAT(Shown(), ElementsAre(text::NullHypothesisTrue, text::NullHypothesisNearlyTrue,
-                                   text::EtaTooSmall));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue,
+                                   Said::EtaTooSmall));
 }
 
 // --- Against other computations.
@@ -466,7 +480,7 @@ TEST_F(TwoProportions, AgreesWithAnIndependentComputation) {
     cells >> test.pi1 >> comma >> test.pi2 >> comma >> n1 >> comma >> n2 >> comma >> test.alpha >>
         comma >> test.form >> comma >> test.continuity >> comma >> expected;
     ASSERT_FALSE(cells.fail()) << line;
-    const double power = pairs ? McNemarPower(nullptr, {test.pi1, test.pi2, test.alpha, test.form},
+    const double power = pairs ? McNemarPower({test.pi1, test.pi2, test.alpha, test.form},
                                               static_cast<double>(n1), err)
                                : Power(test, n1, n2);
     // Seven digits of the normal distribution.
@@ -515,9 +529,9 @@ TEST_F(TwoProportions, AgreesWithPublishedCases) {
       const McNemarTest test{in.at("Delta"), in.at("Eta"), in.at("Alpha"),
                              in.at("H0Type").get<std::int16_t>()};
       if (size) {
-        ExpectPublished(published, "N", McNemarRequiredN(nullptr, test, in.at("PowerGoal"), err));
+        ExpectPublished(published, "N", McNemarRequiredN(test, in.at("PowerGoal"), err));
       } else {
-        ExpectPublished(published, "power", McNemarPower(nullptr, test, in.at("SampleSize"), err));
+        ExpectPublished(published, "power", McNemarPower(test, in.at("SampleSize"), err));
       }
     } else {
       continue;

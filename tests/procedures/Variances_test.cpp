@@ -20,6 +20,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Pair;
 using testing::SizeIs;
 
 using Json = nlohmann::json;
@@ -41,16 +42,20 @@ class VariancesTest : public ProceduresTest {
   int err = 0;
 
   double One(std::int64_t df, double var, double var0, double alpha, std::int16_t form) {
-    return ChiSquareVariancePower(nullptr, alpha, df, var, var0, form, err, chiSquares);
+    return HeardOf([&](Refusal& refusal) {
+      return ChiSquareVariancePower(alpha, df, var, var0, form, err, refusal, chiSquares);
+    });
   }
   double Two(double ratio, std::int64_t df1, std::int64_t df2, double alpha, std::int16_t form) {
-    return TwoVariancePower(nullptr, ratio, alpha, df1, df2, form, err, FExact, criticalFs);
+    return HeardOf([&](Refusal& refusal) {
+      return TwoVariancePower(ratio, alpha, df1, df2, form, err, FExact, refusal, criticalFs);
+    });
   }
   SearchResult RequiredDf(const OneVarianceDfRequest& request) {
-    return OneVarianceRequiredDf(request, chiSquares);
+    return Heard(OneVarianceRequiredDf(request, chiSquares, observer));
   }
   SearchResult RequiredDf(const TwoVariancesDfRequest& request) {
-    return TwoVariancesRequiredDf(request, criticalFs);
+    return Heard(TwoVariancesRequiredDf(request, criticalFs, observer));
   }
 
   double Quantile(std::int32_t df, double p) {
@@ -127,16 +132,15 @@ TEST_F(VariancesTest, TakesTheTailThatTheFormRejectsIn) {
 }
 
 TEST_F(VariancesTest, RefusesEqualVariances) {
-  const int window = 0;
   for (const std::int16_t form : kForms) {
-    EXPECT_EQ(ChiSquareVariancePower(&window, .05, 10, 2, 2, form, err, chiSquares),
-              NumericFailure);
+    EXPECT_EQ(One(10, 2, 2, .05, form), NumericFailure);
     EXPECT_EQ(err, 1);
   }
   EXPECT_EQ(One(10, 1, 2, .05, H0AtMost), NumericFailure);
   EXPECT_EQ(One(10, 2, 1, .05, H0AtLeast), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873, 12873, 12873));
-  EXPECT_EQ(host.boxes[0].parent, &window);
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(VariancesTest, ComputesThePowerOfADifferenceTooSmallToSearchFor) {
@@ -171,7 +175,7 @@ TEST_F(VariancesTest, LetsAVarianceBeZero) {
   EXPECT_THAT(Shown(), IsEmpty());
   // No test has the form of this null: both are 0.
   EXPECT_EQ(One(10, 0, 0, .05, H0TwoTailed), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
 }
 
 TEST_F(VariancesTest, HasNoPowerForANegativeVariance) {
@@ -216,8 +220,9 @@ TEST_F(VariancesTest, RefusesToSearchNearlyEqualVariances) {
   ExpectMissing(RequiredDf(AskedOfOne(1, 1, .05, .9, H0TwoTailed)), SearchNullTrue);
   ExpectMissing(RequiredDf(AskedOfOne(1.0199, 1, .05, .9, H0TwoTailed)), SearchNullTrue);
   ExpectMissing(RequiredDf(AskedOfOne(0, 0, .05, .9, H0TwoTailed)), SearchNullTrue);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12874, 12873));
-  EXPECT_THAT(host.boxes[1].text, HasSubstr("tolerance of 0.02 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue,
+                                   Said::NullHypothesisTrue));
+  EXPECT_EQ(ToleranceIn(1), .02);
 }
 
 TEST_F(VariancesTest, EndsAtOneDegreeOfFreedomOfOneVarianceAboveTheGoalOnly) {
@@ -239,36 +244,28 @@ TEST_F(VariancesTest, SearchesOneVarianceWithoutALimitOfItsOwnField) {
   request = AskedOfOne(1.0200001, 1, .0001, .999, H0TwoTailed);
   request.sizeLimit = 10;
   ExpectMissing(RequiredDf(request), SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(12381));
-  EXPECT_THAT(host.boxes[0].text, HasSubstr("N (greater than 10)"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
+  EXPECT_EQ(SizeIn(0), 10);
 }
 
 TEST_F(VariancesTest, CancelsASearch) {
-  host.cancelled = [] { return true; };
+  observer.stop = [] { return true; };
   OneVarianceDfRequest one = AskedOfOne(1.25, 1, .05, .9, H0TwoTailed);
-  one.showProgress = true;
+  observer.showsBar = true;
   ExpectMissing(RequiredDf(one), SearchCancelled);
   TwoVariancesDfRequest two = AskedOfTwo(1.25, .05, .9, H0TwoTailed);
-  two.showProgress = true;
+  observer.showsBar = true;
   ExpectMissing(RequiredDf(two), SearchCancelled);
-  EXPECT_THAT(Shown(), ElementsAre(12865, 12865));
-  EXPECT_FALSE(host.IsProgressBarOpen());
+  EXPECT_THAT(Shown(), ElementsAre(Said::CancelledAtRequest, Said::CancelledAtRequest));
+  EXPECT_FALSE(observer.barOpen);
 }
 
 TEST_F(VariancesTest, NamesItsBarAfterDfForOneVarianceAndAfterNForTwo) {
-  std::vector<std::string> titles;
-  host.onProgress = [&](const ProgressState& bar) {
-    if (bar.open && (titles.empty() || titles.back() != bar.title)) {
-      titles.push_back(bar.title);
-    }
-  };
-  OneVarianceDfRequest one = AskedOfOne(1.25, 1, .05, .9, H0TwoTailed);
-  one.showProgress = true;
-  RequiredDf(one);
-  TwoVariancesDfRequest two = AskedOfTwo(1.25, .05, .9, H0TwoTailed);
-  two.showProgress = true;
-  RequiredDf(two);
-  EXPECT_THAT(titles, ElementsAre("Searching for required DF", "Searching for required N"));
+  observer.showsBar = true;
+  RequiredDf(AskedOfOne(1.25, 1, .05, .9, H0TwoTailed));
+  RequiredDf(AskedOfTwo(1.25, .05, .9, H0TwoTailed));
+  EXPECT_THAT(observer.bars,
+              ElementsAre(Pair(Said::SearchingForDf, 10), Pair(Said::SearchingForN, 10)));
 }
 
 TEST_F(VariancesTest, FindsADfForAVarianceOfZero) {
@@ -297,7 +294,8 @@ TEST_F(VariancesTest, AlwaysRefusesTheLowerTailedTestOfTwoVariances) {
     EXPECT_EQ(Two(ratio, 20, 20, .05, H0AtLeast), NumericFailure);
     EXPECT_EQ(err, 1);
   }
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12873, 12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisTrue,
+                                   Said::NullHypothesisTrue));
 }
 
 TEST_F(VariancesTest, DoesNotRefuseEqualVariancesOfTwo) {
@@ -331,7 +329,7 @@ TEST_F(VariancesTest, HasNoPowerForARatioThatIsNone) {
   EXPECT_EQ(err, 1);
   EXPECT_THAT(Shown(), IsEmpty());
   EXPECT_EQ(Two(0, 20, 20, .05, H0TwoTailed), NumericFailure);
-  EXPECT_THAT(Shown(), ElementsAre(12873));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
 }
 
 TEST_F(VariancesTest, LetsARatioBeAsLargeOrSmallAsADoubleGets) {
@@ -373,8 +371,9 @@ TEST_F(VariancesTest, GivesTheNullCheckItselfAsTheStatusOfTwoVariances) {
   ExpectMissing(RequiredDf(AskedOfTwo(1, .05, .9, H0TwoTailed)), 1);
   ExpectMissing(RequiredDf(AskedOfTwo(1.0009, .05, .9, H0TwoTailed)), 2);
   ExpectMissing(RequiredDf(AskedOfTwo(.5, .05, .9, H0AtMost)), 1);
-  EXPECT_THAT(Shown(), ElementsAre(12873, 12874, 12873));
-  EXPECT_THAT(host.boxes[1].text, HasSubstr("tolerance of 0.001 of"));
+  EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue, Said::NullHypothesisNearlyTrue,
+                                   Said::NullHypothesisTrue));
+  EXPECT_EQ(ToleranceIn(1), .001);
 }
 
 TEST_F(VariancesTest, EndsAtOneDegreeOfFreedomOfTwoVariancesAtTheGoal) {
@@ -399,16 +398,16 @@ TEST_F(VariancesTest, RefusesEveryTrialOfALowerTailedSearchUntilTheLimit) {
   TwoVariancesDfRequest request = AskedOfTwo(.25, .05, .9, H0AtLeast);
   request.sizeLimit = 300;
   ExpectMissing(RequiredDf(request), SearchTooLarge);
-  ASSERT_GT(host.boxes.size(), 100U);
-  std::vector<int> shown = Shown();
-  EXPECT_EQ(shown.back(), 12381);
+  ASSERT_GT(observer.remarks.size(), 100U);
+  std::vector<Said> shown = Shown();
+  EXPECT_EQ(shown.back(), Said::SearchTooLarge);
   shown.pop_back();
-  EXPECT_THAT(shown, Each(12873));
+  EXPECT_THAT(shown, Each(Said::NullHypothesisTrue));
 }
 
 TEST_F(VariancesTest, FailsAFixedGroupThatNoOtherGroupCanHelp) {
   ExpectMissing(RequiredDf(AskedOfTwo(1.25, .05, .9, H0TwoTailed, 20)), SearchTooLarge);
-  EXPECT_THAT(Shown(), ElementsAre(12381));
+  EXPECT_THAT(Shown(), ElementsAre(Said::SearchTooLarge));
 }
 
 // --- Independent computations.
