@@ -33,10 +33,7 @@ double OutOfReach(std::string_view text) {
 
 // The number that the whole text is, or nothing.
 std::optional<double> ReadNumber(std::string_view text) {
-  text = Trimmed(text);
-  if (text.size() > 1 && text[0] == '+' && text[1] != '-') {
-    text.remove_prefix(1);
-  }
+  text = WithoutPlus(Trimmed(text));
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || end != text.data() + text.size()) {

@@ -5,16 +5,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 #include "host/AtomicFile.h"
+#include "host/NumberText.h"
 
 namespace poweranalysis {
 
@@ -47,7 +50,7 @@ std::string Format(Number value) {
 
 template <typename Number>
 std::optional<Number> ParseWhole(std::string_view text) {
-  text = Trim(text);
+  text = WithoutPlus(Trim(text));
   const char* const end = text.data() + text.size();
   Number value{};
   const auto result = std::from_chars(text.data(), end, value);
@@ -125,7 +128,14 @@ std::optional<double> ParseReal(std::string_view text) {
 }
 
 std::optional<std::int32_t> ParseLong(std::string_view text) {
-  return ParseWhole<std::int32_t>(text);
+  if (const auto whole = ParseWhole<std::int32_t>(text)) {
+    return whole;
+  }
+  const std::optional<double> real = ParseReal(text);
+  const bool whole = real && std::trunc(*real) == *real &&
+                     *real >= std::numeric_limits<std::int32_t>::min() &&
+                     *real <= std::numeric_limits<std::int32_t>::max();
+  return whole ? std::optional(static_cast<std::int32_t>(*real)) : std::nullopt;
 }
 
 bool IsBareFileName(std::string_view name) { return name.find('/') == std::string_view::npos; }
@@ -215,6 +225,25 @@ std::optional<std::string_view> KeywordFile::Find(std::string_view section,
   }
   const Line& line = lines_[found->second];
   return std::string_view(line.text).substr(line.valueBegin, line.valueLength);
+}
+
+std::vector<KeywordLine> KeywordFile::Keys(std::string_view section) const {
+  std::vector<std::size_t> numbers(lines_.size());
+  for (std::size_t i = lines_[0].next, number = 1; i != 0; i = lines_[i].next, ++number) {
+    numbers[i] = number;
+  }
+  const std::string prefix = IndexName(section, {});
+  std::vector<KeywordLine> keys;
+  for (const auto& [name, index] : keys_) {
+    if (name.compare(0, prefix.size(), prefix) == 0) {
+      const Line& line = lines_[index];
+      keys.push_back({name.substr(prefix.size()),
+                      line.text.substr(line.valueBegin, line.valueLength), numbers[index]});
+    }
+  }
+  std::sort(keys.begin(), keys.end(),
+            [](const KeywordLine& a, const KeywordLine& b) { return a.line < b.line; });
+  return keys;
 }
 
 bool KeywordFile::Set(std::string_view section, std::string_view key, std::string_view value) {

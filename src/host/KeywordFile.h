@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/KeywordLine.h"
+
 // Keyword files: UTF-8 text of `[section]` headers and `key=value` lines, shared with people who
 // edit them by hand and with other programs that keep sections of their own in them.
 namespace poweranalysis {
@@ -29,11 +31,13 @@ std::string FormatReal(double value);
 // Decimal digits, with a minus sign when negative.
 std::string FormatLong(std::int32_t value);
 
-// The number that the whole text, but for blanks around it, spells. Nothing when it is no number,
-// is not finite, or lies outside what a double can hold. The locale is never asked.
+// The number that the whole text, but for blanks around it, spells, with or without a plus sign.
+// Nothing when it is not a number, is not finite, or lies outside what a double can hold. The
+// locale is never asked.
 std::optional<double> ParseReal(std::string_view text);
 
-// Likewise for a decimal integer; nothing outside 32 bits.
+// Likewise for a whole number in any of its spellings, as "100", "1e2" and "100.0"; nothing outside
+// 32 bits.
 std::optional<std::int32_t> ParseLong(std::string_view text);
 
 // True for a name without a slash, which belongs to the user's configuration folder.
@@ -59,6 +63,10 @@ class KeywordFile {
   // The value without the blanks around it; it lasts until the next Set. An empty section or key is
   // never found.
   std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
+
+  // The keys of a section with their values, in the order of their lines; of a key that stands
+  // twice the last.
+  std::vector<KeywordLine> Keys(std::string_view section) const;
 
   // Replaces the value of a key, or adds the key after the last one of its section, or adds the
   // section at the end. New lines end as the first line of the file does, in LF when there is none.

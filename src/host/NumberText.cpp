@@ -83,6 +83,11 @@ std::string FormatCell(double value, int digits) {
   return FormatGeneral(value, digits);
 }
 
+std::string_view WithoutPlus(std::string_view text) {
+  const bool signedOnce = text.size() > 1 && text[0] == '+' && text[1] != '-';
+  return signedOnce ? text.substr(1) : text;
+}
+
 std::string RealToText(double value, int format, int width, int decimals) {
   return RightAligned(format == RealTickLabel ? WithoutSignOfZero(FormatFixed(value, decimals))
                                               : FormatDecimals(value, decimals),

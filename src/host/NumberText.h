@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 // Numbers as text, never dependent on the locale.
 namespace poweranalysis {
@@ -21,6 +22,10 @@ std::string FormatShortest(double value);
 // A cell of a summary table: six significant digits, whole numbers up to 1e15 in full, nothing for
 // a missing value.
 std::string FormatCell(double value, int digits = 6);
+
+// A number's text as the reader of numbers takes it: without the plus sign that people may write
+// before it.
+std::string_view WithoutPlus(std::string_view text);
 
 // Format codes of RealToText and IntToText.
 inline constexpr int RealPlain = 132;     // trailing zeros cut

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "host/NumberText.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -11,38 +12,11 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
-// Length of the well-formed UTF-8 character at the start of `text`; 0 when there is none. Follows
-// table 3-7 of The Unicode Standard.
-std::size_t CharacterLength(std::string_view text) {
-  const auto byte = [&](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-  };
-  const auto continues = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
-  const unsigned first = byte(0);
-  if (first < 0x80U) {
-    return 1;
-  }
-  if (first >= 0xC2U && first <= 0xDFU) {
-    return continues(1) ? 2 : 0;
-  }
-  if (first >= 0xE0U && first <= 0xEFU) {
-    const bool overlong = first == 0xE0U && byte(1) < 0xA0U;
-    const bool surrogate = first == 0xEDU && byte(1) > 0x9FU;
-    return continues(1) && continues(2) && !overlong && !surrogate ? 3 : 0;
-  }
-  if (first >= 0xF0U && first <= 0xF4U) {
-    const bool overlong = first == 0xF0U && byte(1) < 0x90U;
-    const bool beyond = first == 0xF4U && byte(1) > 0x8FU;
-    return continues(1) && continues(2) && continues(3) && !overlong && !beyond ? 4 : 0;
-  }
-  return 0;
-}
-
 // Text for XML. What XML cannot hold (control characters, broken UTF-8) becomes U+FFFD.
 std::string Escaped(std::string_view text) {
   std::string out;
   while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
+    const std::size_t length = Utf8Length(text);
     const std::string_view character = text.substr(0, length == 0 ? 1 : length);
     text.remove_prefix(character.size());
     const char first = character.front();

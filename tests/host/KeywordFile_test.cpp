@@ -176,23 +176,43 @@ TEST(KeywordNumbers, OnlyAWholeRealIsRead) {
   EXPECT_EQ(ParseReal(".5"), 0.5);
   EXPECT_EQ(ParseReal("5."), 5.0);
   EXPECT_EQ(ParseReal("1e3"), 1000.0);
-  for (const char* text : {"", "  ", "12x", "x12", "1 2", "0,05", "1e", "--1", "+ 1", "0x10",
-                           "1e400", "1e-400", "."}) {
+  EXPECT_EQ(ParseReal("+3"), 3.0);
+  EXPECT_EQ(ParseReal(" +1.5e-1 "), 0.15);
+  for (const char* text : {"", "  ", "12x", "x12", "1 2", "0,05", "1e", "--1", "+-1", "++1", "+",
+                           "+inf", "+ 1", "0x10", "1e400", "1e-400", "."}) {
     EXPECT_FALSE(ParseReal(text).has_value()) << text;
   }
   EXPECT_FALSE(ParseReal(std::string_view("1\0", 2)).has_value());
 }
 
-TEST(KeywordNumbers, LongsAreDecimalAndKeepTo32Bits) {
+TEST(KeywordNumbers, LongsAreWholeInAnySpellingAndKeepTo32Bits) {
   EXPECT_EQ(FormatLong(-2147483647 - 1), "-2147483648");
   EXPECT_EQ(ParseLong("-2147483648"), std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(ParseLong("2147483647"), std::numeric_limits<std::int32_t>::max());
   EXPECT_EQ(ParseLong(" 25\t"), 25);
   EXPECT_EQ(ParseLong("007"), 7);
+  EXPECT_EQ(ParseLong("+3"), 3);
+  EXPECT_EQ(ParseLong("1e2"), 100);
+  EXPECT_EQ(ParseLong("25.0"), 25);
+  EXPECT_EQ(ParseLong("-2.147483648e9"), std::numeric_limits<std::int32_t>::min());
   for (const char* text : {"2147483648", "-2147483649", "99999999999999999999", "", " ", "12x",
-                           "25.0", "1e3", "0x10"}) {
+                           "12.5", "1e-1", "1e10", "2147483648.0", "+-3", "inf", "nan", "0x10"}) {
     EXPECT_FALSE(ParseLong(text).has_value()) << text;
   }
+}
+
+TEST(KeywordFiles, KeysOfASectionComeWithTheirTextsAndLines) {
+  const KeywordFile file = KeywordFile::Parse(
+      "\xEF\xBB\xBF; mine\n[A]\nN=1\nX = 9,5 ; remark\n\n[B]\nN=7\n[A]\nN=2\nno key\n");
+  const std::vector<KeywordLine> keys = file.Keys("A");
+  ASSERT_EQ(keys.size(), 2u);
+  EXPECT_EQ(keys[0].key, "X");
+  EXPECT_EQ(keys[0].text, "9,5");
+  EXPECT_EQ(keys[0].line, 4u);
+  EXPECT_EQ(keys[1].key, "N");
+  EXPECT_EQ(keys[1].text, "2");
+  EXPECT_EQ(keys[1].line, 9u);
+  EXPECT_TRUE(file.Keys("C").empty());
 }
 
 TEST(KeywordNumbers, TheLocaleIsNeverAsked) {

@@ -1,0 +1,24 @@
+#include "host/Utf8.h"
+
+#include <gtest/gtest.h>
+
+namespace poweranalysis {
+namespace {
+
+TEST(Excerpt, KeepsWellFormedTextAndReplacesTheRest) {
+  EXPECT_EQ(Excerpt("Mu = \xE2\x88\x92"
+                    "3",
+                    40),
+            "Mu = \xE2\x88\x92"
+            "3");
+  EXPECT_EQ(Excerpt("a\x01\tb\x7F\xFF\xC3", 40), "a??b???");
+  EXPECT_EQ(Excerpt("", 40), "");
+}
+
+TEST(Excerpt, CutsLongTextBetweenCharacters) {
+  EXPECT_EQ(Excerpt("\xC3\xA4\xC3\xB6\xC3\xBC", 2), "\xC3\xA4\xC3\xB6...");
+  EXPECT_EQ(Excerpt("abc", 3), "abc");
+}
+
+}  // namespace
+}  // namespace poweranalysis
