@@ -19,6 +19,7 @@
 #include "module/PowerAnalysisModule.h"
 #include "output/Answers.h"
 #include "output/SummaryTables.h"
+#include "settings/SettingsRemarks.h"
 
 namespace poweranalysis {
 
@@ -172,9 +173,10 @@ class TaskRun {
 
  private:
   bool OpenSettings();
-  bool Save();
+  bool Taken() const;
+  void SaveSettings();
+  void SaveDefaults();
   void CheckWrite(const std::string& what);
-  void CheckSection(const std::string& path);
   std::vector<ControlSpec> WantedCharts() const;
   void Draw(const std::vector<ControlSpec>& buttons);
   void Steps();
@@ -185,6 +187,7 @@ class TaskRun {
   ScriptedRun script_;
   RunOutcome outcome_;
   bool chartRefused_ = false;
+  bool saved_ = false;  // as far as it was asked for
 };
 
 bool TaskRun::OpenSettings() {
@@ -194,7 +197,6 @@ bool TaskRun::OpenSettings() {
                                           *request_.settings, std::strerror(errno)));
     return false;
   }
-  const std::size_t messages = host_.messages().size();
   host_.openAnswers.emplace_back(path);
   script_.Press(ControlOpen);
   if (!host_.keywordReadError().empty()) {
@@ -202,23 +204,7 @@ bool TaskRun::OpenSettings() {
                                           *request_.settings, host_.keywordReadError()));
     return false;
   }
-  CheckSection(path);
-  return host_.messages().size() == messages;
-}
-
-// Opening a file without the family's settings gives the built-in values in silence; who names a
-// file expects its values.
-void TaskRun::CheckSection(const std::string& path) {
-  const std::string section = LoadText(static_cast<TextId>(request_.family->section));
-  for (const Field& field : request_.family->fields) {
-    const KeywordKind kind =
-        field.type == FieldType::Real ? KeywordKind::Double : KeywordKind::Long;
-    if (field.keyed() && host_.GetInitKeywordPrivate(kind, path, section, LoadText(field.key))) {
-      return;
-    }
-  }
-  outcome_.notes.push_back(fmt::format("'{}' holds no settings of {}: the built-in values stand",
-                                       *request_.settings, request_.family->code));
+  return Block()->CurrentFile == path;
 }
 
 void TaskRun::CheckWrite(const std::string& what) {
@@ -227,19 +213,37 @@ void TaskRun::CheckWrite(const std::string& what) {
   }
 }
 
-// False when the settings were refused: the calculation would only refuse them again.
-bool TaskRun::Save() {
-  const std::size_t messages = host_.messages().size();
-  if (request_.saveSettings) {
-    host_.saveAnswers.emplace_back(AsPath(*request_.saveSettings));
-    script_.Press(ControlSaveAs);
-    CheckWrite("the settings to '" + *request_.saveSettings + "'");
+// Whether the calculation took the inputs: those that it refuses it does not commit.
+bool TaskRun::Taken() const {
+  PowerSettings& block = *Block();
+  const RecordView working = ViewOf(block, request_.family->family, Instance::Working);
+  const RecordView committed = ViewOf(block, request_.family->family, Instance::Committed);
+  const std::span<const Field> fields = request_.family->fields;
+  return script_.OnResults() && std::all_of(fields.begin(), fields.end(), [&](const Field& field) {
+           return working.Get(field) == committed.Get(field);
+         });
+}
+
+// The buttons of the settings page are pressed whether or not the run was cancelled: what was asked
+// to be kept is kept.
+void TaskRun::SaveSettings() {
+  if (!request_.saveSettings) {
+    return;
   }
+  const std::string path = AsPath(*request_.saveSettings);
+  host_.saveAnswers.emplace_back(path);
+  host_.Press(ControlSaveAs);
+  CheckWrite("the settings to '" + *request_.saveSettings + "'");
+  if (host_.keywordError().empty() && Block()->CurrentFile != path) {
+    outcome_.errors.emplace_back("the settings were not saved");  // a message has said why
+  }
+}
+
+void TaskRun::SaveDefaults() {
   if (request_.saveDefaults) {
-    script_.Press(ControlSaveAsDefault);
+    host_.Press(ControlSaveAsDefault);
     CheckWrite("the defaults in '" + request_.configFolder + "'");
   }
-  return host_.messages().size() == messages;
 }
 
 std::vector<ControlSpec> TaskRun::WantedCharts() const {
@@ -290,9 +294,6 @@ void TaskRun::Steps() {
                     LoadText(Tasks(request_.mode)[static_cast<std::size_t>(request_.row)].name)));
     return;
   }
-  if (!host_.keywordReadError().empty()) {
-    outcome_.notes.push_back("the default settings were not read: " + host_.keywordReadError());
-  }
   if (request_.settings && !OpenSettings()) {
     return;
   }
@@ -307,12 +308,17 @@ void TaskRun::Steps() {
   for (const FieldValue& value : values) {
     script_.SetDirectly(value);
   }
-  if (!Save()) {
-    return;
-  }
   script_.Press(kAccept);
+  saved_ = Taken();
+  if (saved_) {
+    SaveSettings();
+  }
   if (script_.OnResults()) {
     Draw(charts);
+  }
+  // Last, since the dialog goes on with what the file of defaults gives back, which can be less.
+  if (saved_) {
+    SaveDefaults();
   }
 }
 
@@ -331,13 +337,42 @@ void TaskRun::Finish() {
 
 RunOutcome TaskRun::Run() {
   Steps();
+  if (!saved_ && (request_.saveSettings || request_.saveDefaults)) {
+    outcome_.errors.emplace_back("the settings were not saved: no calculation has taken them");
+  }
   Finish();
   return std::move(outcome_);
+}
+
+// Adds each line of a text, as a note is written: without the full stop at its end.
+void AddLines(std::string_view text, std::vector<std::string>& notes) {
+  constexpr std::string_view kLineEnd = "\r\n";
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find(kLineEnd));
+    text.remove_prefix(std::min(text.size(), line.size() + kLineEnd.size()));
+    notes.emplace_back(line.ends_with('.') ? line.substr(0, line.size() - 1) : line);
+  }
+}
+
+// What the settings page says of its files stands beside the study and is not part of it: the lines
+// become notes. Why a file could not be read or written is among the errors already.
+void TakeRemarks(RunOutcome& outcome) {
+  std::vector<Message>& messages = outcome.study.messages;
+  const auto remarks =
+      std::stable_partition(messages.begin(), messages.end(),
+                            [](const Message& message) { return !IsSettingsRemark(message.id); });
+  for (auto remark = remarks; remark != messages.end(); ++remark) {
+    if (remark->id != text::SettingsNotSaved && remark->id != text::SettingsFileNotRead) {
+      AddLines(remark->text, outcome.notes);
+    }
+  }
+  messages.erase(remarks, messages.end());
 }
 
 }  // namespace
 
 void FinishStudy(RunOutcome& outcome, bool refused) {
+  TakeRemarks(outcome);
   Study& study = outcome.study;
   if (Interrupted()) {
     const auto cancelled = [](const Message& message) {

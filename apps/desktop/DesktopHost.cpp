@@ -200,19 +200,11 @@ std::optional<KeywordValue> DesktopHost::GetInitKeywordPrivate(KeywordKind kind,
                                                                const std::string& file,
                                                                const std::string& section,
                                                                const std::string& key) {
-  std::optional<KeywordValue> value = services_.GetInitKeywordPrivate(kind, file, section, key);
-  TellReadError();
-  return value;
+  return services_.GetInitKeywordPrivate(kind, file, section, key);
 }
 
-void DesktopHost::TellReadError() {
-  constexpr int kNoTextNumber = 0;
-  if (services_.keywordReadError() != readError_) {
-    readError_ = services_.keywordReadError();
-    if (!readError_.empty()) {
-      DspMessageBox(MessageStopIcon, nullptr, kNoTextNumber, readError_);
-    }
-  }
+KeywordSection DesktopHost::GetInitSection(const std::string& file, const std::string& section) {
+  return services_.GetInitSection(file, section);
 }
 
 int DesktopHost::BeginInitKeywords(const std::string& file) {
@@ -228,15 +220,10 @@ int DesktopHost::PutInitKeywordPrivate(const std::string& file,
 }
 
 int DesktopHost::EndInitKeywords(const std::string& file) {
-  const int result = services_.EndInitKeywords(file);
-  if (result != 0) {
-    // The settings commands are silent about a file that could not be written; the user must not
-    // be.
-    constexpr int kNoTextNumber = 0;
-    DspMessageBox(MessageStopIcon, nullptr, kNoTextNumber, services_.keywordError());
-  }
-  return result;
+  return services_.EndInitKeywords(file);
 }
+
+std::string DesktopHost::InitKeywordsError() const { return services_.InitKeywordsError(); }
 
 // --- Messages. They are shown when the command has ended, so that repeats join and no box stops a
 // search.

@@ -115,6 +115,7 @@ class DesktopHost : public QObject, public Host {
                                                     const std::string& file,
                                                     const std::string& section,
                                                     const std::string& key) override;
+  KeywordSection GetInitSection(const std::string& file, const std::string& section) override;
   int BeginInitKeywords(const std::string& file) override;
   int PutInitKeywordPrivate(const std::string& file,
                             const std::string& section,
@@ -122,6 +123,7 @@ class DesktopHost : public QObject, public Host {
                             const KeywordValue& factory,
                             const KeywordValue& value) override;
   int EndInitKeywords(const std::string& file) override;
+  std::string InitKeywordsError() const override;
   void NextScrSetOptions(int) override {}
   int looka4(SummaryTable table) override;
   void type(const std::string& paragraph) override;
@@ -144,8 +146,6 @@ class DesktopHost : public QObject, public Host {
   void OpenNext();
   void ReopenStartup();
   void Finish();
-  // Tells why a settings file could not be read, once for each fault.
-  void TellReadError();
   // A study for what comes next, when the open one is not its place.
   void PrepareStudy(bool forTable);
 
@@ -164,7 +164,6 @@ class DesktopHost : public QObject, public Host {
   bool freshStudy_ = true;
   bool sentOutput_ = false;
   std::vector<Message> messages_;  // of the running command, in their order
-  std::string readError_;          // of a settings file, once told
   int messageCount_ = 0;
   ProgressState progress_;
   QElapsedTimer sinceStart_;  // of the running command

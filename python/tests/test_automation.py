@@ -178,6 +178,36 @@ def test_fields_and_buttons_beyond_the_interface_are_reached_by_name(app, tmp_pa
     assert dialog.Alpha == 0.02
 
 
+def test_a_settings_file_that_cannot_be_written_is_told(app, tmp_path):
+    dialog = open_task(app, ITEM.scPowPowerCalculation, TYPE.scPowOneMeanTTest)
+    dialog.SetField("Mu", 5)
+    file = tmp_path / "missing" / "saved.ini"
+    dialog.SaveSettingsAs(file)
+    assert "not saved" in app.messages[-1].text and str(file) in app.messages[-1].text
+    assert dialog.GetField("Mu") == 5
+
+
+def test_defaults_that_cannot_be_written_leave_the_inputs(tmp_path):
+    (tmp_path / "POWER.INI").mkdir()
+    app = pa.Application(config=tmp_path)
+    dialog = open_task(app, ITEM.scPowPowerCalculation, TYPE.scPowOneMeanTTest)
+    dialog.SetField("Mu", 5)
+    dialog.SaveAsDefault()
+    assert "not saved" in app.messages[-1].text
+    assert dialog.GetField("Mu") == 5
+
+
+def test_keys_that_cannot_be_read_are_told(app, tmp_path):
+    file = tmp_path / "mine.ini"
+    file.write_text("[POWER_ANALYSIS_ONE_SAMPLE_TTEST]\nMu=9,5\nSampleSize=1e2\n")
+    dialog = open_task(app, ITEM.scPowPowerCalculation, TYPE.scPowOneMeanTTest)
+    dialog.PressButton("Open", file)
+    assert app.messages[-1].text == (
+        "'mine.ini', line 2: Mu=9,5 is not a number; the built-in value 2 stands."
+    )
+    assert dialog.SampleSize == 100
+
+
 def test_applications_do_not_disturb_each_other_nor_the_calls(app, t2):
     other = open_task(pa.Application(), ITEM.scPowSampleSizeCalculation, TYPE.scPowOneMeanTTest)
     t2.Alpha = 0.02

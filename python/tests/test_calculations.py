@@ -316,6 +316,26 @@ def test_settings_are_saved_and_opened(tmp_path):
     assert pa.power("T2", settings=file).to_dict() == expected
 
 
+def test_saving_the_defaults_does_not_change_the_answer(tmp_path):
+    expected = pa.power("R2", PopulationR2=0.4, SampleSize=15).value
+    with pytest.warns(UserWarning, match="cannot hold PopulationR2=0.4"):
+        saved = pa.power("R2", PopulationR2=0.4, SampleSize=15, config=tmp_path, save_defaults=True)
+    assert saved.value == expected
+
+
+def test_keys_of_a_settings_file_that_cannot_be_read_are_warnings(tmp_path):
+    file = tmp_path / "settings.ini"
+    file.write_text("[POWER_ANALYSIS_TWO_SAMPLE_TTEST_INDEPENDENT]\nMu1=9,5\nMu2=+3\n")
+    with pytest.warns(UserWarning, match="line 2: Mu1=9,5 is not a number"):
+        opened = pa.power("T2", settings=file)
+    assert opened.value == pa.power("T2", Mu2=3).value
+
+
+def test_a_file_that_cannot_be_written_raises(tmp_path):
+    with pytest.raises(RuntimeError, match="cannot save the settings"):
+        pa.power("T2", save_settings=tmp_path / "missing" / "settings.ini")
+
+
 # --- Threads and interrupts.
 
 

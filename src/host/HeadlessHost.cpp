@@ -92,11 +92,20 @@ std::optional<KeywordValue> HeadlessHost::GetInitKeywordPrivate(KeywordKind kind
   return real ? std::optional<KeywordValue>({kind, 0, *real}) : std::nullopt;
 }
 
+KeywordSection HeadlessHost::GetInitSection(const std::string& file, const std::string& section) {
+  const std::string path = ResolveKeywordFile(file);
+  if (path.empty()) {
+    return {};
+  }
+  const LoadedKeywordFile& loaded = keywords_->Load(path);
+  return {loaded.exists, loaded.error, loaded.file.Keys(section)};
+}
+
 int HeadlessHost::BeginInitKeywords(const std::string& file) {
   keywordError_.clear();
   const std::string path = ResolveKeywordFile(file);
   if (path.empty()) {
-    keywordError_ = "no folder for settings files is known";
+    keywordError_ = "No folder for settings files is known.";
     return 1;
   }
   keywords_->writer = std::make_unique<KeywordWriter>(
@@ -117,7 +126,7 @@ int HeadlessHost::PutInitKeywordPrivate(const std::string& /*file*/,
                                         const KeywordValue& /*factory*/,
                                         const KeywordValue& value) {
   if (failKeyword > 0 && --failKeyword == 0) {
-    keywordError_ = "the keyword could not be written";
+    keywordError_ = "The keyword could not be written.";
     return 1;
   }
   if (keywords_->writer == nullptr) {

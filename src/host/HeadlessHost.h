@@ -173,6 +173,7 @@ class HeadlessHost : public Host {
                                                     const std::string& file,
                                                     const std::string& section,
                                                     const std::string& key) override;
+  KeywordSection GetInitSection(const std::string& file, const std::string& section) override;
   int BeginInitKeywords(const std::string& file) override;
   int PutInitKeywordPrivate(const std::string& file,
                             const std::string& section,
@@ -180,6 +181,7 @@ class HeadlessHost : public Host {
                             const KeywordValue& factory,
                             const KeywordValue& value) override;
   int EndInitKeywords(const std::string& file) override;
+  std::string InitKeywordsError() const override { return keywordError_; }
   void NextScrSetOptions(int option) override;
   int looka4(SummaryTable table) override;
   void type(const std::string& paragraph) override;

@@ -7,8 +7,10 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "host/Form.h"
+#include "host/KeywordLine.h"
 #include "host/Workbook.h"
 
 namespace poweranalysis {
@@ -29,6 +31,13 @@ struct KeywordValue {
   KeywordKind kind = KeywordKind::Long;
   std::int32_t whole = 0;  // of kind Long
   double real = 0;         // of kind Double
+};
+
+// What a section of a keyword file holds, as it stands there.
+struct KeywordSection {
+  bool exists = false;            // there is such a file
+  std::string error;              // why the file could not be read; empty when it could
+  std::vector<KeywordLine> keys;  // in the order of the file
 };
 
 // Everything that the program asks of whoever shows it. Three faces implement it: the headless host
@@ -80,6 +89,8 @@ class Host {
                                                             const std::string& file,
                                                             const std::string& section,
                                                             const std::string& key) = 0;
+  // The keys of a section before they are read as numbers, to say what could not be.
+  virtual KeywordSection GetInitSection(const std::string& file, const std::string& section) = 0;
   // Writes go between Begin and End, which puts them into the file at once. Nonzero on failure.
   virtual int BeginInitKeywords(const std::string& file) = 0;
   virtual int PutInitKeywordPrivate(const std::string& file,
@@ -88,6 +99,8 @@ class Host {
                                     const KeywordValue& factory,
                                     const KeywordValue& value) = 0;
   virtual int EndInitKeywords(const std::string& file) = 0;
+  // Why the last write failed, in a sentence; empty when it did not.
+  virtual std::string InitKeywordsError() const = 0;
 
   // --- Output.
   virtual void NextScrSetOptions(int option) = 0;

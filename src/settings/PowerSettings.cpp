@@ -4,6 +4,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "settings/SettingsRemarks.h"
+
 namespace poweranalysis {
 
 PowerSettings* Block() { return static_cast<PowerSettings*>(Module().settings); }
@@ -120,6 +122,7 @@ void LoadAllDefaults(PowerSettings& block) {
     ViewOf(block, family, Instance::Committed).CopyFrom(working);
     ViewOf(block, family, Instance::Defaults).CopyFrom(working);
   }
+  ShowRemarks(nullptr, RemarksOnDefaults(block));
 }
 
 KeyTable FillKeys(PowerSettings& block, Family family) {

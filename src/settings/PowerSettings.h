@@ -134,7 +134,8 @@ class RecordView {
 
 RecordView ViewOf(PowerSettings& block, Family family, Instance instance);
 
-// Sets every record of the block to its built-in values and reads the default file.
+// Sets every record of the block to its built-in values and reads the default file. A message says
+// what of it could not be read.
 void LoadAllDefaults(PowerSettings& block);
 
 // --- The key table: what files and checks go by, in its order.
@@ -183,7 +184,8 @@ inline constexpr int ControlOpen = 9018;
 inline constexpr int ControlSaveAsDefault = 13402;
 
 // The handler of the four buttons, which every dialog with the page asks first. 1 when the dialog
-// must show the record's values again, else 0.
+// must show the record's values again, else 0. A file that cannot be written leaves everything as
+// it was, and a message says why.
 int SettingsCommand(PowerSettings& block, WindowHandle parent, Family family, int commandId);
 
 }  // namespace poweranalysis

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "settings/PowerSettings.h"
+#include "settings/SettingsRemarks.h"
 
 namespace poweranalysis {
 
@@ -121,6 +122,15 @@ bool FitsBlock(const std::string& path) {
   return path.size() <= kLongestPath;
 }
 
+// Whether all went out; if not, the user learns why.
+bool Write(PowerSettings& block, WindowHandle parent, Family family, const std::string& file) {
+  if (WriteSettings(FillKeys(block, family), file) != 0) {
+    return true;
+  }
+  ShowMessage(MessagePlain, parent, text::SettingsNotSaved, {ModuleHost()->InitKeywordsError()});
+  return false;
+}
+
 int SaveAs(PowerSettings& block, WindowHandle parent, Family family) {
   const std::optional<std::string> path = ModuleHost()->DoFileSaveAsDlg(
       LoadText(text::SaveSettingsTitle), block.CurrentFile, LoadText(text::SettingsExtension));
@@ -131,9 +141,11 @@ int SaveAs(PowerSettings& block, WindowHandle parent, Family family) {
     ShowMessage(MessagePlain, parent, text::PathTooLong);
     return 0;
   }
-  block.FileNamed = 1;
-  WriteSettings(FillKeys(block, family), *path);
-  block.CurrentFile = *path;
+  if (Write(block, parent, family, *path)) {
+    block.FileNamed = 1;
+    block.CurrentFile = *path;
+    ShowRemarks(parent, RemarksOnSaving(block, family));
+  }
   return 0;
 }
 
@@ -141,8 +153,8 @@ int Save(PowerSettings& block, WindowHandle parent, Family family) {
   if (block.FileNamed == 0) {
     return SaveAs(block, parent, family);
   }
-  if (ReadyToSave(block, parent, family)) {
-    WriteSettings(FillKeys(block, family), block.CurrentFile);
+  if (ReadyToSave(block, parent, family) && Write(block, parent, family, block.CurrentFile)) {
+    ShowRemarks(parent, RemarksOnSaving(block, family));
   }
   return 0;
 }
@@ -159,17 +171,17 @@ int Open(PowerSettings& block, WindowHandle parent, Family family) {
   }
   ReadSettings(FillKeys(block, family), *path);
   block.CurrentFile = *path;
+  ShowRemarks(parent, RemarksOnOpening(block, family, *path));
   return 1;
 }
 
 int SaveAsDefault(PowerSettings& block, WindowHandle parent, Family family) {
-  if (!ReadyToSave(block, parent, family)) {
+  if (!ReadyToSave(block, parent, family) || !Write(block, parent, family, block.DefaultFile)) {
     return 0;
   }
-  const KeyTable keys = FillKeys(block, family);
-  WriteSettings(keys, block.DefaultFile);
+  ShowRemarks(parent, RemarksOnSavingDefaults(block, family));
   // What the user goes on with is what the file gave back, and the dialog must show it.
-  ReadSettings(keys, block.DefaultFile);
+  ReadSettings(FillKeys(block, family), block.DefaultFile);
   RefreshDefaults(block, TableOf(family).section);
   return 1;
 }

@@ -234,7 +234,7 @@ TEST_F(Output, AnInterruptCancelsAndLeavesNothingHalfWritten) {
   EXPECT_EQ(2U, FilesIn(".").size());  // the result and the words, no temporary file
 }
 
-// They are saved before the work begins, and are whole.
+// They are saved once the calculation has taken them, before the charts, and are whole.
 TEST_F(Output, AnInterruptKeepsTheSettingsThatWereSaved) {
   Arguments arguments = kLongWork;
   arguments.insert(arguments.end(), {"--save-settings", "study.ini"});

@@ -88,6 +88,10 @@ TEST_F(Settings, RefusesAPathThatDoesNotFit) {
   EXPECT_EQ(1, result.status);
   EXPECT_EQ("", result.out);
   EXPECT_FALSE(result.err.empty());
+  const Result saved = Run({"power", "t1", "--save-settings", path + "new.ini"});
+  EXPECT_EQ(1, saved.status);
+  EXPECT_TRUE(Has(saved.err, "longer than 255 characters")) << saved.err;
+  EXPECT_FALSE(Exists("new.ini"));
 }
 
 TEST_F(Settings, AFileThatCannotBeWrittenIsAnErrorBesideTheAnswer) {
@@ -97,12 +101,19 @@ TEST_F(Settings, AFileThatCannotBeWrittenIsAnErrorBesideTheAnswer) {
   EXPECT_EQ(Run({"power", "t1"}).out, result.out);
 }
 
-TEST_F(Settings, SettingsOutOfRangeAreNotSaved) {
+TEST_F(Settings, SettingsThatTheCalculationRefusesAreNotSaved) {
   Write("my.ini", "mine\n");
-  const Result result = Run({"power", "t1", "--n-start", "1", "--save-settings", "my.ini"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_TRUE(Has(result.err, "File not saved.")) << result.err;
-  EXPECT_EQ("mine\n", Read("my.ini"));
+  for (const char* option : {"--n-start", "--sample-size"}) {
+    const Result result =
+        Run({"power", "t1", option, "1", "--save-settings", "my.ini", "--save-defaults"});
+    EXPECT_EQ(1, result.status);
+    EXPECT_TRUE(Has(result.err,
+                    "Current value is 1.\npoweranalysis: the settings were not saved: "
+                    "no calculation has taken them\n"))
+        << result.err;
+    EXPECT_EQ("mine\n", Read("my.ini"));
+  }
+  EXPECT_FALSE(Exists("config/poweranalysis/POWER.INI"));
 }
 
 TEST_F(Settings, SavingKeepsWhatElseTheFileHolds) {
@@ -120,6 +131,57 @@ TEST_F(Settings, SavedDefaultsHoldForLaterRuns) {
   environment_["XDG_CONFIG_HOME"] = At("elsewhere");
   EXPECT_NE(saved.out, Run({"power", "t1"}).out);
   EXPECT_EQ(saved.out, Run({"power", "t1", "--config", At("config/poweranalysis")}).out);
+}
+
+// The file of defaults has no place for P², so that reading it back gives 0.2.
+TEST_F(Settings, SavingTheDefaultsDoesNotChangeTheAnswer) {
+  for (const char* chart : {"power-vs-n", "power-vs-p2"}) {
+    const Arguments run = {"power",   "r2",  "--population-r2", "0.4", "--sample-size", "15",
+                           "--chart", chart, "--format",        "json"};
+    const Result plain = Run(run);
+    Arguments saving = run;
+    saving.insert(saving.end(), {"--save-settings", "my.ini", "--save-defaults"});
+    const Result saved = Run(saving);
+    EXPECT_EQ(0, saved.status) << saved.err;
+    EXPECT_EQ(plain.out, saved.out);
+    EXPECT_TRUE(Has(saved.err, "cannot hold PopulationR2=0.4: reading the defaults gives 0.2\n"))
+        << saved.err;
+  }
+}
+
+TEST_F(Settings, WhatAFileCannotHoldIsToldOnSavingAndOnOpening) {
+  const Result saved = Run({"size", "z2r", "--n-to-vary", "n1", "--save-settings", "my.ini"});
+  EXPECT_EQ(0, saved.status);
+  EXPECT_EQ(
+      "poweranalysis: A settings file cannot hold NToVary=1: enter it again after opening the "
+      "file\n",
+      saved.err);
+  const Result opened = Run({"size", "z2r", "--settings", "my.ini"});
+  EXPECT_EQ(0, opened.status);
+  EXPECT_EQ("poweranalysis: A settings file cannot hold NToVary: after opening it is 0\n",
+            opened.err);
+}
+
+TEST_F(Settings, KeysThatCannotBeReadAreToldWithTextAndLine) {
+  Write("my.ini", std::string(kSection) + "\nMu=9,5\nSampleSize=12.5\nPower=1\nSigma=+4\n");
+  const Result result = Run({"power", "t1", "--settings", "my.ini"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(Run({"power", "t1", "--sigma", "4"}).out, result.out);
+  EXPECT_EQ(
+      "poweranalysis: 'my.ini', line 2: Mu=9,5 is not a number; the built-in value 2 stands\n"
+      "poweranalysis: 'my.ini', line 3: SampleSize=12.5 is not a whole number of 32 bits; the "
+      "built-in value 25 stands\n"
+      "poweranalysis: 'my.ini', line 4: Power=1 is not a setting of T1\n",
+      result.err);
+}
+
+TEST_F(Settings, KeysOfTheDefaultsThatCannotBeReadAreTold) {
+  std::filesystem::create_directories(At("config/poweranalysis"));
+  Write("config/poweranalysis/POWER.INI", std::string(kSection) + "\nMu=9,5\n");
+  const std::string told =
+      "poweranalysis: 'POWER.INI', line 2: Mu=9,5 is not a number; the built-in value 2 stands\n";
+  EXPECT_EQ(told, Run({"power", "t1"}).err);
+  EXPECT_EQ(told, Run({"calc", "t", "--unknown", "p"}).err);
 }
 
 TEST_F(Settings, DefaultsResolveInTheHomeFolderWithoutXdg) {

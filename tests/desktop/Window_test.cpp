@@ -23,6 +23,7 @@
 #include "desktop/StudyExport.h"
 #include "desktop/SummaryTableModel.h"
 #include "desktop/WorkbookIo.h"
+#include "dialogs/Controls.h"
 #include "frame/TaskCatalogue.h"
 #include "host/NumberText.h"
 
@@ -43,6 +44,9 @@ class WindowTest : public QObject {
   void textThatIsNoNumberIsKeptAndReported();
   void aTrueNullHypothesisLeadsBackToTheParameters();
   void settingsAreSavedAndOpenedAgain();
+  void aSettingsFileThatCannotBeWrittenIsToldAndForgotten();
+  void keysOfASettingsFileThatCannotBeReadAreTold();
+  void saveAsDefaultShowsWhatIsInForce();
   void saveAsDefaultLivesOnAndRestoreDefaultsBringsItBack();
   void cancelOfTheStartupEndsAndNewAnalysisReopens();
   void everyFamilyComputesItsDefaults_data();
@@ -250,6 +254,54 @@ void WindowTest::settingsAreSavedAndOpenedAgain() {
   QCOMPARE(Block()->T1.Working.Mu, 0.123456789012345);
   QCOMPARE(driver.Text(control::Mu), QStringLiteral("0.12346"));
   QVERIFY(driver.TakeMessage().isEmpty());
+}
+
+void WindowTest::aSettingsFileThatCannotBeWrittenIsToldAndForgotten() {
+  TemporaryFolder folder;
+  WindowDriver driver(folder.File("config"));
+  const std::string file = folder.File("missing/study.ini");
+  driver.window().host().chooseFile = [&file](const DesktopHost::FileQuestion&) {
+    return std::optional<std::string>(file);
+  };
+  driver.ChooseTask(ModePower, 0);
+  driver.Type(control::Mu, QStringLiteral("5"));
+  driver.Click(116);  // Save As
+  const QString told = driver.TakeMessage();
+  QVERIFY(told.contains(QStringLiteral("The settings were not saved.")));
+  QVERIFY(told.contains(QString::fromStdString(file)));
+  QVERIFY(driver.TakeMessage().isEmpty());
+  QCOMPARE(Block()->FileNamed, i16{0});
+  QCOMPARE(driver.Text(control::Mu), QStringLiteral("5"));
+}
+
+void WindowTest::keysOfASettingsFileThatCannotBeReadAreTold() {
+  TemporaryFolder folder;
+  WindowDriver driver(folder.File("config"));
+  const std::string file = folder.File("study.ini");
+  poweranalysis::testing::WriteWhole(
+      file, "[POWER_ANALYSIS_ONE_SAMPLE_TTEST]\nMu=9,5\nSampleSize=1e2\nSigma=+4\n");
+  driver.window().host().chooseFile = [&file](const DesktopHost::FileQuestion&) {
+    return std::optional<std::string>(file);
+  };
+  driver.ChooseTask(ModePower, 0);
+  driver.Click(9018);  // Open
+  QCOMPARE(driver.TakeMessage(),
+           QStringLiteral("'study.ini', line 2: Mu=9,5 is not a number; the built-in value 2 "
+                          "stands."));
+  QCOMPARE(driver.Text(control::SampleSize), QStringLiteral("100"));
+  QCOMPARE(driver.Text(control::Sigma), QStringLiteral("4"));
+}
+
+void WindowTest::saveAsDefaultShowsWhatIsInForce() {
+  TemporaryFolder folder;
+  WindowDriver driver(folder.File("config"));
+  driver.ChooseTask(ModePower, FindTask(ModePower, "R2"));
+  const int box = ControlOfField("PopulationR2");
+  driver.Type(box, QStringLiteral("0.4"));
+  driver.Click(13402);  // Save As Default
+  QVERIFY(driver.TakeMessage().contains(QStringLiteral("PopulationR2=0.4")));
+  QCOMPARE(driver.Text(box), QStringLiteral("0.2"));
+  QCOMPARE(Block()->R2.Working.PopulationR2, 0.2);
 }
 
 void WindowTest::saveAsDefaultLivesOnAndRestoreDefaultsBringsItBack() {

@@ -4,6 +4,7 @@
 
 #include "dialogs/Controls.h"
 #include "dialogs/DialogRun.h"
+#include "support/TemporaryFolder.h"
 
 namespace poweranalysis {
 namespace {
@@ -220,6 +221,28 @@ TEST_F(ParameterDialog, CancelOfOpenShowsTheValuesAgain) {
   host_.openAnswers.push_back(std::nullopt);
   EXPECT_EQ(host_.Press(9018), 1);
   EXPECT_EQ(TextOf(112), "44");
+}
+
+TEST_F(ParameterDialog, SaveAsDefaultShowsWhatIsInForce) {
+  const testing::TemporaryFolder folder;
+  host_.configFolder = folder.path();
+  OpenParameters(ModePower, "R2");
+  const int box = ControlOfField("PopulationR2");
+  host_.Type(box, "0.4");
+  EXPECT_EQ(host_.Press(13402), 1);
+  EXPECT_EQ(block().R2.Working.PopulationR2, 0.2);
+  EXPECT_EQ(TextOf(box), "0.2");
+  EXPECT_THAT(MessageIds(), ElementsAre(text::SettingNotHeldByDefaults));
+}
+
+TEST_F(ParameterDialog, DefaultsThatCannotBeWrittenLeaveTheInputs) {
+  host_.configFolder.clear();
+  OpenParameters(ModePower, "T1");
+  host_.Type(112, "5");
+  host_.Press(13402);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::SettingsNotSaved));
+  EXPECT_EQ(block().T1.Working.Mu, 5);
+  EXPECT_EQ(TextOf(112), "5");
 }
 
 TEST_F(ParameterDialog, WithoutABlockOnlyBackWorks) {

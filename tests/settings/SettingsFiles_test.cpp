@@ -115,7 +115,7 @@ TEST_F(SettingsFilesTest, TheFieldWithoutAKeyIsNeverWrittenAndReadAsFactory) {
   SetWorking(Family::R2, "PopulationR2", 0.4);
   SetWorking(Family::R2, "R2Null", 0.1);
   SaveAs(Family::R2, "r2.ini");
-  EXPECT_TRUE(host.messages().empty());
+  EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingNotHeld}));
   const std::string content = ReadWhole(folder.File("r2.ini"));
   EXPECT_NE(content.find("R2Null=0.1\n"), std::string::npos);
   EXPECT_NE(content.find("CumP=0.95\n"), std::string::npos);
@@ -309,7 +309,7 @@ TEST_F(SettingsFilesTest, OpenFallsBackToFactoryAndNotToTheDefaults) {
   ExpectFactory(Family::T1, "Alpha");
 }
 
-TEST_F(SettingsFilesTest, AFileOfAnotherKindResetsEveryKeyInSilence) {
+TEST_F(SettingsFilesTest, AFileOfAnotherKindResetsEveryKeyAndSaysSo) {
   for (const char* content :
        {"", "\n\n", "no settings at all",
         "\x7f"
@@ -318,53 +318,133 @@ TEST_F(SettingsFilesTest, AFileOfAnotherKindResetsEveryKeyInSilence) {
     SetWorking(Family::T1, "Alpha", 0.1);
     SetWorking(Family::T1, "SampleSize", 30);
     block.T1.Working.Delta = 2.5;
+    host.ClearMessages();
     EXPECT_EQ(OpenContent(Family::T1, content), 1);
     ExpectFactory(Family::T1);
     EXPECT_EQ(block.T1.Working.Delta, 2.5) << "an unkeyed field keeps its value";
+    EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingsOfNone}));
   }
-  EXPECT_TRUE(host.messages().empty());
 }
 
-TEST_F(SettingsFilesTest, AMissingFileAndAFolderResetEveryKeyInSilence) {
+TEST_F(SettingsFilesTest, AMissingFileAndAFolderResetEveryKeyAndSaySo) {
   for (const char* name : {"missing.ini", "missing/deep.ini", "."}) {
     SetWorking(Family::T1, "Alpha", 0.1);
     EXPECT_EQ(Open(Family::T1, name), 1) << name;
     ExpectFactory(Family::T1);
     EXPECT_EQ(block.CurrentFile, folder.File(name));
   }
-  EXPECT_TRUE(host.messages().empty());
+  EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingsFileMissing, text::SettingsFileMissing,
+                                            text::SettingsFileNotRead}));
 }
 
 struct OddValue {
   const char* line;
   const char* field;
   double expected;
+  int remark;  // 0: none
 };
 
-TEST_F(SettingsFilesTest, ValuesThatAreNoneCountAsMissing) {
+TEST_F(SettingsFilesTest, AValueThatCannotBeReadGivesTheBuiltInOneAndIsTold) {
   constexpr OddValue kCases[] = {
-      {"Alpha=abc", "Alpha", 0.05},
-      {"Alpha=", "Alpha", 0.05},
-      {"Alpha=nan", "Alpha", 0.05},
-      {"Alpha=inf", "Alpha", 0.05},
-      {"Alpha=0,1", "Alpha", 0.05},
-      {"Alpha=0.1x", "Alpha", 0.05},
-      {"Alpha=1e400", "Alpha", 0.05},
-      {"SampleSize=12.5", "SampleSize", 25},
-      {"SampleSize=1e2", "SampleSize", 100},
-      {"Mu=+3", "Mu", 3},
-      {"SampleSize=2147483648", "SampleSize", 25},
-      {"SampleSize=99999999999999999999", "SampleSize", 25},
-      {"alpha=0.1", "Alpha", 0.05},
-      {"Alpha = 0.1", "Alpha", 0.1},
-      {"Alpha=1e-1", "Alpha", 0.1},
-      {"SampleSize= 30 ", "SampleSize", 30},
-      {"SampleSize=2147483647", "SampleSize", 2147483647},
+      {"Alpha=abc", "Alpha", 0.05, text::SettingNotANumber},
+      {"Alpha=", "Alpha", 0.05, text::SettingNotANumber},
+      {"Alpha=nan", "Alpha", 0.05, text::SettingNotANumber},
+      {"Alpha=inf", "Alpha", 0.05, text::SettingNotANumber},
+      {"Alpha=0,1", "Alpha", 0.05, text::SettingNotANumber},
+      {"Alpha=0.1x", "Alpha", 0.05, text::SettingNotANumber},
+      {"Alpha=1e400", "Alpha", 0.05, text::SettingNotANumber},
+      {"SampleSize=12.5", "SampleSize", 25, text::SettingNotWhole},
+      {"SampleSize=2147483648", "SampleSize", 25, text::SettingNotWhole},
+      {"SampleSize=99999999999999999999", "SampleSize", 25, text::SettingNotWhole},
+      {"alpha=0.1", "Alpha", 0.05, text::SettingUnknown},
+      {"Alpha = 0.1", "Alpha", 0.1, 0},
+      {"Alpha=1e-1", "Alpha", 0.1, 0},
+      {"Mu=+3", "Mu", 3, 0},
+      {"SampleSize=1e2", "SampleSize", 100, 0},
+      {"SampleSize=+30", "SampleSize", 30, 0},
+      {"SampleSize= 30 ", "SampleSize", 30, 0},
+      {"SampleSize=2147483647", "SampleSize", 2147483647, 0},
   };
   for (const OddValue& c : kCases) {
+    host.ClearMessages();
     OpenContent(Family::T1, std::string(kT1) + "\n" + c.line + "\n");
     EXPECT_EQ(Working(Family::T1, c.field), c.expected) << c.line;
+    EXPECT_EQ(MessageIds(), c.remark == 0 ? std::vector<int>() : std::vector<int>{c.remark})
+        << c.line;
   }
+}
+
+TEST_F(SettingsFilesTest, WhatAFileCouldNotGiveIsOneMessageWithKeyTextAndLine) {
+  WriteWhole(folder.File("a.ini"),
+             "; mine\n" + std::string(kT1) + "\nMu=9,5\nSampleSize=12.5\nPower=0.8\nAlpha=0.1\n");
+  Open(Family::T1, "a.ini");
+  EXPECT_EQ(LastMessage(),
+            "'a.ini', line 3: Mu=9,5 is not a number; the built-in value 2 stands.\r\n"
+            "'a.ini', line 4: SampleSize=12.5 is not a whole number of 32 bits; the built-in value "
+            "25 stands.\r\n"
+            "'a.ini', line 5: Power=0.8 is not a setting of T1.");
+  EXPECT_EQ(host.messages().size(), 1u);
+  EXPECT_EQ(Working(Family::T1, "Alpha"), 0.1);
+}
+
+TEST_F(SettingsFilesTest, AMessageHoldsTwentyLinesOfManyBadOnes) {
+  std::string content = std::string(kT1) + "\n";
+  for (int i = 0; i < 100; ++i) {
+    content += "Unknown" + std::to_string(i) + "=" + std::string(5000, 'x') + "\n";
+  }
+  OpenContent(Family::T1, content);
+  EXPECT_EQ(Lines(LastMessage()).size(), 21u);
+  EXPECT_NE(LastMessage().find(": 80 more lines were not taken."), std::string::npos);
+  EXPECT_LT(LastMessage().size(), 4000u);
+}
+
+TEST_F(SettingsFilesTest, TheStartSaysWhatTheDefaultsCouldNotGive) {
+  host.ClearMessages();
+  WriteWhole(folder.File("POWER.INI"),
+             std::string(kT1) + "\nMu=9,5\nSigma=4\n[POWER_ANALYSIS_SEM]\nR=x\n");
+  LoadAllDefaults(block);
+  EXPECT_EQ(Working(Family::T1, "Mu"), 2);
+  EXPECT_EQ(Working(Family::T1, "Sigma"), 4);
+  EXPECT_EQ(LastMessage(),
+            "'POWER.INI', line 2: Mu=9,5 is not a number; the built-in value 2 stands.\r\n"
+            "'POWER.INI', line 5: R=x is not a number; the built-in value 0.08 stands.");
+  host.ClearMessages();
+  WriteWhole(folder.File("POWER.INI"), std::string("\0", 1));
+  LoadAllDefaults(block);
+  EXPECT_EQ(MessageIds(), (std::vector<int>{text::DefaultsNotRead}));
+}
+
+// --- What a file cannot hold.
+
+TEST_F(SettingsFilesTest, WhatAFileCannotHoldIsToldOnSavingWhenItIsLost) {
+  SaveAs(Family::Z2R, "z.ini");
+  SaveAs(Family::R2, "z.ini");
+  EXPECT_TRUE(host.messages().empty()) << "the built-in values are not lost";
+  block.Z2R.Working.NToVary = 1;
+  SaveAs(Family::Z2R, "z.ini");
+  EXPECT_EQ(LastMessage(),
+            "A settings file cannot hold NToVary=1: enter it again after opening the file.");
+  SetWorking(Family::R2, "PopulationR2", 0.4);
+  Command(Family::R2, ControlSave);
+  EXPECT_EQ(LastMessage(),
+            "A settings file cannot hold PopulationR2=0.4: enter it again after opening the file.");
+  for (const Family family : {Family::AV1, Family::V2, Family::AV2}) {
+    host.ClearMessages();
+    SetWorking(family, "Algorithm", 1);
+    SaveAs(family, "z.ini");
+    EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingNotHeld})) << TableOf(family).code;
+  }
+}
+
+TEST_F(SettingsFilesTest, WhatAFileCannotHoldIsToldOnOpeningWithTheValueInForce) {
+  SaveAs(Family::Z2R, "z.ini");
+  SaveAs(Family::R2, "z.ini");
+  block.Z2R.Working.NToVary = 2;
+  Open(Family::Z2R, "z.ini");
+  EXPECT_EQ(LastMessage(), "A settings file cannot hold NToVary: after opening it is 2.");
+  SetWorking(Family::R2, "PopulationR2", 0.4);
+  Open(Family::R2, "z.ini");
+  EXPECT_EQ(LastMessage(), "A settings file cannot hold PopulationR2: after opening it is 0.2.");
 }
 
 // A short is widened on its way out and narrowed on its way in.
@@ -392,7 +472,7 @@ TEST_F(SettingsFilesTest, AFileChangedFromOutsideIsReadAnew) {
 TEST_F(SettingsFilesTest, SaveAsDefaultRefreshesDefaultsInEveryFamilyButOneCorrelation) {
   for (const Family family : kWithSection) {
     SetWorking(family, "Alpha", 0.1);
-    EXPECT_EQ(Command(family, ControlSaveAsDefault), 1);
+    EXPECT_EQ(Command(family, ControlSaveAsDefault), 1) << "the dialog shows the values again";
     EXPECT_EQ(Get(family, Instance::Defaults, "Alpha"), family == Family::R ? 0.05 : 0.1)
         << TableOf(family).code;
     RestoreDefaults(family);
@@ -415,6 +495,8 @@ TEST_F(SettingsFilesTest, SaveAsDefaultGoesOnWithWhatTheFileGaveBack) {
   SetWorking(Family::R2, "PopulationR2", 0.4);
   SetWorking(Family::R2, "Alpha", 0.1);
   EXPECT_EQ(Command(Family::R2, ControlSaveAsDefault), 1);
+  EXPECT_EQ(LastMessage(),
+            "A settings file cannot hold PopulationR2=0.4: reading the defaults gives 0.2.");
   EXPECT_EQ(Working(Family::R2, "PopulationR2"), 0.2);
   EXPECT_EQ(Working(Family::R2, "Alpha"), 0.1);
   EXPECT_EQ(Get(Family::R2, Instance::Defaults, "Alpha"), 0.1);
@@ -437,14 +519,18 @@ TEST_F(SettingsFilesTest, SaveAsDefaultMakesTheConfigurationFolder) {
   EXPECT_EQ(Working(Family::T1, "Alpha"), 0.1);
 }
 
-TEST_F(SettingsFilesTest, WithoutAConfigurationFolderTheDefaultsAreLostInSilence) {
-  host.configFolder.clear();
-  SetWorking(Family::T1, "Alpha", 0.1);
-  EXPECT_EQ(Command(Family::T1, ControlSaveAsDefault), 1);
-  EXPECT_TRUE(host.messages().empty());
-  EXPECT_NE(host.keywordError(), "");
-  // What the file gave back, which is nothing.
-  EXPECT_EQ(Working(Family::T1, "Alpha"), 0.05);
+TEST_F(SettingsFilesTest, DefaultsThatCannotBeWrittenAreToldAndChangeNothing) {
+  std::filesystem::create_directory(folder.File("POWER.INI"));
+  for (const std::string& config : {std::string(), folder.path()}) {
+    host.configFolder = config;
+    host.ClearMessages();
+    SetWorking(Family::T1, "Alpha", 0.1);
+    EXPECT_EQ(Command(Family::T1, ControlSaveAsDefault), 0);
+    EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingsNotSaved}));
+    EXPECT_NE(LastMessage().find(host.keywordError()), std::string::npos);
+    EXPECT_EQ(Working(Family::T1, "Alpha"), 0.1);
+    EXPECT_EQ(Get(Family::T1, Instance::Defaults, "Alpha"), 0.05);
+  }
 }
 
 // --- Failing writes.
@@ -458,25 +544,35 @@ TEST_F(SettingsFilesTest, AFailingWriterLeavesTheKeysBeforeItAndSaysNothing) {
   EXPECT_EQ(host.calls.keywordsWritten, 2);
 }
 
-TEST_F(SettingsFilesTest, ASaveWithAFailingWriterReturnsZeroWithoutAWord) {
+TEST_F(SettingsFilesTest, ASaveWithAFailingWriterReturnsZeroAndSaysWhy) {
   SaveAs(Family::T1, "f.ini");
   std::filesystem::remove(folder.File("f.ini"));
   host.failKeyword = 3;
   EXPECT_EQ(Command(Family::T1, ControlSave), 0);
-  EXPECT_TRUE(host.messages().empty());
+  EXPECT_EQ(LastMessage(), "The settings were not saved.\r\nThe keyword could not be written.");
   EXPECT_EQ(Lines(ReadWhole(folder.File("f.ini"))).size(), 3u);
   host.failKeyword = 1;
   std::filesystem::remove(folder.File("f.ini"));
   EXPECT_EQ(Command(Family::T1, ControlSave), 0);
-  EXPECT_TRUE(host.messages().empty());
+  EXPECT_EQ(host.messageCalls(), 2);
 }
 
-TEST_F(SettingsFilesTest, ASaveIntoAMissingFolderFailsInSilence) {
-  SaveAs(Family::T1, "missing/f.ini");
-  EXPECT_TRUE(host.messages().empty());
-  EXPECT_NE(host.keywordError(), "");
+TEST_F(SettingsFilesTest, AFileThatCannotBeWrittenIsToldAndItsNameForgotten) {
+  for (const char* name : {"missing/f.ini", ".", "/dev/full"}) {
+    host.ClearMessages();
+    host.saveAnswers.push_back(name[0] == '/' ? std::string(name) : folder.File(name));
+    EXPECT_EQ(Command(Family::T1, ControlSaveAs), 0) << name;
+    EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingsNotSaved})) << name;
+    EXPECT_NE(LastMessage().find(host.keywordError()), std::string::npos) << name;
+    EXPECT_EQ(block.FileNamed, 0) << name;
+    EXPECT_EQ(block.CurrentFile, "NEW.INI") << name;
+  }
   EXPECT_FALSE(std::filesystem::exists(folder.File("missing")));
+  // The name of a file that was written stays, too.
+  SaveAs(Family::T1, "good.ini");
+  SaveAs(Family::T1, "missing/f.ini");
   EXPECT_EQ(block.FileNamed, 1);
+  EXPECT_EQ(block.CurrentFile, folder.File("good.ini"));
 }
 
 TEST_F(SettingsFilesTest, AFileThatHoldsSomethingElseIsNotReplaced) {
@@ -484,7 +580,7 @@ TEST_F(SettingsFilesTest, AFileThatHoldsSomethingElseIsNotReplaced) {
   WriteWhole(folder.File("picture.png"), binary);
   SaveAs(Family::T1, "picture.png");
   EXPECT_EQ(ReadWhole(folder.File("picture.png")), binary);
-  EXPECT_TRUE(host.messages().empty());
+  EXPECT_EQ(MessageIds(), (std::vector<int>{text::SettingsNotSaved}));
 }
 
 // --- Paths.
