@@ -18,6 +18,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <utility>
 
 #include "automation/SpecLookup.h"
@@ -83,6 +85,64 @@ std::vector<ControlSpec> OfKind(const PageSpec& page, ControlKind kind) {
     }
   }
   return found;
+}
+
+// --- What a text reads as.
+
+enum class Reading { Number, Missing, NotNumber, NotWhole, TooLarge };
+
+// What is said of a box by its mark, and in a message by its name and its text.
+struct ReadingWords {
+  const char* mark;
+  const char* sentence;
+};
+constexpr std::array<ReadingWords, 5> kReadingWords = {
+    {{"", ""},
+     {QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "A number is missing here."),
+      QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "%1 is empty.")},
+     {QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "This is not a number."),
+      QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "%1: \u201c%2\u201d is not a number.")},
+     {QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "This is not a whole number."),
+      QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "%1: \u201c%2\u201d is not a whole number.")},
+     {QT_TRANSLATE_NOOP("poweranalysis::DesktopForm", "This is not a whole number of 32 bits."),
+      QT_TRANSLATE_NOOP("poweranalysis::DesktopForm",
+                        "%1: \u201c%2\u201d is not a whole number of 32 bits.")}}};
+
+const ReadingWords& WordsOf(Reading reading) {
+  return kReadingWords.at(static_cast<std::size_t>(reading));
+}
+
+Reading ReadingOf(const HeadlessForm& form, const HeadlessForm::Control& held) {
+  const int control = held.spec.number;
+  double value = 0;
+  if (held.number) {
+    return Reading::Number;  // shown by the dialog itself
+  }
+  if (form.GetDlgItemDouble(control, value) != 0 || std::isnan(value)) {
+    return ToText(held.text).trimmed().isEmpty() ? Reading::Missing : Reading::NotNumber;
+  }
+  if (held.spec.kind == ControlKind::IntEdit &&
+      value != static_cast<double>(form.GetDlgItemLong(control))) {
+    return value == std::trunc(value) ? Reading::TooLarge : Reading::NotWhole;
+  }
+  return Reading::Number;
+}
+
+// Reads a text as the box would.
+Reading ReadingOf(const ControlSpec& box, const QString& text) {
+  DialogSpec spec;
+  spec.frame = {box};
+  HeadlessForm form;
+  form.AddDlgTabs(spec);
+  form.Type(box.number, FromText(text));
+  return ReadingOf(form, *form.Find(box.number));
+}
+
+// The number that a text with one comma may stand for; empty for none.
+QString WithPoint(const ControlSpec& box, QString text) {
+  const bool lone = text.count(QLatin1Char(',')) == 1;
+  text = text.replace(QLatin1Char(','), QLatin1Char('.')).trimmed();
+  return lone && ReadingOf(box, text) == Reading::Number ? text : QString();
 }
 
 // A page may be taller than a small screen; it is never wider.
@@ -355,7 +415,8 @@ QLineEdit* DesktopForm::MakeEdit(const ControlSpec& control) {
   edit.mark->setVisible(false);
   edits_.insert(control.number, edit);
   const int number = control.number;
-  connect(line, &QLineEdit::textEdited, this,
+  // Not only typed text: assistive technology sets the whole of it.
+  connect(line, &QLineEdit::textChanged, this,
           [this, number](const QString& text) { Edited(number, text); });
   return line;
 }
@@ -374,12 +435,20 @@ QWidget* DesktopForm::MakeToggle(const ControlSpec& control) {
     toggle = new QCheckBox(Caption(control));
   }
   Describe(*toggle, control);
+  // Assistive technology toggles without a click. A click on a button that is checked already
+  // toggles nothing, and is a command nevertheless.
   const int number = control.number;
-  connect(toggle, &QAbstractButton::clicked, this, [this, number](bool checked) {
-    if (qobject_cast<QCheckBox*>(WidgetOf(number)) != nullptr) {
-      model_.CheckDlgButton(number, checked);
+  const bool isRadio = control.kind == ControlKind::Radio;
+  connect(toggle, &QAbstractButton::pressed, this, [this] { toggled_ = 0; });
+  connect(toggle, &QAbstractButton::toggled, this, [this, number, isRadio](bool checked) {
+    if (checked || !isRadio) {
+      Toggled(number);
     }
-    Q_EMIT Commanded(number, Notification::Command);
+  });
+  connect(toggle, &QAbstractButton::clicked, this, [this, number] {
+    if (toggled_ != number) {
+      Toggled(number);
+    }
   });
   return toggle;
 }
@@ -397,6 +466,13 @@ QListWidget* DesktopForm::MakeList(const ControlSpec& control) {
     if (row >= 0) {
       model_.SelectListRow(number, row);
       Q_EMIT Commanded(number, Notification::SelectionChange);
+    }
+  });
+  // Assistive technology selects a row without making it the current one.
+  connect(list, &QListWidget::itemSelectionChanged, this, [list] {
+    const QList<QListWidgetItem*> chosen = list->selectedItems();
+    if (chosen.size() == 1 && chosen.front() != list->currentItem()) {
+      list->setCurrentItem(chosen.front());
     }
   });
   connect(list, &QListWidget::itemDoubleClicked, this,
@@ -435,6 +511,20 @@ void DesktopForm::SetTabOrder() {
   follow(spec().frame);
 }
 
+void DesktopForm::FocusBox(int control) {
+  const auto edit = edits_.constFind(control);
+  if (edit == edits_.constEnd()) {
+    return;
+  }
+  for (int page = 0; tabs_ != nullptr && page < tabs_->count(); ++page) {
+    if (tabs_->widget(page)->isAncestorOf(edit->line)) {
+      tabs_->setCurrentIndex(page);
+    }
+  }
+  edit->line->setFocus(Qt::OtherFocusReason);
+  edit->line->selectAll();
+}
+
 void DesktopForm::FocusFirst() {
   for (const PageSpec& page : spec().pages) {
     for (const ControlSpec& control : Arranged(page)) {
@@ -461,15 +551,34 @@ int DesktopForm::ControlOf(const QWidget* widget) const {
   return 0;
 }
 
+// While a search runs the form is disabled, and nothing is taken; who can set a text all the same
+// sees it go.
 void DesktopForm::Edited(int control, const QString& text) {
+  if (!isEnabled()) {
+    ShowText(control);
+    return;
+  }
   model_.Type(control, FromText(text));
   Mark(control);
+  Q_EMIT Commanded(control, Notification::Command);
+}
+
+void DesktopForm::Toggled(int control) {
+  toggled_ = control;
+  if (!isEnabled()) {
+    ShowChecked();
+    return;
+  }
+  if (auto* box = qobject_cast<QCheckBox*>(WidgetOf(control))) {
+    model_.CheckDlgButton(control, box->isChecked());
+  }
   Q_EMIT Commanded(control, Notification::Command);
 }
 
 void DesktopForm::Type(int control, const QString& text) {
   const auto edit = edits_.constFind(control);
   if (edit != edits_.constEnd()) {
+    const QSignalBlocker quiet(edit->line);
     edit->line->setText(text);
     Edited(control, text);
   }
@@ -513,21 +622,24 @@ bool DesktopForm::event(QEvent* event) {
 
 // --- Marks while typing.
 
-QString DesktopForm::Fault(int control) const {
-  const HeadlessForm::Control* held = model_.Find(control);
+// What stands in the box of an unknown, or of the value that was reached, is an answer and no
+// input.
+bool DesktopForm::IsAnswer(const ControlSpec& box) const {
   const ControlSpec* unknown =
       UnknownBox(spec(), [this](int radio) { return model_.IsDlgButtonChecked(radio); });
-  if (held == nullptr || (unknown != nullptr && unknown->number == control)) {
-    return {};  // what stands in the box of an unknown is an answer, and no input
+  return box.name == "ActualValue" || (unknown != nullptr && unknown->number == box.number);
+}
+
+QString DesktopForm::Fault(int control) const {
+  const HeadlessForm::Control* held = model_.Find(control);
+  if (held == nullptr || IsAnswer(held->spec)) {
+    return {};
+  }
+  if (const Reading reading = ReadingOf(model_, *held); reading != Reading::Number) {
+    return tr(WordsOf(reading).mark);
   }
   double value = 0;
-  if (model_.GetDlgItemDouble(control, value) != 0) {
-    return held->text.empty() ? tr("A number is missing here.") : tr("This is not a number.");
-  }
-  if (held->spec.kind == ControlKind::IntEdit &&
-      value != static_cast<double>(model_.GetDlgItemLong(control))) {
-    return tr("This is not a whole number of 32 bits.");
-  }
+  model_.GetDlgItemDouble(control, value);
   if (held->lower && value < *held->lower) {
     return tr("Below the lowest value, %1.").arg(ToText(FormatShortest(*held->lower)));
   }
@@ -535,6 +647,47 @@ QString DesktopForm::Fault(int control) const {
     return tr("Above the highest value, %1.").arg(ToText(FormatShortest(*held->upper)));
   }
   return {};
+}
+
+QString DesktopForm::RangeOf(const HeadlessForm::Control& held) const {
+  const bool whole = held.spec.kind == ControlKind::IntEdit;
+  if (!held.lower || !held.upper) {
+    return whole ? tr("It takes a whole number.") : tr("It takes a number.");
+  }
+  return (whole ? tr("It takes a whole number from %1 to %2.")
+                : tr("It takes a number from %1 to %2."))
+      .arg(ToText(FormatShortest(*held.lower)), ToText(FormatShortest(*held.upper)));
+}
+
+std::vector<UnreadableBox> DesktopForm::UnreadableBoxes() const {
+  std::vector<UnreadableBox> boxes;
+  for (const ControlSpec& control : AllControls(spec())) {
+    const auto edit = edits_.constFind(control.number);
+    if (edit == edits_.constEnd() || IsAnswer(control)) {
+      continue;
+    }
+    const HeadlessForm::Control& held = *model_.Find(control.number);
+    const Reading reading = ReadingOf(model_, held);
+    if (reading == Reading::Number) {
+      continue;
+    }
+    const QString text = ToText(held.text);
+    QString words = tr(WordsOf(reading).sentence).arg(edit->name);
+    if (reading != Reading::Missing) {
+      words = words.arg(text);
+    }
+    boxes.push_back(
+        {control.number, words + QLatin1Char(' ') + RangeOf(held), WithPoint(control, text)});
+  }
+  return boxes;
+}
+
+bool DesktopForm::TakesValues(int button) const {
+  constexpr std::array<std::string_view, 4> kOthers = {"Cancel", "Options", "RestoreDefaults",
+                                                       "Open"};
+  const ControlSpec* control = FindControlSpec(spec(), button);
+  return control != nullptr && control->kind == ControlKind::Button &&
+         std::find(kOthers.begin(), kOthers.end(), control->name) == kOthers.end();
 }
 
 void DesktopForm::Mark(int control) {
@@ -561,6 +714,7 @@ void DesktopForm::ShowText(int control) {
   const QString text = ToText(model_.GetDlgItemText(control));
   QWidget* widget = WidgetOf(control);
   if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+    const QSignalBlocker quiet(line);
     line->setText(text);
     line->setCursorPosition(0);
     Mark(control);
@@ -570,6 +724,18 @@ void DesktopForm::ShowText(int control) {
   } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
     button->setText(text);
     button->setAccessibleName(SpokenName(text));
+  }
+}
+
+// Of radio buttons the checked one alone: its group unchecks the others.
+void DesktopForm::ShowChecked() {
+  for (const ControlSpec& control : AllControls(spec())) {
+    auto* button = qobject_cast<QAbstractButton*>(WidgetOf(control.number));
+    const bool checked = model_.IsDlgButtonChecked(control.number);
+    if (button != nullptr && (checked || control.kind == ControlKind::CheckBox)) {
+      const QSignalBlocker quiet(button);
+      button->setChecked(checked);
+    }
   }
 }
 
@@ -606,9 +772,7 @@ void DesktopForm::SetRETruncate(int control, int truncate) {
 
 void DesktopForm::CheckRadioButton(int first, int last, int checked) {
   model_.CheckRadioButton(first, last, checked);
-  if (auto* radio = qobject_cast<QRadioButton*>(WidgetOf(checked))) {
-    radio->setChecked(true);
-  }
+  ShowChecked();
   // Another box may have become that of the unknown.
   for (auto edit = edits_.constBegin(); edit != edits_.constEnd(); ++edit) {
     Mark(edit.key());
@@ -617,9 +781,7 @@ void DesktopForm::CheckRadioButton(int first, int last, int checked) {
 
 void DesktopForm::CheckDlgButton(int control, bool checked) {
   model_.CheckDlgButton(control, checked);
-  if (auto* button = qobject_cast<QAbstractButton*>(WidgetOf(control))) {
-    button->setChecked(checked);
-  }
+  ShowChecked();
 }
 
 bool DesktopForm::IsDlgButtonChecked(int control) const {

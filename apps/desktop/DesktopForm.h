@@ -21,6 +21,13 @@ class QTabWidget;
 
 namespace poweranalysis {
 
+// A box whose text does not read as a number of its kind. It counts as 0 in the calculations.
+struct UnreadableBox {
+  int control = 0;
+  QString words;     // what is wrong, by the name of the box, and what it takes
+  QString proposal;  // the number with a point, where a comma stands for it; else empty
+};
+
 // The visible side of one dialog, built from its description alone. What the controls hold is kept
 // by the same form that runs without a window; the widgets show it and pass on what the user does.
 // So a number reads the same whether it was typed here, given as an option or set by a script.
@@ -43,7 +50,13 @@ class DesktopForm : public QWidget, public Form {
   void Choose(int list, int row);
 
   void FocusFirst();
+  void FocusBox(int control);
   void PressDefault();
+
+  // The inputs that cannot be read, in the order of the dialog.
+  std::vector<UnreadableBox> UnreadableBoxes() const;
+  // Does a button compute with what stands in the boxes, or keep it?
+  bool TakesValues(int button) const;
 
   // --- Form.
   void AddDlgTabs(const DialogSpec& spec) override;
@@ -101,15 +114,20 @@ class DesktopForm : public QWidget, public Form {
   QString Caption(const ControlSpec& control) const { return captions_.value(control.number); }
   void SetTabOrder();
   void ShowText(int control);
+  void ShowChecked();
   void Edited(int control, const QString& text);
+  void Toggled(int control);
   void Mark(int control);
+  bool IsAnswer(const ControlSpec& box) const;
   QString Fault(int control) const;
+  QString RangeOf(const HeadlessForm::Control& held) const;
   void StyleHelpTexts();
 
   HeadlessForm model_;
   QHash<int, QWidget*> widgets_;
   QHash<int, Edit> edits_;
   QHash<QString, QButtonGroup*> radios_;
+  int toggled_ = 0;  // the toggle that the click under way has changed
   QTabWidget* tabs_ = nullptr;
   QLabel* label_ = nullptr;       // waits for the edit behind it
   QHash<int, QString> captions_;  // with their mnemonics

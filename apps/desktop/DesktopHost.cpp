@@ -109,6 +109,9 @@ long DesktopHost::Send(const DialogEvent& event) {
     Q_EMIT Refused();
     return 0;
   }
+  if (RefusesUnreadable(event)) {
+    return 0;
+  }
   busy_ = true;
   wasCancelled_ = false;
   sentOutput_ = false;
@@ -123,6 +126,20 @@ long DesktopHost::Send(const DialogEvent& event) {
   FollowExit();
   Finish();
   return result;
+}
+
+// A box that cannot be read counts as 0, which nobody typed. A script gets the same numbers here as
+// without a window.
+bool DesktopHost::RefusesUnreadable(const DialogEvent& event) {
+  const bool press = event.message == MessageCommand && event.notification == Notification::Command;
+  if (automation || !press || !form_->TakesValues(event.control)) {
+    return false;
+  }
+  const std::vector<UnreadableBox> boxes = form_->UnreadableBoxes();
+  if (!boxes.empty()) {
+    Q_EMIT BoxesUnreadable(event.control, boxes);
+  }
+  return !boxes.empty();
 }
 
 void DesktopHost::Finish() {

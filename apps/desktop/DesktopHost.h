@@ -80,6 +80,8 @@ class DesktopHost : public QObject, public Host {
   // The messages of a finished command, repeats joined.
   void MessagesReady(const std::vector<poweranalysis::Message>& messages);
   void OptionsWanted();
+  // The user pressed a button that takes values while boxes could not be read.
+  void BoxesUnreadable(int button, const std::vector<poweranalysis::UnreadableBox>& boxes);
   void CommandDone();
   // Before a dialog answers what the user did in it, for the recording of macros.
   void Doing(const poweranalysis::DialogEvent& event);
@@ -142,6 +144,7 @@ class DesktopHost : public QObject, public Host {
   };
   using FormPointer = std::unique_ptr<DesktopForm, LaterDeleter>;
 
+  bool RefusesUnreadable(const DialogEvent& event);
   void FollowExit();
   void OpenNext();
   void ReopenStartup();

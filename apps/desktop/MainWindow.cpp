@@ -168,6 +168,7 @@ void MainWindow::ConnectHost() {
   });
   connect(host_, &DesktopHost::ProgressChanged, this, &MainWindow::ShowProgress);
   connect(host_, &DesktopHost::MessagesReady, this, &MainWindow::QueueMessages);
+  connect(host_, &DesktopHost::BoxesUnreadable, this, &MainWindow::RefuseUnreadable);
   // Only once the command has returned: a dialog box inside it would run a loop of its own.
   connect(host_, &DesktopHost::OptionsWanted, this, &MainWindow::ShowOptions, Qt::QueuedConnection);
   connect(host_, &DesktopHost::Doing, this, &MainWindow::Record);
@@ -282,7 +283,38 @@ void MainWindow::ShowProgress(const ProgressState& progress) {
 }
 
 void MainWindow::QueueMessages(const std::vector<Message>& messages) {
-  waiting_.insert(waiting_.end(), messages.begin(), messages.end());
+  for (const Message& message : messages) {
+    waiting_.push_back({message, {}});
+  }
+  ShowNextMessage();
+}
+
+// The boxes that nobody can read, in words. Where each may have a comma for a point, one press
+// mends them and goes on.
+void MainWindow::RefuseUnreadable(int button, const std::vector<UnreadableBox>& boxes) {
+  constexpr int kNoTextNumber = 0;
+  QStringList lines;
+  bool proposed = true;
+  for (const UnreadableBox& box : boxes) {
+    lines += box.proposal.isEmpty()
+                 ? box.words
+                 : box.words + QLatin1Char(' ') + tr("Did you mean %1?").arg(box.proposal);
+    proposed = proposed && !box.proposal.isEmpty();
+  }
+  host_->form()->FocusBox(boxes.front().control);
+  Waiting waiting{{kNoTextNumber, FromText(lines.join(QStringLiteral("\n\n"))), 1}, {}};
+  if (proposed) {
+    waiting.yes = [this, button, boxes, dialog = host_->dialogNumber()] {
+      if (host_->dialogNumber() != dialog) {
+        return;
+      }
+      for (const UnreadableBox& box : boxes) {
+        host_->form()->Type(box.control, box.proposal);
+      }
+      host_->form()->Click(button);
+    };
+  }
+  waiting_.push_back(std::move(waiting));
   ShowNextMessage();
 }
 
@@ -290,12 +322,12 @@ void MainWindow::ShowNextMessage() {
   if (messageBox_ != nullptr || waiting_.empty()) {
     return;
   }
-  const Message message = waiting_.front();
+  const auto [message, yes] = waiting_.front();
   waiting_.pop_front();
   messageBox_ = new QMessageBox(this);
   messageBox_->setObjectName(QStringLiteral("message"));
   messageBox_->setWindowTitle(QStringLiteral("PowerAnalysis"));
-  messageBox_->setIcon(QMessageBox::Information);
+  messageBox_->setIcon(yes ? QMessageBox::Question : QMessageBox::Information);
   messageBox_->setTextFormat(Qt::PlainText);
   QString text = ToText(message.text);
   if (message.count > 1) {
@@ -304,11 +336,17 @@ void MainWindow::ShowNextMessage() {
   messageBox_->setText(text);
   messageBox_->setAccessibleName(tr("Message"));
   messageBox_->setAccessibleDescription(text);
-  messageBox_->setStandardButtons(QMessageBox::Ok);
-  messageBox_->button(QMessageBox::Ok)->setAccessibleName(tr("OK"));
+  messageBox_->setStandardButtons(yes ? QMessageBox::Yes | QMessageBox::No
+                                      : QMessageBox::StandardButtons(QMessageBox::Ok));
+  for (QAbstractButton* button : messageBox_->buttons()) {
+    button->setAccessibleName(SpokenName(button->text()));
+  }
   messageBox_->setAttribute(Qt::WA_DeleteOnClose);
-  connect(messageBox_, &QMessageBox::finished, this, [this] {
+  connect(messageBox_, &QMessageBox::finished, this, [this, yes = yes](int answer) {
     messageBox_ = nullptr;
+    if (answer == QMessageBox::Yes) {
+      yes();
+    }
     ShowNextMessage();
   });
   messageBox_->open();

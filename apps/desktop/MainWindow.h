@@ -4,6 +4,7 @@
 #include <QPalette>
 #include <QPointer>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -91,6 +92,7 @@ class MainWindow : public QMainWindow {
   void ShowProgress(const ProgressState& progress);
   void QueueMessages(const std::vector<Message>& messages);
   void ShowNextMessage();
+  void RefuseUnreadable(int button, const std::vector<UnreadableBox>& boxes);
   void CommandDone();
   void ShowOptions();
   std::optional<std::string> ChooseFile(const DesktopHost::FileQuestion& question);
@@ -157,7 +159,12 @@ class MainWindow : public QMainWindow {
   QTimer* autosaveTimer_ = nullptr;
   QMessageBox* messageBox_ = nullptr;
   QPointer<QWidget> focusBefore_;  // where the keyboard was before a search
-  std::deque<Message> waiting_;
+  // A message, or a question with what its Yes does.
+  struct Waiting {
+    Message message;
+    std::function<void()> yes;
+  };
+  std::deque<Waiting> waiting_;
   QString file_;
   QPalette systemPalette_;
   double basePoints_ = 9;

@@ -1,0 +1,261 @@
+#include <QAccessible>
+#include <QFile>
+#include <QTabWidget>
+#include <algorithm>
+
+#include "WindowTest.h"
+#include "frame/TaskCatalogue.h"
+
+using namespace poweranalysis;
+using poweranalysis::testing::TemporaryFolder;
+
+// What must not happen: a window that computes what nobody asked for, or loses work.
+class MishapsTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() { PrepareApplication(); }
+  void aBoxThatCannotBeReadIsNotCountedAsZero_data();
+  void aBoxThatCannotBeReadIsNotCountedAsZero();
+  void aLoneCommaIsAskedAboutAndMendedByYes();
+  void aLoneCommaStaysOnNo();
+  void aCommaInAWholeNumberIsNotTakenForAPoint();
+  void calculateAndChartsWaitForReadableRanges();
+  void settingsAreNotSavedOfABoxThatCannotBeRead();
+  void aCalculatorWaitsForItsInputsButNotForItsUnknown();
+  void aBoxThatCannotBeReadLetsOneLeaveAndRestore();
+  void textSetByAssistiveTechnologyIsTaken();
+  void togglesOfAssistiveTechnologyAreTaken();
+  void aRowSelectedByAssistiveTechnologyIsTaken();
+  void aClickOnAToggleIsOneCommand();
+};
+
+namespace {
+
+constexpr int kSave = 9015;
+
+// The box that asks or tells something; its text, and the button pressed.
+QString Answer(WindowDriver& driver, QMessageBox::StandardButton button) {
+  WindowDriver::Settle();
+  QMessageBox* box = driver.window().openMessage();
+  if (box == nullptr || box->button(button) == nullptr) {
+    return {};
+  }
+  const QString text = box->text();
+  QTest::mouseClick(box->button(button), Qt::LeftButton);
+  WindowDriver::Settle();
+  return text;
+}
+
+QAccessibleInterface& Spoken(QWidget* widget) {
+  return *QAccessible::queryAccessibleInterface(widget);
+}
+
+}  // namespace
+
+// --- Boxes that cannot be read.
+
+void MishapsTest::aBoxThatCannotBeReadIsNotCountedAsZero_data() {
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<QString>("words");
+  QTest::newRow("letters") << "abc" << QStringLiteral("\u201cabc\u201d is not a number.");
+  QTest::newRow("nothing") << ""
+                           << "is empty.";
+  QTest::newRow("blanks") << "  "
+                          << "is empty.";
+  QTest::newRow("two commas") << "1,234,5"
+                              << QStringLiteral("\u201c1,234,5\u201d is not a number.");
+  QTest::newRow("nan") << "nan" << QStringLiteral("\u201cnan\u201d is not a number.");
+}
+
+void MishapsTest::aBoxThatCannotBeReadIsNotCountedAsZero() {
+  QFETCH(QString, text);
+  QFETCH(QString, words);
+  WindowDriver driver;
+  driver.ChooseTask(ModeSampleSize, 1);
+  driver.Type(control::Mu1, QStringLiteral("x"));
+  driver.Find<QLineEdit>(control::Mu1)->clear();
+  driver.Type(control::Mu1, text);
+  driver.Click(control::Accept);
+  QCOMPARE(driver.resource(), ComputeDialog(ModeSampleSize, 1)->resource);
+  const QString message = driver.TakeMessage();
+  QVERIFY2(message.startsWith(driver.Find<QLineEdit>(control::Mu1)->accessibleName()),
+           qPrintable(message));
+  QVERIFY2(message.contains(words), qPrintable(message));
+  const HeadlessForm::Control& box = *driver.form().Find(control::Mu1);
+  const QString range = QStringLiteral(" from %1 to %2.").arg(*box.lower).arg(*box.upper);
+  QVERIFY2(message.endsWith(range), qPrintable(message + range));
+  QCOMPARE(driver.Text(control::Mu1), text);
+  QCOMPARE(driver.window().focusWidget(), driver.form().WidgetOf(control::Mu1));
+}
+
+void MishapsTest::aLoneCommaIsAskedAboutAndMendedByYes() {
+  WindowDriver driver;
+  driver.ChooseTask(ModeSampleSize, 1);
+  driver.Type(control::Mu1, QStringLiteral("12,5"));
+  driver.Click(control::Accept);
+  const QString question = Answer(driver, QMessageBox::Yes);
+  QVERIFY2(question.contains(QStringLiteral("\u201c12,5\u201d is not a number")),
+           qPrintable(question));
+  QVERIFY2(question.endsWith(QStringLiteral("Did you mean 12.5?")), qPrintable(question));
+  QCOMPARE(Block()->T2.Committed.Mu1, 12.5);
+  QCOMPARE(driver.resource(), ResultDialog(ModeSampleSize, 1)->resource);
+}
+
+void MishapsTest::aLoneCommaStaysOnNo() {
+  WindowDriver driver;
+  driver.ChooseTask(ModeSampleSize, 1);
+  driver.Type(control::Mu1, QStringLiteral("1,234"));
+  driver.Click(control::Accept);
+  QVERIFY(!Answer(driver, QMessageBox::No).isEmpty());
+  QCOMPARE(driver.Text(control::Mu1), QStringLiteral("1,234"));
+  QCOMPARE(driver.resource(), ComputeDialog(ModeSampleSize, 1)->resource);
+}
+
+void MishapsTest::aCommaInAWholeNumberIsNotTakenForAPoint() {
+  for (const char* text : {"1,234", "12.5"}) {
+    WindowDriver driver;
+    driver.ChooseTask(ModePower, 0);
+    driver.Type(control::SampleSize, QLatin1String(text));
+    driver.Click(control::Accept);
+    QCOMPARE(driver.resource(), ComputeDialog(ModePower, 0)->resource);
+    const QString message = driver.TakeMessage();
+    QVERIFY2(message.contains(QStringLiteral("\u201c%1\u201d is not a").arg(QLatin1String(text))),
+             qPrintable(message));
+    QVERIFY2(!message.contains(QStringLiteral("Did you mean")), qPrintable(message));
+  }
+}
+
+void MishapsTest::calculateAndChartsWaitForReadableRanges() {
+  for (const int button : {control::Accept, control::PowerVsN, control::ChangeParams}) {
+    WindowDriver driver;
+    driver.ChooseTask(ModePower, 0);
+    driver.Click(control::Accept);
+    driver.Type(control::NStart, QStringLiteral("x"));
+    driver.Click(button);
+    QVERIFY(driver.studies().empty());
+    QCOMPARE(driver.resource(), ResultDialog(ModePower, 0)->resource);
+    QVERIFY(driver.TakeMessage().contains(QStringLiteral("\u201cx\u201d is not a number.")));
+    driver.Type(control::NStart, QStringLiteral("5"));
+    driver.Click(button);
+    QVERIFY(driver.TakeMessage().isEmpty());
+  }
+}
+
+void MishapsTest::settingsAreNotSavedOfABoxThatCannotBeRead() {
+  TemporaryFolder folder;
+  WindowDriver driver(folder.File("config"));
+  const std::string file = folder.File("study.ini");
+  driver.window().host().chooseFile = [&file](const DesktopHost::FileQuestion&) {
+    return std::optional<std::string>(file);
+  };
+  driver.ChooseTask(ModePower, 0);
+  driver.Type(control::Mu, QStringLiteral("x"));
+  for (const int button : {kSave, 116, 13402}) {
+    driver.form().Click(button);
+    QVERIFY(driver.TakeMessage().contains(QStringLiteral("\u201cx\u201d is not a number.")));
+  }
+  QVERIFY(!QFile::exists(QString::fromStdString(file)));
+}
+
+void MishapsTest::aCalculatorWaitsForItsInputsButNotForItsUnknown() {
+  WindowDriver driver;
+  driver.ChooseTask(ModeDistribution, 0);
+  std::vector<int> boxes;
+  for (const ControlSpec& control : driver.form().spec().pages.front().controls) {
+    if (control.kind == ControlKind::IntEdit || control.kind == ControlKind::RealEdit) {
+      boxes.push_back(control.number);
+    }
+  }
+  int refused = 0;
+  int computed = 0;
+  for (const int box : boxes) {
+    if (!driver.form().WidgetOf(box)->isVisible()) {
+      continue;
+    }
+    const QString before = driver.Text(box);
+    driver.Type(box, QStringLiteral("x"));
+    driver.Click(control::Accept);
+    driver.TakeMessage().contains(QStringLiteral("is not a")) ? ++refused : ++computed;
+    driver.Type(box, before);
+  }
+  QCOMPARE(computed, 1);
+  QVERIFY(refused >= 2);
+}
+
+void MishapsTest::aBoxThatCannotBeReadLetsOneLeaveAndRestore() {
+  WindowDriver driver;
+  driver.ChooseTask(ModePower, 0);
+  driver.Type(control::Mu, QStringLiteral("x"));
+  driver.Click(control::RestoreDefaults);
+  QVERIFY(driver.TakeMessage().isEmpty());
+  QVERIFY(driver.Text(control::Mu) != QStringLiteral("x"));
+  driver.Type(control::Mu, QStringLiteral("x"));
+  driver.Click(control::Back);
+  QVERIFY(driver.TakeMessage().isEmpty());
+  QCOMPARE(driver.resource(), 6100);
+}
+
+// --- Assistive technology.
+
+void MishapsTest::textSetByAssistiveTechnologyIsTaken() {
+  WindowDriver driver;
+  driver.ChooseTask(ModePower, 0);
+  QWidget* mu = driver.form().WidgetOf(control::Mu);
+  Spoken(mu).setText(QAccessible::Value, QStringLiteral("0.375"));
+  QCOMPARE(Block()->T1.Working.Mu, 0.375);
+  QAccessibleEditableTextInterface* text = Spoken(mu).editableTextInterface();
+  text->replaceText(0, 5, QStringLiteral("0.625"));
+  QCOMPARE(Block()->T1.Working.Mu, 0.625);
+  driver.Click(control::Accept);
+  QCOMPARE(Block()->T1.Committed.Mu, 0.625);
+}
+
+void MishapsTest::togglesOfAssistiveTechnologyAreTaken() {
+  WindowDriver driver;
+  driver.ChooseTask(ModePower, 0);
+  QCOMPARE(Block()->T1.Working.H0Type, 0);
+  QWidget* upper = driver.form().WidgetOf(control::UpperTail);
+  QAccessibleActionInterface* action = Spoken(upper).actionInterface();
+  QVERIFY(action != nullptr);
+  action->doAction(QAccessibleActionInterface::toggleAction());
+  QCOMPARE(Block()->T1.Working.H0Type, 1);
+  QVERIFY(driver.form().IsDlgButtonChecked(control::UpperTail));
+
+  driver.window().NewAnalysis();
+  driver.ChooseTask(ModeDistribution, 5);
+  constexpr int kOneMinusP = 22070;
+  const bool before = driver.form().IsDlgButtonChecked(kOneMinusP);
+  Spoken(driver.form().WidgetOf(kOneMinusP))
+      .actionInterface()
+      ->doAction(QAccessibleActionInterface::toggleAction());
+  QCOMPARE(driver.form().IsDlgButtonChecked(kOneMinusP), !before);
+  QCOMPARE(driver.Find<QAbstractButton>(kOneMinusP)->isChecked(), !before);
+}
+
+void MishapsTest::aRowSelectedByAssistiveTechnologyIsTaken() {
+  WindowDriver driver;
+  QAccessibleInterface* row = Spoken(driver.form().WidgetOf(control::Modes)).child(2);
+  QVERIFY(row != nullptr && row->actionInterface() != nullptr);
+  row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  QCOMPARE(driver.form().SelectedListRow(control::Modes), 2);
+  QCOMPARE(driver.Find<QListWidget>(control::Tasks)->count(), 10);
+}
+
+void MishapsTest::aClickOnAToggleIsOneCommand() {
+  WindowDriver driver;
+  driver.ChooseTask(ModePower, 0);
+  int commands = 0;
+  connect(&driver.window().host(), &DesktopHost::Doing, [&commands] { ++commands; });
+  driver.Click(control::UpperTail);
+  QCOMPARE(commands, 1);
+  driver.Click(control::UpperTail);  // is checked already
+  QCOMPARE(commands, 2);
+  driver.Click(control::UpperTail - 1);
+  QCOMPARE(commands, 3);
+  driver.Type(control::Mu, QStringLiteral("7"));
+  QCOMPARE(commands, 4);
+}
+
+QTEST_MAIN(MishapsTest)
+#include "Mishaps_test.moc"
