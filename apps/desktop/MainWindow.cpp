@@ -59,6 +59,7 @@ std::unique_ptr<CAnalysisSupport> NewAnalysisObject() {
 
 MainWindow::MainWindow(const QString& configFolder)
     : folder_(configFolder),
+      kept_(configFolder.isEmpty() ? QString() : configFolder + QStringLiteral("/autosave")),
       host_(new DesktopHost(book_, NewAnalysisObject, this)),
       pages_(new ResultPages),
       systemPalette_(QApplication::palette()) {

@@ -10,6 +10,7 @@
 
 #include "automation/MacroRecorder.h"
 #include "desktop/DesktopHost.h"
+#include "desktop/KeptWork.h"
 #include "desktop/StudyBook.h"
 
 class QActionGroup;
@@ -51,8 +52,8 @@ class MainWindow : public QMainWindow {
 
   // Opens the startup chooser.
   void NewAnalysis();
-  // Offers what a crash left behind.
-  void OfferRecovery();
+  // Offers what a crash left behind; false when there is nothing.
+  bool OfferRecovery();
   bool OpenFile(const QString& path);
   bool SaveTo(const QString& path);
   void SetTheme(Theme theme);
@@ -66,7 +67,7 @@ class MainWindow : public QMainWindow {
   // What was recorded so far, as a script.
   std::string recordedScript() const { return recorder_.Script(); }
   QString file() const { return file_; }
-  QString autosaveFile() const;
+  const QString& autosaveFile() const { return kept_.path(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -113,8 +114,9 @@ class MainWindow : public QMainWindow {
   void SetFile(const QString& path);
   void Remember(const QString& path);
   void FillRecentMenu();
-  void Autosave();
+  bool Autosave();
   void RemoveAutosave();
+  bool OpenLeftWork(const LeftWork& work);
   void ExportStudy();
   void ExportChart();
   void Print();
@@ -144,6 +146,7 @@ class MainWindow : public QMainWindow {
   QString folder_;
   std::unique_ptr<QSettings> settings_;
   StudyBook book_;
+  KeptWork kept_;
   DesktopHost* host_;
   MacroHost* macros_ = nullptr;
   ResultPages* pages_;

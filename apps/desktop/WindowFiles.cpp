@@ -2,7 +2,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -12,6 +11,7 @@
 #include <QTimer>
 
 #include "desktop/MainWindow.h"
+#include "desktop/RecoveryDialog.h"
 #include "desktop/ResultPages.h"
 #include "desktop/StudyExport.h"
 #include "desktop/WorkbookIo.h"
@@ -175,57 +175,56 @@ void MainWindow::FillRecentMenu() {
 
 // --- Autosave: a file for each running window, left behind only by a crash.
 
-QString MainWindow::autosaveFile() const {
-  return folder_.isEmpty() ? QString()
-                           : QStringLiteral("%1/autosave/%2.pawb")
-                                 .arg(folder_)
-                                 .arg(QApplication::applicationPid());
-}
-
-void MainWindow::Autosave() {
-  if (folder_.isEmpty() || !book_.changed()) {
-    return;
+bool MainWindow::Autosave() {
+  if (!book_.changed()) {
+    return true;
   }
-  QDir().mkpath(folder_ + QStringLiteral("/autosave"));
-  const QString fault = SaveStudies(autosaveFile(), book_.studies());
+  const QString fault = kept_.Keep(book_.studies(), file_);
   if (!fault.isEmpty()) {
     statusBar()->showMessage(fault);
   }
+  return fault.isEmpty();
 }
 
 void MainWindow::RemoveAutosave() {
   autosaveTimer_->stop();
-  if (!folder_.isEmpty()) {
-    QFile::remove(autosaveFile());
-  }
+  kept_.Remove();
 }
 
-void MainWindow::OfferRecovery() {
-  const QDir folder(folder_ + QStringLiteral("/autosave"));
-  for (const QFileInfo& left : folder.entryInfoList({QStringLiteral("*.pawb")}, QDir::Files)) {
-    const bool running = QFileInfo::exists(QStringLiteral("/proc/") + left.completeBaseName());
-    if (folder_.isEmpty() || running) {
-      continue;
-    }
-    QMessageBox box(
-        QMessageBox::Question, QStringLiteral("PowerAnalysis"),
-        tr("The program ended without saving a workbook (%1). Open what was kept of it?")
-            .arg(left.lastModified().toString(Qt::ISODate)),
-        QMessageBox::Yes | QMessageBox::No, this);
-    box.setObjectName(QStringLiteral("recovery"));
-    if (box.exec() == QMessageBox::Yes) {
-      LoadedStudies loaded = LoadStudies(left.filePath());
-      if (!loaded.fault.isEmpty()) {
-        Complain(loaded.fault);
-        continue;  // the file stays, for whoever can mend it
-      }
-      book_.Replace(std::move(loaded.studies));
-      book_.SetChanged();
-      Autosave();
-    }
-    QFile::remove(left.filePath());
-    return;
+bool MainWindow::OfferRecovery() {
+  std::vector<LeftWork> works = FindLeftWork(kept_.folder());
+  if (works.empty()) {
+    return false;
   }
+  RecoveryDialog dialog(works, this);
+  dialog.exec();
+  for (std::size_t i = 0; i < works.size(); ++i) {
+    const RecoveryDialog::Choice choice = dialog.ChoiceOf(i);
+    if (choice == RecoveryDialog::Delete ||
+        (choice == RecoveryDialog::Open && OpenLeftWork(works[i]))) {
+      works[i].Delete();
+    }
+  }
+  return true;
+}
+
+// What was left may go only once it is kept again.
+bool MainWindow::OpenLeftWork(const LeftWork& work) {
+  if (RefuseWhileBusy() || !MayDiscard()) {
+    return false;
+  }
+  LoadedStudies loaded = LoadStudies(work.path);
+  if (!loaded.fault.isEmpty()) {
+    Complain(loaded.fault);
+    return false;
+  }
+  book_.Replace(std::move(loaded.studies));
+  SetFile(loaded.newer || work.IsOvertaken() ? QString() : work.file);
+  book_.SetChanged();
+  if (!loaded.notes.isEmpty()) {
+    Complain(loaded.notes);
+  }
+  return Autosave();
 }
 
 // --- Exports and paper.

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -80,6 +81,12 @@ void MainWindow::BuildFileMenu() {
             [this] { OpenByChooser(); });
   recentMenu_ = menu.addMenu(tr("Open &Recent"));
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::FillRecentMenu);
+  AddAction(menu, tr("Reco&ver Work..."), {},
+            tr("Open or delete what was kept of workbooks that were not saved"), this, [this] {
+              if (!OfferRecovery()) {
+                statusBar()->showMessage(tr("No unsaved work is kept."), 5000);
+              }
+            });
   menu.addSeparator();
   AddAction(menu, tr("&Save"), QKeySequence::Save, tr("Save the workbook"), this,
             [this] { Save(); });

@@ -1,9 +1,14 @@
 #include <QAccessible>
+#include <QDialog>
+#include <QDir>
 #include <QFile>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <algorithm>
+#include <functional>
 
 #include "WindowTest.h"
+#include "desktop/WorkbookIo.h"
 #include "frame/TaskCatalogue.h"
 
 using namespace poweranalysis;
@@ -28,6 +33,12 @@ class MishapsTest : public QObject {
   void togglesOfAssistiveTechnologyAreTaken();
   void aRowSelectedByAssistiveTechnologyIsTaken();
   void aClickOnAToggleIsOneCommand();
+  void workThatWasLeftStaysOnEscape();
+  void workThatWasLeftIsOfferedWhoeverHasTheNumberOfItsProcess();
+  void workOfARunningWindowIsNotOffered();
+  void workThatWasLeftOpensUnderItsName();
+  void workThatWasLeftGetsNoNameWhenItsFileIsNewer();
+  void eachOfSeveralIsOpenedKeptOrDeleted();
 };
 
 namespace {
@@ -45,6 +56,38 @@ QString Answer(WindowDriver& driver, QMessageBox::StandardButton button) {
   QTest::mouseClick(box->button(button), Qt::LeftButton);
   WindowDriver::Settle();
   return text;
+}
+
+// Acts on the modal dialog that opens next.
+template <class Dialog>
+void Meanwhile(const std::function<void(Dialog&)>& act) {
+  QTimer::singleShot(0, [act] {
+    auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    QVERIFY(dialog != nullptr);
+    act(*dialog);
+  });
+}
+
+// A window with a study of a table, a report and a chart.
+void ComputeOneMean(WindowDriver& driver) {
+  driver.ChooseTask(ModePower, 0);
+  driver.Do({{control::Accept, {}}, {control::Accept, {}}, {control::PowerVsN, {}}});
+}
+
+// The file of a window that ended without closing, with the study of a table and a report.
+QString LeaveWork(const TemporaryFolder& folder, const std::string& name) {
+  WindowDriver driver;
+  driver.ChooseTask(ModePower, 0);
+  driver.Do({{control::Accept, {}}, {control::Accept, {}}});
+  driver.window().book().Rename(0, QString::fromStdString(name));
+  const QString place = QString::fromStdString(folder.File("autosave"));
+  QDir().mkpath(place);
+  const QString path = place + QLatin1Char('/') + QString::fromStdString(name) + ".pawb";
+  if (!SaveStudies(path, driver.studies()).isEmpty()) {
+    qFatal("no work was left");
+  }
+  driver.window().book().SetSaved();
+  return path;
 }
 
 QAccessibleInterface& Spoken(QWidget* widget) {
@@ -255,6 +298,130 @@ void MishapsTest::aClickOnAToggleIsOneCommand() {
   QCOMPARE(commands, 3);
   driver.Type(control::Mu, QStringLiteral("7"));
   QCOMPARE(commands, 4);
+}
+
+// --- Work that a crash left.
+
+void MishapsTest::workThatWasLeftStaysOnEscape() {
+  TemporaryFolder folder;
+  const QString path = LeaveWork(folder, "1");
+  WindowDriver driver(folder.File(""));
+  bool asked = false;
+  Meanwhile<QDialog>([&asked](QDialog& dialog) {
+    asked = true;
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  driver.window().OfferRecovery();
+  QVERIFY(asked);
+  QVERIFY(QFile::exists(path));
+  QVERIFY(driver.studies().empty());
+}
+
+void MishapsTest::workThatWasLeftIsOfferedWhoeverHasTheNumberOfItsProcess() {
+  TemporaryFolder folder;
+  LeaveWork(folder, std::to_string(QApplication::applicationPid()));
+  WindowDriver driver(folder.File(""));
+  bool asked = false;
+  QTimer::singleShot(0, [&asked] {
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+      asked = true;
+      dialog->reject();
+    }
+  });
+  driver.window().OfferRecovery();
+  QVERIFY(asked);
+}
+
+void MishapsTest::workOfARunningWindowIsNotOffered() {
+  TemporaryFolder folder;
+  WindowDriver running(folder.File(""));
+  ComputeOneMean(running);
+  const QString kept = running.window().autosaveFile();
+  QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(kept), 5000);
+  WindowDriver other(folder.File(""));
+  QTimer::singleShot(0, [] {
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+      dialog->close();
+    }
+  });
+  QVERIFY(!other.window().OfferRecovery());
+  QVERIFY(QFile::exists(kept));
+  QVERIFY(other.window().autosaveFile() != kept);
+  running.window().book().SetSaved();
+  QVERIFY(running.window().close());
+  QVERIFY(!QFile::exists(kept));
+}
+
+void MishapsTest::workThatWasLeftOpensUnderItsName() {
+  TemporaryFolder folder;
+  const QString file = QString::fromStdString(folder.File("study.pawb"));
+  QString kept;
+  {
+    WindowDriver crashed(folder.File(""));
+    ComputeOneMean(crashed);
+    QVERIFY(crashed.window().SaveTo(file));
+    crashed.Click(control::Accept);
+    kept = crashed.window().autosaveFile();
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(kept), 5000);
+  }
+  QVERIFY(QFile::exists(kept));
+  WindowDriver driver(folder.File(""));
+  Meanwhile<QDialog>([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+  driver.window().OfferRecovery();
+  QCOMPARE(driver.window().file(), file);
+  QCOMPARE(driver.studies().size(), std::size_t{2});
+  QVERIFY(driver.window().book().changed());
+  QVERIFY(!QFile::exists(kept));
+  QVERIFY(QFile::exists(driver.window().autosaveFile()));
+  QCOMPARE(LoadStudies(driver.window().autosaveFile()).studies.size(), std::size_t{2});
+  driver.window().book().SetSaved();
+}
+
+void MishapsTest::workThatWasLeftGetsNoNameWhenItsFileIsNewer() {
+  TemporaryFolder folder;
+  const QString file = QString::fromStdString(folder.File("study.pawb"));
+  {
+    WindowDriver crashed(folder.File(""));
+    ComputeOneMean(crashed);
+    QVERIFY(crashed.window().SaveTo(file));
+    crashed.Click(control::Accept);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(crashed.window().autosaveFile()), 5000);
+  }
+  QFile newer(file);
+  QVERIFY(newer.open(QIODevice::ReadWrite));
+  QVERIFY(newer.setFileTime(QDateTime::currentDateTime().addSecs(60),
+                            QFileDevice::FileModificationTime));
+  newer.close();
+  WindowDriver driver(folder.File(""));
+  Meanwhile<QDialog>([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+  driver.window().OfferRecovery();
+  QCOMPARE(driver.studies().size(), std::size_t{2});
+  QVERIFY(driver.window().file().isEmpty());
+  driver.window().book().SetSaved();
+}
+
+void MishapsTest::eachOfSeveralIsOpenedKeptOrDeleted() {
+  TemporaryFolder folder;
+  const QString works[] = {LeaveWork(folder, "opened"), LeaveWork(folder, "kept"),
+                           LeaveWork(folder, "deleted")};
+  WindowDriver driver(folder.File(""));
+  Meanwhile<QDialog>([](QDialog& dialog) {
+    // Three rows, each of three choices; the works come the newest first.
+    const QList<QRadioButton*> choices = dialog.findChildren<QRadioButton*>();
+    QCOMPARE(choices.size(), 9);
+    QVERIFY(!choices[0]->accessibleName().isEmpty());
+    choices[2]->click();
+    choices[6]->click();
+    QVERIFY(choices[4]->isChecked());
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  driver.window().OfferRecovery();
+  QCOMPARE(driver.studies().size(), std::size_t{1});
+  QCOMPARE(driver.studies()[0].name, QStringLiteral("opened"));
+  QVERIFY(!QFile::exists(works[0]));
+  QVERIFY(QFile::exists(works[1]));
+  QVERIFY(!QFile::exists(works[2]));
+  driver.window().book().SetSaved();
 }
 
 QTEST_MAIN(MishapsTest)
