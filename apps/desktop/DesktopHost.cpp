@@ -310,7 +310,7 @@ std::optional<std::string> DesktopHost::DoFileOpenDlg(const std::string& title,
 void DesktopHost::PrepareStudy(bool forTable) {
   sentOutput_ = true;
   const bool hasTable = !book_.empty() && SummaryOf(book_.studies().back().study) != nullptr;
-  if (!freshStudy_ && !book_.empty() && !(forTable && hasTable)) {
+  if (!freshStudy_ && book_.growing() && !(forTable && hasTable)) {
     return;
   }
   freshStudy_ = false;

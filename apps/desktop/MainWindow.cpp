@@ -21,6 +21,7 @@
 #include <QTextBrowser>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QUndoStack>
 #include <algorithm>
 
 #include "desktop/ChartView.h"
@@ -60,6 +61,7 @@ std::unique_ptr<CAnalysisSupport> NewAnalysisObject() {
 MainWindow::MainWindow(const QString& configFolder)
     : folder_(configFolder),
       kept_(configFolder.isEmpty() ? QString() : configFolder + QStringLiteral("/autosave")),
+      removals_(new QUndoStack(this)),
       host_(new DesktopHost(book_, NewAnalysisObject, this)),
       pages_(new ResultPages),
       systemPalette_(QApplication::palette()) {
@@ -199,6 +201,8 @@ void MainWindow::ConnectBook() {
   const auto saveSoon = [this] { autosaveTimer_->start(kAutosaveMilliseconds); };
   connect(&book_, &StudyBook::ItemAdded, this, saveSoon);
   connect(&book_, &StudyBook::StudyChanged, this, saveSoon);
+  connect(&book_, &StudyBook::Reset, this, saveSoon);
+  connect(&book_, &StudyBook::Replaced, removals_, &QUndoStack::clear);
   connect(tree_, &QTreeWidget::currentItemChanged, this, &MainWindow::ShowChosen);
   connect(tree_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int column) {
     if (column == 0 && item->data(0, kItemRole).toInt() == kWholeStudy) {
@@ -557,9 +561,58 @@ void MainWindow::Copy() {
   }
 }
 
+namespace {
+
+// The field whose typing an undo or redo would concern; null for none.
+QLineEdit* LineWithPast(bool undo) {
+  auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  return line != nullptr && (undo ? line->isUndoAvailable() : line->isRedoAvailable()) ? line
+                                                                                       : nullptr;
+}
+
+// Takes a study out of the book, and brings it back as it was.
+class StudyRemoval : public QUndoCommand {
+ public:
+  StudyRemoval(MainWindow& window, std::size_t study) : window_(window), study_(study) {}
+
+  void redo() override { removed_ = window_.book().Take(study_); }
+  void undo() override {
+    window_.book().Insert(study_, std::move(removed_));
+    window_.SelectStudy(static_cast<int>(study_));
+  }
+
+ private:
+  MainWindow& window_;
+  std::size_t study_;
+  StudyRecord removed_;
+};
+
+}  // namespace
+
+// The keyboard goes to the tree: there, Undo means the study and no typing.
+void MainWindow::DeleteStudy() {
+  if (ChosenStudy() < 0 || RefuseWhileBusy()) {
+    return;
+  }
+  const auto study = static_cast<std::size_t>(ChosenStudy());
+  const QString name = book_.studies()[study].name;
+  tree_->setFocus();
+  removals_->push(new StudyRemoval(*this, study));
+  statusBar()->showMessage(tr("Deleted \u201c%1\u201d. Edit > Undo brings it back.").arg(name));
+}
+
+void MainWindow::NameUndo(QAction& undo, QAction& redo) const {
+  const bool undoesStudy = LineWithPast(true) == nullptr && removals_->canUndo();
+  const bool redoesStudy = LineWithPast(false) == nullptr && removals_->canRedo();
+  undo.setText(undoesStudy ? tr("&Undo Delete Study") : tr("&Undo"));
+  redo.setText(redoesStudy ? tr("&Redo Delete Study") : tr("&Redo"));
+}
+
 void MainWindow::UndoRedo(bool undo) {
-  if (auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget())) {
+  if (QLineEdit* line = LineWithPast(undo)) {
     undo ? line->undo() : line->redo();
+  } else if (!RefuseWhileBusy()) {
+    undo ? removals_->undo() : removals_->redo();
   }
 }
 

@@ -25,6 +25,7 @@ class QSettings;
 class QTimer;
 class QTreeWidget;
 class QTreeWidgetItem;
+class QUndoStack;
 
 namespace poweranalysis {
 
@@ -125,6 +126,8 @@ class MainWindow : public QMainWindow {
 
   // --- Others.
   void Copy();
+  void DeleteStudy();
+  void NameUndo(QAction& undo, QAction& redo) const;
   void UndoRedo(bool undo);
   void ShowHelp();
   void ShowAbout();
@@ -147,6 +150,7 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<QSettings> settings_;
   StudyBook book_;
   KeptWork kept_;
+  QUndoStack* removals_;  // of studies
   DesktopHost* host_;
   MacroHost* macros_ = nullptr;
   ResultPages* pages_;

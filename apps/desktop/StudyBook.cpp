@@ -71,6 +71,7 @@ void StudyBook::StartStudy(const QString& name,
   record.study.mode = mode;
   record.inputs = std::move(inputs);
   studies_.push_back(std::move(record));
+  growing_ = true;
   SetChanged();
   Q_EMIT StudyAdded(LastStudy());
 }
@@ -133,17 +134,27 @@ void StudyBook::Rename(std::size_t study, const QString& name) {
   }
 }
 
-void StudyBook::Remove(std::size_t study) {
-  if (study < studies_.size()) {
-    studies_.erase(studies_.begin() + static_cast<std::ptrdiff_t>(study));
-    SetChanged();
-    Q_EMIT Reset();
-  }
+StudyRecord StudyBook::Take(std::size_t study) {
+  StudyRecord record = std::move(studies_.at(study));
+  studies_.erase(studies_.begin() + static_cast<std::ptrdiff_t>(study));
+  growing_ = growing_ && study < studies_.size();
+  SetChanged();
+  Q_EMIT Reset();
+  return record;
+}
+
+void StudyBook::Insert(std::size_t place, StudyRecord record) {
+  growing_ = growing_ && place < studies_.size();
+  studies_.insert(studies_.begin() + static_cast<std::ptrdiff_t>(place), std::move(record));
+  SetChanged();
+  Q_EMIT Reset();
 }
 
 void StudyBook::Replace(std::vector<StudyRecord> studies) {
   studies_ = std::move(studies);
+  growing_ = false;
   SetSaved();
+  Q_EMIT Replaced();
   Q_EMIT Reset();
 }
 

@@ -31,6 +31,8 @@ class StudyBook : public QObject {
   const std::vector<StudyRecord>& studies() const { return studies_; }
   bool changed() const { return changed_; }
   bool empty() const { return studies_.empty(); }
+  // Is the last study the one that was started last? Only then do results belong into it.
+  bool growing() const { return growing_; }
 
   // Puts an item into the last study, or into a new one.
   void StartStudy(const QString& name,
@@ -46,13 +48,17 @@ class StudyBook : public QObject {
   void SetNote(std::vector<QString> note);
 
   void Rename(std::size_t study, const QString& name);
-  void Remove(std::size_t study);
+  // Takes a study out; Insert brings it back.
+  StudyRecord Take(std::size_t study);
+  void Insert(std::size_t place, StudyRecord record);
   void Replace(std::vector<StudyRecord> studies);
   void SetSaved();
   void SetChanged();
 
  Q_SIGNALS:
-  // The book was replaced, or a study went.
+  // The book was replaced by another.
+  void Replaced();
+  // So it was, or a study went or came back.
   void Reset();
   void StudyAdded(int study);
   void ItemAdded(int study, int item);
@@ -65,6 +71,7 @@ class StudyBook : public QObject {
 
   std::vector<StudyRecord> studies_;
   bool changed_ = false;
+  bool growing_ = false;
 };
 
 }  // namespace poweranalysis

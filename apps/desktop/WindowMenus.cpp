@@ -107,10 +107,14 @@ void MainWindow::BuildFileMenu() {
 
 void MainWindow::BuildEditMenu() {
   QMenu& menu = *menuBar()->addMenu(tr("&Edit"));
-  AddAction(menu, tr("&Undo"), QKeySequence::Undo, tr("Undo typing in the field"), this,
-            [this] { UndoRedo(true); });
-  AddAction(menu, tr("&Redo"), QKeySequence::Redo, tr("Redo typing in the field"), this,
-            [this] { UndoRedo(false); });
+  QAction* undo =
+      AddAction(menu, tr("&Undo"), QKeySequence::Undo,
+                tr("Undo typing in the field, or bring back the study that was deleted last"), this,
+                [this] { UndoRedo(true); });
+  QAction* redo = AddAction(menu, tr("&Redo"), QKeySequence::Redo,
+                            tr("Redo typing in the field, or delete the study again"), this,
+                            [this] { UndoRedo(false); });
+  connect(&menu, &QMenu::aboutToShow, this, [this, undo, redo] { NameUndo(*undo, *redo); });
   menu.addSeparator();
   AddAction(menu, tr("&Copy"), QKeySequence::Copy,
             tr("Copy the chosen cells, text or chart; a table as text and as HTML"), this,
@@ -121,12 +125,9 @@ void MainWindow::BuildEditMenu() {
       tree_->editItem(item->parent() == nullptr ? item : item->parent(), 0);
     }
   });
-  AddAction(menu, tr("&Delete Study"), {}, tr("Take the chosen study out of the workbook"), this,
-            [this] {
-              if (!RefuseWhileBusy() && ChosenStudy() >= 0) {
-                book_.Remove(static_cast<std::size_t>(ChosenStudy()));
-              }
-            });
+  AddAction(menu, tr("&Delete Study"), {},
+            tr("Take the chosen study and its charts out of the workbook; Undo brings them back"),
+            this, [this] { DeleteStudy(); });
 }
 
 void MainWindow::BuildAnalysisMenu() {

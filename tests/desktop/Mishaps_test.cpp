@@ -2,8 +2,11 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QMenu>
+#include <QMenuBar>
 #include <QRadioButton>
 #include <QTabWidget>
+#include <QTreeWidget>
 #include <algorithm>
 #include <functional>
 
@@ -33,6 +36,9 @@ class MishapsTest : public QObject {
   void togglesOfAssistiveTechnologyAreTaken();
   void aRowSelectedByAssistiveTechnologyIsTaken();
   void aClickOnAToggleIsOneCommand();
+  void aDeletedStudyComesBackWithItsCharts();
+  void whatIsDrawnAfterADeletionGoesIntoNoOtherStudy();
+  void typingIsUndoneBeforeADeletion();
   void workThatWasLeftStaysOnEscape();
   void workThatWasLeftIsOfferedWhoeverHasTheNumberOfItsProcess();
   void workOfARunningWindowIsNotOffered();
@@ -66,6 +72,19 @@ void Meanwhile(const std::function<void(Dialog&)>& act) {
     QVERIFY(dialog != nullptr);
     act(*dialog);
   });
+}
+
+void TriggerMenu(MainWindow& window, const QString& caption) {
+  for (QAction* menu : window.menuBar()->actions()) {
+    Q_EMIT menu->menu()->aboutToShow();
+    for (QAction* action : menu->menu()->actions()) {
+      if (action->text().remove(QLatin1Char('&')) == caption) {
+        action->trigger();
+        return;
+      }
+    }
+  }
+  QFAIL(qPrintable(caption));
 }
 
 // A window with a study of a table, a report and a chart.
@@ -298,6 +317,57 @@ void MishapsTest::aClickOnAToggleIsOneCommand() {
   QCOMPARE(commands, 3);
   driver.Type(control::Mu, QStringLiteral("7"));
   QCOMPARE(commands, 4);
+}
+
+// --- Deleting a study.
+
+void MishapsTest::aDeletedStudyComesBackWithItsCharts() {
+  WindowDriver driver;
+  ComputeOneMean(driver);
+  driver.window().NewAnalysis();
+  driver.ChooseTask(ModePower, 1);
+  driver.Do({{control::Accept, {}}, {control::Accept, {}}});
+  QCOMPARE(driver.studies().size(), std::size_t{2});
+  const std::string first = ExportJson(driver.studies()[0].study);
+  driver.window().SelectStudy(0);
+  TriggerMenu(driver.window(), QStringLiteral("Delete Study"));
+  QCOMPARE(driver.studies().size(), std::size_t{1});
+  QVERIFY(ExportJson(driver.studies()[0].study) != first);
+  TriggerMenu(driver.window(), QStringLiteral("Undo Delete Study"));
+  QCOMPARE(driver.studies().size(), std::size_t{2});
+  QCOMPARE(ExportJson(driver.studies()[0].study), first);
+  QCOMPARE(driver.window().tree().topLevelItem(0)->childCount(), 3);
+  QCOMPARE(driver.window().tree().currentItem(), driver.window().tree().topLevelItem(0));
+  TriggerMenu(driver.window(), QStringLiteral("Redo Delete Study"));
+  QCOMPARE(driver.studies().size(), std::size_t{1});
+  driver.window().book().SetSaved();
+}
+
+void MishapsTest::whatIsDrawnAfterADeletionGoesIntoNoOtherStudy() {
+  WindowDriver driver;
+  ComputeOneMean(driver);
+  driver.Click(control::Accept);
+  QCOMPARE(driver.studies().size(), std::size_t{2});
+  const std::size_t items = driver.studies()[0].study.workbook.items.size();
+  driver.window().SelectStudy(1);
+  TriggerMenu(driver.window(), QStringLiteral("Delete Study"));
+  driver.Click(control::PowerVsN);
+  QCOMPARE(driver.studies().size(), std::size_t{2});
+  QCOMPARE(driver.studies()[0].study.workbook.items.size(), items);
+  driver.window().book().SetSaved();
+}
+
+void MishapsTest::typingIsUndoneBeforeADeletion() {
+  WindowDriver driver;
+  ComputeOneMean(driver);
+  driver.window().SelectStudy(0);
+  TriggerMenu(driver.window(), QStringLiteral("Delete Study"));
+  const QString before = driver.Text(control::NStart);
+  driver.Type(control::NStart, QStringLiteral("7"));
+  TriggerMenu(driver.window(), QStringLiteral("Undo"));
+  QVERIFY(driver.studies().empty());
+  QCOMPARE(driver.Text(control::NStart), before);
+  driver.window().book().SetSaved();
 }
 
 // --- Work that a crash left.
