@@ -109,6 +109,13 @@ QString WriteOdt(const StudyRecord& record, const QString& path, int) {
 
 }  // namespace
 
+QString UnknownExtension(const QString& path, const QStringList& known) {
+  return QObject::tr(
+             "%1 was not written: the extension of its name decides the format, and it has none of "
+             "%2.")
+      .arg(path, known.join(QStringLiteral(", ")));
+}
+
 QString WriteFile(const QString& path, const QByteArray& bytes) {
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {

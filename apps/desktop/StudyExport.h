@@ -22,7 +22,10 @@ struct ExportKind {
 const std::vector<ExportKind<StudyRecord>>& StudyExports();
 const std::vector<ExportKind<Chart>>& ChartExports();
 
-// Writes by the extension of the path; the first kind for one that is unknown. Empty, or the fault.
+// Why a path is not written: it ends in none of the extensions.
+QString UnknownExtension(const QString& path, const QStringList& known);
+
+// Writes by the extension of the path, and nothing for one that is unknown. Empty, or the fault.
 template <class Thing>
 QString WriteByExtension(const std::vector<ExportKind<Thing>>& kinds,
                          const Thing& thing,
@@ -33,7 +36,11 @@ QString WriteByExtension(const std::vector<ExportKind<Thing>>& kinds,
       return kind.write(thing, path, digits);
     }
   }
-  return kinds.front().write(thing, path, digits);
+  QStringList known;
+  for (const ExportKind<Thing>& kind : kinds) {
+    known += QLatin1Char('.') + kind.extension;
+  }
+  return UnknownExtension(path, known);
 }
 
 // "HTML (*.html);;Markdown (*.md)"

@@ -29,13 +29,27 @@ QString WorkbookFilter() {
   return QObject::tr("Workbooks (*%1);;All files (*)").arg(QLatin1String(kExtension));
 }
 
-// A path with the extension of the filter that was chosen, where it has none.
-QString WithExtension(const QString& path, const QString& filter) {
-  if (!QFileInfo(path).suffix().isEmpty()) {
-    return path;
-  }
-  const qsizetype from = filter.indexOf(QStringLiteral("*.")) + 1;
-  return path + filter.mid(from, filter.indexOf(QLatin1Char(')'), from) - from);
+// "html" of "Web page (*.html)".
+QString ExtensionOf(const QString& filter) {
+  const qsizetype from = filter.indexOf(QStringLiteral("*.")) + 2;
+  return filter.mid(from, filter.indexOf(QLatin1Char(')'), from) - from);
+}
+
+// Asks for a file to write. A name without an extension gets that of the chosen kind before the
+// question whether to replace a file.
+QString AskForFile(QWidget* parent,
+                   const QString& title,
+                   const QString& start,
+                   const QString& filters) {
+  QFileDialog dialog(parent, title, start, filters);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  const auto choose = [&dialog](const QString& filter) {
+    dialog.setDefaultSuffix(ExtensionOf(filter));
+  };
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, choose);
+  choose(dialog.selectedNameFilter());
+  dialog.selectFile(start);
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 // A file name out of a study's name.
@@ -137,12 +151,8 @@ bool MainWindow::Save() { return file_.isEmpty() ? SaveAs() : SaveTo(file_); }
 
 bool MainWindow::SaveAs() {
   const QString start = file_.isEmpty() ? tr("study") + QLatin1String(kExtension) : file_;
-  const QString path =
-      QFileDialog::getSaveFileName(this, tr("Save the workbook"), start, WorkbookFilter());
-  if (path.isEmpty()) {
-    return false;
-  }
-  return SaveTo(QFileInfo(path).suffix().isEmpty() ? path + QLatin1String(kExtension) : path);
+  const QString path = AskForFile(this, tr("Save the workbook"), start, WorkbookFilter());
+  return !path.isEmpty() && SaveTo(path);
 }
 
 // --- Recent files.
@@ -236,12 +246,10 @@ void MainWindow::ExportStudy() {
     return;
   }
   const StudyRecord& record = book_.studies()[static_cast<std::size_t>(study)];
-  QString filter;
-  const QString path = QFileDialog::getSaveFileName(
-      this, tr("Export the study"), FileNameOf(record.name), FileFilter(StudyExports()), &filter);
+  const QString path =
+      AskForFile(this, tr("Export the study"), FileNameOf(record.name), FileFilter(StudyExports()));
   if (!path.isEmpty()) {
-    const QString fault = WriteByExtension(StudyExports(), record, WithExtension(path, filter),
-                                           host_->options.digits);
+    const QString fault = WriteByExtension(StudyExports(), record, path, host_->options.digits);
     if (!fault.isEmpty()) {
       Complain(fault);
     }
@@ -254,13 +262,10 @@ void MainWindow::ExportChart() {
     statusBar()->showMessage(tr("Choose a chart in the workbook first."), 5000);
     return;
   }
-  QString filter;
-  const QString path = QFileDialog::getSaveFileName(this, tr("Export the chart"),
-                                                    QString::fromStdString(chart->name),
-                                                    FileFilter(ChartExports()), &filter);
+  const QString path = AskForFile(this, tr("Export the chart"), QString::fromStdString(chart->name),
+                                  FileFilter(ChartExports()));
   if (!path.isEmpty()) {
-    const QString fault = WriteByExtension(ChartExports(), *chart, WithExtension(path, filter),
-                                           host_->options.digits);
+    const QString fault = WriteByExtension(ChartExports(), *chart, path, host_->options.digits);
     if (!fault.isEmpty()) {
       Complain(fault);
     }

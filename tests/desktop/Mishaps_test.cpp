@@ -1,7 +1,9 @@
 #include <QAccessible>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
@@ -45,6 +47,8 @@ class MishapsTest : public QObject {
   void workThatWasLeftOpensUnderItsName();
   void workThatWasLeftGetsNoNameWhenItsFileIsNewer();
   void eachOfSeveralIsOpenedKeptOrDeleted();
+  void anExportOfAnUnknownExtensionIsRefused();
+  void anExportWithoutExtensionGetsThatOfItsKind();
 };
 
 namespace {
@@ -491,6 +495,46 @@ void MishapsTest::eachOfSeveralIsOpenedKeptOrDeleted() {
   QVERIFY(!QFile::exists(works[0]));
   QVERIFY(QFile::exists(works[1]));
   QVERIFY(!QFile::exists(works[2]));
+  driver.window().book().SetSaved();
+}
+
+// --- Exports.
+
+namespace {
+
+// Exports the chosen study through the dialogs, under a name that is typed.
+void ExportAs(WindowDriver& driver, const QString& path) {
+  Meanwhile<QFileDialog>([path](QFileDialog& dialog) {
+    auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QVERIFY(name != nullptr);
+    name->setText(path);
+    dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+  });
+  TriggerMenu(driver.window(), QStringLiteral("Export Study..."));
+}
+
+}  // namespace
+
+void MishapsTest::anExportOfAnUnknownExtensionIsRefused() {
+  TemporaryFolder folder;
+  WindowDriver driver;
+  ComputeOneMean(driver);
+  const QString path = QString::fromStdString(folder.File("study.docx"));
+  ExportAs(driver, path);
+  const QString message = driver.TakeMessage();
+  QVERIFY2(message.startsWith(path), qPrintable(message));
+  QVERIFY2(message.contains(QStringLiteral(".html, .md, .pdf")), qPrintable(message));
+  QVERIFY(!QFile::exists(path));
+  driver.window().book().SetSaved();
+}
+
+void MishapsTest::anExportWithoutExtensionGetsThatOfItsKind() {
+  TemporaryFolder folder;
+  WindowDriver driver;
+  ComputeOneMean(driver);
+  ExportAs(driver, QString::fromStdString(folder.File("study")));
+  QCOMPARE(driver.TakeMessage(), QString());
+  QVERIFY(QFile::exists(QString::fromStdString(folder.File("study.html"))));
   driver.window().book().SetSaved();
 }
 
