@@ -16,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTextBrowser>
@@ -212,7 +213,7 @@ void MainWindow::ConnectBook() {
 }
 
 void MainWindow::Restore() {
-  resize(1360, 820);
+  FitScreen();
   pages_->SetDark(IsDark(systemPalette_));
   if (settings_ == nullptr) {
     return;
@@ -235,6 +236,15 @@ void MainWindow::Restore() {
   widthsOpen_ =
       !restoreState(settings_->value(QStringLiteral("window/state")).toByteArray(), kStateVersion);
   dialogDock_->hide();
+}
+
+// The first window: no larger than the screen has room for with a title bar above it, or OK would
+// lie below its edge.
+void MainWindow::FitScreen() {
+  constexpr QSize kWished(1360, 820);
+  constexpr QSize kFrame(8, 44);
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  resize(screen == nullptr ? kWished : kWished.boundedTo(screen->availableSize() - kFrame));
 }
 
 // --- Dialogs.

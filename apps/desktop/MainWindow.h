@@ -129,6 +129,7 @@ class MainWindow : public QMainWindow {
   void DeleteStudy();
   void NameUndo(QAction& undo, QAction& redo) const;
   void UndoRedo(bool undo);
+  void FitScreen();
   void ShowHelp();
   void ShowAbout();
   void StopRecording();

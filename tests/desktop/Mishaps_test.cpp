@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <algorithm>
@@ -49,6 +50,8 @@ class MishapsTest : public QObject {
   void eachOfSeveralIsOpenedKeptOrDeleted();
   void anExportOfAnUnknownExtensionIsRefused();
   void anExportWithoutExtensionGetsThatOfItsKind();
+  void theFirstWindowFitsItsScreen();
+  void onASmallScreenEveryDialogShowsItsButtons();
 };
 
 namespace {
@@ -536,6 +539,39 @@ void MishapsTest::anExportWithoutExtensionGetsThatOfItsKind() {
   QCOMPARE(driver.TakeMessage(), QString());
   QVERIFY(QFile::exists(QString::fromStdString(folder.File("study.html"))));
   driver.window().book().SetSaved();
+}
+
+// --- Small screens.
+
+void MishapsTest::theFirstWindowFitsItsScreen() {
+  WindowDriver driver;
+  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+  const QSize window = driver.window().size();
+  QVERIFY(window.width() <= std::max(screen.width(), driver.window().minimumSizeHint().width()));
+  QVERIFY(window.height() < screen.height());  // there is a title bar above it
+}
+
+void MishapsTest::onASmallScreenEveryDialogShowsItsButtons() {
+  const QSize room(1366 - 8, 768 - 44);
+  for (const int mode : {ModePower, ModeSampleSize, ModeDistribution}) {
+    for (std::size_t row = 0; row < Tasks(mode).size(); ++row) {
+      WindowDriver driver;
+      driver.window().resize(room);
+      for (int step = 0; step < (mode == ModeDistribution ? 2 : 3); ++step) {
+        if (step == 1) {
+          driver.ChooseTask(mode, static_cast<int>(row));
+        } else if (step == 2) {
+          driver.Click(control::Accept);
+        }
+        WindowDriver::Settle();
+        QCOMPARE(driver.window().size(), room);
+        QWidget* ok = driver.form().WidgetOf(control::Accept);
+        const QRect place(ok->mapTo(&driver.window(), QPoint()), ok->size());
+        QVERIFY(driver.window().rect().contains(place));
+        QVERIFY(ok->visibleRegion().boundingRect().size() == ok->size());
+      }
+    }
+  }
 }
 
 QTEST_MAIN(MishapsTest)
