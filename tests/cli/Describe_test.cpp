@@ -130,12 +130,12 @@ TEST_F(Describe, MakesOneOptionOfEveryFieldOfEveryFamily) {
   for (const std::string& family : kFamilies) {
     std::set<std::string> options;
     const auto json = RunJson({"describe", family});
-    EXPECT_EQ(family, json["family"]);
+    EXPECT_EQ(family, json["family"].get<std::string>());
     for (const auto& field : json["fields"]) {
       const std::string name = field["field"];
       const auto row = kOptions.find(name);
       ASSERT_NE(kOptions.end(), row) << family << " " << name;
-      EXPECT_EQ("--" + row->second, field["option"]);
+      EXPECT_EQ("--" + row->second, field["option"].get<std::string>());
       EXPECT_TRUE(options.insert(field["option"]).second) << family << " " << field["option"];
       seen.insert(name);
     }

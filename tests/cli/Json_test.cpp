@@ -166,8 +166,8 @@ TEST_F(JsonOutput, NamesCodeAndModeOfEveryTask) {
   for (const auto& [mode, family, code] : tasks) {
     const auto json = RunJson({mode, family});
     ExpectSchema(json);
-    EXPECT_EQ(mode, json["mode"]);
-    EXPECT_EQ(family, json["family"]);
+    EXPECT_EQ(mode, json["mode"].get<std::string>());
+    EXPECT_EQ(family, json["family"].get<std::string>());
     EXPECT_EQ(code, json["code"]);
   }
 }
