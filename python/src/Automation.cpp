@@ -295,14 +295,26 @@ void UseDriver(const py::object& capsule) {
   }
 }
 
+// Lives as long as the process: a static of the program is destroyed when the interpreter is gone, and
+// then nothing of Python may be released any more.
+template <class Error>
+const py::object& NewErrorClass(py::module_& module, const char* name, py::handle base) {
+  return *new py::exception<Error>(module, name, base);
+}
+
+void Raise(const py::object& errorClass, const std::exception& exception) {
+  PyErr_SetString(errorClass.ptr(), exception.what());
+}
+
 void BindErrors(py::module_& module) {
-  static py::exception<AutomationError> error(module, "AutomationError");
+  static const py::object& error =
+      NewErrorClass<AutomationError>(module, "AutomationError", PyExc_Exception);
   error.attr("code") = AutomationFailure;
   error.attr("__module__") = "poweranalysis";
-  static py::exception<DialogClosed> closed(module, "DialogClosed", error);
+  static const py::object& closed = NewErrorClass<DialogClosed>(module, "DialogClosed", error);
   closed.attr("__module__") = "poweranalysis";
   // Python's own protocols (hasattr) know it as a missing attribute.
-  static py::exception<UnknownMember> unknown(
+  static const py::object& unknown = NewErrorClass<UnknownMember>(
       module, "UnknownMember",
       py::make_tuple(error, py::reinterpret_borrow<py::object>(PyExc_AttributeError)));
   unknown.attr("__module__") = "poweranalysis";
@@ -312,11 +324,11 @@ void BindErrors(py::module_& module) {
         std::rethrow_exception(raised);
       }
     } catch (const DialogClosed& exception) {
-      closed(exception.what());
+      Raise(closed, exception);
     } catch (const UnknownMember& exception) {
-      unknown(exception.what());
+      Raise(unknown, exception);
     } catch (const AutomationError& exception) {
-      error(exception.what());
+      Raise(error, exception);
     }
   });
 }

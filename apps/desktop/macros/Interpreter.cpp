@@ -146,9 +146,6 @@ std::string Initialize() {
   // be gone by the next.
   py::detail::get_internals();
   // Gives the lock away: scripts run on other threads.
-  // Made here and not on a macro's thread: there they would keep a thread state that is gone with
-  // it.
-  py::detail::get_internals();
   PyEval_SaveThread();
   return {};
 }
