@@ -1,5 +1,6 @@
 #include "desktop/OptionsDialog.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -19,6 +20,12 @@ void Describe(QWidget& widget, const QString& name, const QString& help) {
   widget.setAccessibleDescription(help);
   widget.setToolTip(help);
   widget.setStatusTip(help);
+}
+
+// The list that drops down takes the focus while it is open, so it has to say what it offers.
+void Describe(QComboBox& combo, const QString& name, const QString& help) {
+  Describe(static_cast<QWidget&>(combo), name, help);
+  Describe(*combo.view(), name, help);
 }
 
 void AddRow(QFormLayout& form, const QString& caption, QWidget& field) {

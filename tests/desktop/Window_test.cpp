@@ -1,4 +1,6 @@
+#include <QAbstractItemView>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QFile>
@@ -956,6 +958,10 @@ void WindowTest::aMacroThatLoopsForEverIsStopped() {
 void WindowTest::everyControlHasANameAndADescription() {
   OptionsDialog options({});
   CheckNames(options, "options");
+  for (QComboBox* combo : options.findChildren<QComboBox*>()) {
+    QCOMPARE(combo->view()->accessibleName(), combo->accessibleName());
+    QCOMPARE(combo->view()->accessibleDescription(), combo->accessibleDescription());
+  }
   for (const int mode : {ModePower, ModeSampleSize}) {
     for (const int row : {0, 1, 2}) {
       WindowDriver driver;
