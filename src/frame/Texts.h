@@ -11,7 +11,7 @@ namespace text {
 
 enum Id : int {
   None = 0,
-#define TEXT(number, name, value) name = number,
+#define TEXT(number, name, value) name = (number),
 #include "frame/Texts.def"
 #undef TEXT
 };
