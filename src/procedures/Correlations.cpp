@@ -222,31 +222,6 @@ SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request,
 
 namespace {
 
-// The standardized difference of two Fisher z is normal with this mean and standard deviation.
-struct ZDifference {
-  double mean = 0;
-  double sd = NumericFailure;  // an algorithm that there is none of
-};
-
-ZDifference DifferenceOf(
-    double rho1, double rho2, std::int64_t n1, std::int64_t n2, std::int16_t algorithm) {
-  const double v = 1 / static_cast<double>(n1 - 3) + 1 / static_cast<double>(n2 - 3);
-  const double difference = .5 * LogRatio(rho1) - .5 * LogRatio(rho2);
-  if (algorithm == CorrelationFisherZCrude) {
-    return {difference / std::sqrt(v), 1};
-  }
-  if (algorithm != CorrelationFisherZRefined) {
-    return {};
-  }
-  const auto size1 = static_cast<std::int32_t>(n1);
-  const auto size2 = static_cast<std::int32_t>(n2);
-  const double b1 = FisherZBias(rho1, size1);
-  const double b2 = FisherZBias(rho2, size2);
-  const double m1 = FisherZSecondMoment(rho1, size1);
-  const double m2 = FisherZSecondMoment(rho2, size2);
-  return {(difference + b1 - b2) / std::sqrt(v), std::sqrt((m1 - b1 * b1 + m2 - b2 * b2) / v)};
-}
-
 double TermOf(const ZDifference& difference, double c) {
   return difference.sd == NumericFailure ? NumericFailure
                                          : NormalCdf((c - difference.mean) / difference.sd);
@@ -292,7 +267,7 @@ double TwoCorrelationsSearch::PowerAt(std::int64_t n) const {
   const std::int64_t n1 = request_.nToVary == NToVaryN2 ? request_.n1 : n;
   const std::int64_t n2 = request_.nToVary == NToVaryN1 ? request_.n2 : n;
   return PowerBeyond(request_.form, criticals_,
-                     DifferenceOf(request_.rho1, request_.rho2, n1, n2, request_.algorithm));
+                     FisherZDifference(request_.rho1, request_.rho2, n1, n2, request_.algorithm));
 }
 
 double TwoCorrelationsSearch::Estimate() const {
@@ -353,13 +328,32 @@ bool Unserved(const TwoCorrelationsSizeRequest& request) {
 
 }  // namespace
 
+ZDifference FisherZDifference(
+    double rho1, double rho2, std::int64_t n1, std::int64_t n2, std::int16_t algorithm) {
+  const double v = 1 / static_cast<double>(n1 - 3) + 1 / static_cast<double>(n2 - 3);
+  const double difference = .5 * LogRatio(rho1) - .5 * LogRatio(rho2);
+  if (algorithm == CorrelationFisherZCrude) {
+    return {difference / std::sqrt(v), 1};
+  }
+  if (algorithm != CorrelationFisherZRefined) {
+    return {};
+  }
+  const auto size1 = static_cast<std::int32_t>(n1);
+  const auto size2 = static_cast<std::int32_t>(n2);
+  const double b1 = FisherZBias(rho1, size1);
+  const double b2 = FisherZBias(rho2, size2);
+  const double m1 = FisherZSecondMoment(rho1, size1);
+  const double m2 = FisherZSecondMoment(rho2, size2);
+  return {(difference + b1 - b2) / std::sqrt(v), std::sqrt((m1 - b1 * b1 + m2 - b2 * b2) / v)};
+}
+
 double FisherZCritical(double alpha, std::int16_t form, std::int16_t side) {
   return form == H0Zero ? NumericFailure : NormalQuantile(CriticalProbability(alpha, form, side));
 }
 
 double FisherZPowerTerm(
     double rho1, double rho2, std::int64_t n1, std::int64_t n2, double c, std::int16_t algorithm) {
-  return TermOf(DifferenceOf(rho1, rho2, n1, n2, algorithm), c);
+  return TermOf(FisherZDifference(rho1, rho2, n1, n2, algorithm), c);
 }
 
 double TwoCorrelationsPower(double rho1,
@@ -373,7 +367,8 @@ double TwoCorrelationsPower(double rho1,
   if (NullHypothesisCheck(rho1 - rho2, form, CorrelationTolerance, kExactly, refusal) != 0) {
     return NumericFailure;
   }
-  return PowerBeyond(form, ZCriticalsOf(alpha, form), DifferenceOf(rho1, rho2, n1, n2, algorithm));
+  return PowerBeyond(form, ZCriticalsOf(alpha, form),
+                     FisherZDifference(rho1, rho2, n1, n2, algorithm));
 }
 
 SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request,

@@ -188,6 +188,17 @@ SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request,
 // Fails:  NumericFailure for form 3 and unknown forms.
 double FisherZCritical(double alpha, std::int16_t form, std::int16_t side);
 
+// The standardized difference Z of the two Fisher z is normal with this mean and standard
+// deviation.
+struct ZDifference {
+  double mean = 0;
+  double sd = NumericFailure;  // an algorithm that there is none of
+};
+
+// The mean and the standard deviation of FisherZPowerTerm.
+ZDifference FisherZDifference(
+    double rho1, double rho2, std::int64_t n1, std::int64_t n2, std::int16_t algorithm);
+
 // One normal tail term, P(Z <= c) of the standardized difference Z of the two Fisher z.
 //
 //   Phi((c - (atanh(rho1) - atanh(rho2) + b1 - b2) / sqrt(v)) / s),  v = 1/(n1 - 3) + 1/(n2 - 3)

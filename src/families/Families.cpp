@@ -1,0 +1,122 @@
+#include "families/Families.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "families/SessionOf.h"
+
+namespace poweranalysis {
+
+const char* WordOf(Counts counts) {
+  constexpr std::array<const char*, 9> kWords = {
+      "total", "per group", "group 1", "group 2", "per cell", "pairs", "df", "df1", "df2"};
+  return kWords[static_cast<std::size_t>(counts)];
+}
+
+std::span<const FamilyRow> FamilyRows() {
+  static const std::vector<FamilyRow> rows = [] {
+    std::vector<FamilyRow> all;
+    for (const auto& source : {TTestRows(), AnovaRows(), VarianceRows(), CorrelationRows(),
+                               ProportionRows(), SurvivalRows(), ModelFitRows()}) {
+      all.insert(all.end(), source.begin(), source.end());
+    }
+    const auto earlier = [](const FamilyRow& a, const FamilyRow& b) { return a.family < b.family; };
+    std::sort(all.begin(), all.end(), earlier);
+    return all;
+  }();
+  return rows;
+}
+
+const FamilyRow* FindFamilyRow(Family family) {
+  const std::span<const FamilyRow> rows = FamilyRows();
+  const auto found = std::find_if(rows.begin(), rows.end(),
+                                  [family](const FamilyRow& row) { return row.family == family; });
+  return found == rows.end() ? nullptr : &*found;
+}
+
+const FamilyRow& RowOf(Family family) { return *FindFamilyRow(family); }
+
+// --- Sizes.
+
+namespace {
+
+double Value(const RecordView& record, const char* field) {
+  return record.Get(*record.table().Find(field));
+}
+
+// Sets a size; false where its range does not hold it.
+bool PutWithin(const RecordView& record, const char* name, std::int64_t size) {
+  const Field& field = *record.table().Find(name);
+  const auto value = static_cast<double>(size);
+  if (!WithinRange(field, value)) {
+    return false;
+  }
+  record.Set(field, value);
+  return true;
+}
+
+// The other group beside one of this size.
+std::int64_t FollowerOf(const SizeRule& rule, const RecordView& record, std::int64_t size) {
+  return rule.ratio == nullptr
+             ? size
+             : static_cast<std::int64_t>(static_cast<double>(size) / Value(record, rule.ratio));
+}
+
+}  // namespace
+
+const SizeRule* RuleOf(const FamilyRow& row, const RecordView& record) {
+  const SizeRules& sizes = row.sizes;
+  const int choice = sizes.choice == nullptr ? 0 : static_cast<int>(Value(record, sizes.choice));
+  return choice >= 0 && choice < sizes.count ? &sizes.rules[static_cast<std::size_t>(choice)]
+                                             : nullptr;
+}
+
+const Field& LimitField(const FamilyRow& row) {
+  return *TableOf(row.family).Find(row.sizes.rules[0].field);
+}
+
+bool PutSize(const FamilyRow& row, const RecordView& record, std::int64_t size) {
+  const SizeRule* rule = RuleOf(row, record);
+  return rule != nullptr && PutWithin(record, rule->field, size) &&
+         (rule->follower == nullptr ||
+          PutWithin(record, rule->follower, FollowerOf(*rule, record, size)));
+}
+
+std::int64_t TotalOf(const FamilyRow& row, const RecordView& record) {
+  std::int64_t total = 0;
+  for (const GroupRun& run : row.groups(record)) {
+    total += run.size * run.times;
+  }
+  return total;
+}
+
+// --- Effects.
+
+double NullValueOf(const EffectRow& effect, const RecordView& record) {
+  return effect.nullField == nullptr ? effect.nullValue : Value(record, effect.nullField);
+}
+
+void PutEffect(const EffectRow& effect, const RecordView& record, double measure) {
+  record.Set(*record.table().Find(effect.solved), effect.solve(record, measure));
+}
+
+Refusal RefusalOf(const NullCheck& check, const RecordView& record, Question question) {
+  Refusal refusal;
+  if (check.effect != nullptr) {
+    const std::int16_t form = check.form == NullCheck::FormOfRecord
+                                  ? static_cast<std::int16_t>(Value(record, "H0Type"))
+                                  : check.form;
+    const std::int16_t useTolerance = question == Question::RequiredSize ? 1 : 0;
+    NullHypothesisCheck(check.effect(record), form, check.tolerance, useTolerance, refusal);
+  }
+  return refusal;
+}
+
+bool RangesHold(const RecordView& record) {
+  const std::span<const Field> fields = record.table().fields;
+  return std::all_of(fields.begin(), fields.end(), [&](const Field& field) {
+    return !field.keyed() || WithinRange(field, record.Get(field));
+  });
+}
+
+}  // namespace poweranalysis
