@@ -1,5 +1,7 @@
 #include "dialogs/FieldDialog.h"
 
+#include "dialogs/Speaker.h"
+
 namespace poweranalysis {
 
 namespace {
@@ -148,6 +150,28 @@ bool CFieldDialog::StoreField(int control) {
     }
   }
   return false;
+}
+
+bool CFieldDialog::InputsPass() {
+  if (!RangesPass() || !ChoiceIsServed()) {
+    return false;
+  }
+  const Refusal refusal = row().check == nullptr ? Refusal{} : row().check(View(Instance::Working));
+  Speak(window(), refusal);
+  return !refusal;
+}
+
+// The range of a choice may hold values that no button offers and no search serves.
+bool CFieldDialog::ChoiceIsServed() {
+  const SizeRules& sizes = row().sizes;
+  if (entry().mode != ModeSampleSize || !sizes.refusesOthers) {
+    return true;
+  }
+  const Field& field = *table_.Find(sizes.choice);
+  KeyEntry narrowed = FillKeys(*Block(), family()).entries[static_cast<std::size_t>(field.place)];
+  auto last = static_cast<i16>(sizes.count - 1);
+  narrowed.upper = &last;
+  return CheckRanges(window(), std::span<const KeyEntry>(&narrowed, 1)) != 0;
 }
 
 bool CFieldDialog::RangesPass() { return CheckRanges(window(), FillKeys(*Block(), family())) != 0; }

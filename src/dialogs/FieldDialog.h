@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialogs/Controls.h"
+#include "families/Families.h"
 #include "frame/PowerAnalysis.h"
 
 namespace poweranalysis {
@@ -17,6 +18,7 @@ class CFieldDialog : public CPowerAnalysisModelessDialog {
  protected:
   Family family() const { return table_.family; }
   const FamilyTable& table() const { return table_; }
+  const FamilyRow& row() const { return RowOf(family()); }
   const CatalogueDialog& entry() const { return entry_; }
   std::span<const char* const> fields() const { return fields_; }
   RecordView View(Instance instance) const { return ViewOf(*Block(), family(), instance); }
@@ -48,11 +50,16 @@ class CFieldDialog : public CPowerAnalysisModelessDialog {
   bool SettingsButton(int control);
   // Stores what an edit or a radio button shows; false for a control that shows no field.
   bool StoreField(int control);
+  // The checks before a record is accepted: its ranges, and what its family refuses beyond them.
+  // Whichever fails shows its message.
+  bool InputsPass();
   bool RangesPass();
   // Spec of the page with the fields, its edits in a group of this caption.
   PageSpec FieldsPage(TextId groupCaption) const;
 
  private:
+  bool ChoiceIsServed();
+
   const FamilyTable& table_;
   CatalogueDialog entry_;
   std::span<const char* const> fields_;

@@ -5,7 +5,7 @@ namespace poweranalysis {
 CParameterDialog::CParameterDialog(CAnalysisSupport& analysis,
                                    const CatalogueDialog& entry,
                                    const ParameterDialogTable& rows)
-    : CFieldDialog(analysis, entry, rows.family, rows.fields), rows_(rows) {}
+    : CFieldDialog(analysis, entry, rows.family, rows.fields) {}
 
 DialogSpec CParameterDialog::Spec() const {
   DialogSpec spec;
@@ -46,7 +46,7 @@ long CParameterDialog::Command(int control) {
 }
 
 long CParameterDialog::Accept() {
-  if (!RangesPass() || (rows_.extraCheck != nullptr && !rows_.extraCheck(window(), *Block()))) {
+  if (!InputsPass()) {
     return 0;
   }
   Copy(Instance::Working, Instance::Committed);

@@ -9,8 +9,6 @@ struct ParameterDialogTable {
   Family family;
   int mode;
   std::span<const char* const> fields;
-  // A check beyond the ranges, made on OK; it shows its own message and gives false.
-  bool (*extraCheck)(WindowHandle parent, PowerSettings& block) = nullptr;
 };
 
 // Shows the inputs of a task, keeps them in Working, and leads forward to the results or back to
@@ -31,8 +29,6 @@ class CParameterDialog : public CFieldDialog {
  private:
   long Accept();
   long RestoreDefaults();
-
-  const ParameterDialogTable& rows_;
 };
 
 }  // namespace poweranalysis

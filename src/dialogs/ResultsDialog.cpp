@@ -6,7 +6,6 @@
 #include "dialogs/Speaker.h"
 #include "host/NumberText.h"
 #include "output/Reports.h"
-#include "procedures/RequiredSizeSearch.h"
 
 namespace poweranalysis {
 
@@ -41,9 +40,11 @@ PlotGrid GridOf(const PlotAxis& axis, const RecordView& record) {
              : RealGrid(FieldValue(record, axis.start), FieldValue(record, axis.end), intervals);
 }
 
-// The standardized effect, where the check is on it.
-double EffectOf(const NullCheckRow& check, const RecordView& record) {
-  return check.effect != nullptr ? check.effect(record) : Computed::kFailed;
+// Does a plot go along the effect itself, its null hypothesis among the points?
+bool GoesAlongEffect(const PlotRow& plot, const FamilyRow& row) {
+  return plot.varied.kind == Varied::Kind::Effect ||
+         (plot.varied.kind == Varied::Kind::Field &&
+          std::string_view(plot.varied.field) == row.effects[plot.effect].solved);
 }
 
 // Does a row show something before a calculation?
@@ -171,12 +172,7 @@ std::string CResultsDialog::FrameText() const {
   committed.CopyFrom(View(Instance::Working));
   const TableDefinition& definition = *FindTableDefinition(rows_.tableCode);
   const std::vector<ShownRow> rows = ShownRows(definition, block);
-  Computed derived;
-  derived.effect = EffectOf(rows_.nullCheck, committed);
-  if (rows_.derive != nullptr) {
-    rows_.derive(committed, derived);
-  }
-  const std::vector<double> values = TableValues(rows, committed, derived);
+  const std::vector<double> values = TableValues(rows, committed, DerivedFrom(committed));
 
   std::string frame = LoadText(TableHeadings(definition, block).front());
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -227,27 +223,34 @@ long CResultsDialog::Command(int control) {
   return chart != text::None ? DrawPlotsOf(chart) : (StoreField(control) ? 1 : 0);
 }
 
-bool CResultsDialog::InputsPass() {
-  return RangesPass() && (rows_.extraCheck == nullptr || rows_.extraCheck(window(), *Block()));
+Question CResultsDialog::question() const {
+  return rows_.mode == ModeSampleSize ? Question::RequiredSize : Question::Power;
 }
 
-bool CResultsDialog::NullHypothesisRefuses(const NullCheckRow& check) const {
-  if (check.effect == nullptr) {
-    return false;
+std::unique_ptr<FamilySession> CResultsDialog::Session() const {
+  std::unique_ptr<FamilySession> session = row().open(question());
+  const double limit = View(Instance::Upper).Get(LimitField(row()));
+  session->Take(View(Instance::Committed), static_cast<std::int64_t>(limit));
+  return session;
+}
+
+Computed CResultsDialog::DerivedFrom(const RecordView& record) const {
+  Computed derived;
+  if (row().derive != nullptr) {
+    row().derive(record, derived);
   }
-  const RecordView working = View(Instance::Working);
-  const std::int16_t form = check.form == NullCheckRow::FormOfRecord
-                                ? static_cast<std::int16_t>(FieldValue(working, "H0Type"))
-                                : check.form;
-  Refusal refusal;
-  NullHypothesisCheck(check.effect(working), form, check.tolerance, check.useTolerance ? 1 : 0,
-                      refusal);
+  return derived;
+}
+
+bool CResultsDialog::NullHypothesisRefuses(std::size_t effect) const {
+  const NullCheck& check = row().effects[effect].CheckOf(question());
+  const Refusal refusal = RefusalOf(check, View(Instance::Working), question());
   Speak(window(), refusal);
   return static_cast<bool>(refusal);
 }
 
 // Whether there is one of the numbers that the table is sent for.
-bool CResultsDialog::HoldsResult(const CalculationOutcome& outcome) const {
+bool CResultsDialog::HoldsResult(const Outcome& outcome) const {
   const std::vector<ShownRow> rows = Rows();
   return outcome.good && std::any_of(rows.begin(), rows.end(), [&](const ShownRow& row) {
            return IsResult(row.quantity) && ValueOf(row.quantity, View(Instance::Committed),
@@ -257,10 +260,11 @@ bool CResultsDialog::HoldsResult(const CalculationOutcome& outcome) const {
 
 // A procedure that fails says why, or in some cases fails without a word: then the user is
 // told at least what there is no value of. Who cancels knows.
-CalculationOutcome CResultsDialog::Compute() {
+Outcome CResultsDialog::Compute() {
   const std::int32_t messagesBefore = Module().messagesShown;
   HostObserver observer(window(), HostObserver::Bar::OfSearches);
-  const CalculationOutcome outcome = rows_.calculate(observer, *Block());
+  const Outcome outcome = Session()->Compute(observer);
+  observer.Tell(outcome.refusal);
   if (!HoldsResult(outcome) && Module().messagesShown == messagesBefore && !IsCancelled()) {
     const std::string result = LoadText(Rows().back().title);
     ShowMessage(MessageStopIcon, window(), text::NotComputable, {FormatArg(result)});
@@ -274,13 +278,13 @@ long CResultsDialog::Calculate() {
     host.RestoreResults();
     return 0;
   }
-  if (NullHypothesisRefuses(rows_.nullCheck)) {
+  if (!row().checksItself && NullHypothesisRefuses(0)) {
     ExitDialog(StageCompute, ExitBack, 0);
     return 0;
   }
   Commit();
   PowerSettings& block = *Block();
-  const CalculationOutcome outcome = Compute();
+  const Outcome outcome = Compute();
   if (outcome.good) {
     const Computed& computed = outcome.computed;
     std::vector<double> values = TableValues(Rows(), View(Instance::Committed), computed);
@@ -320,16 +324,14 @@ long CResultsDialog::DrawPlotsOf(TextId caption) {
 }
 
 PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
-  const NullCheckRow& check = plot.nullCheck.effect != nullptr ? plot.nullCheck : rows_.nullCheck;
-  if (plot.fixesEffect && NullHypothesisRefuses(check)) {
+  if (!GoesAlongEffect(plot, row()) && NullHypothesisRefuses(plot.effect)) {
     return PlotOutcome::Dropped;
   }
   // The ranges edited on this page must reach the plot.
   Commit();
   PowerSettings& block = *Block();
   const RecordView committed = View(Instance::Committed);
-  Computed derived;
-  derived.effect = EffectOf(rows_.nullCheck, committed);
+  const Computed derived = DerivedFrom(committed);
   std::string family = FillPlotTexts(rows_.familyTitle, committed, derived);
   if (family.empty()) {
     family = FamilyAndHypothesis(entry(), rows_.tableCode, block);
@@ -343,8 +345,14 @@ PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
   request.xLabel = FillPlotTexts(plot.xLabel, committed, derived);
   request.yLabel = FillPlotTexts(plot.yLabel, committed, derived);
   HostObserver observer(window(), HostObserver::Bar::None);
-  return DrawPlot(analysis().host(), GridOf(plot.axis, committed), plot.point(observer, block),
-                  plot.failedPoint, std::move(request));
+  const std::unique_ptr<FamilySession> session = Session();
+  const Input input = session->Find(plot.varied);
+  const auto point = [&](double x) {
+    session->Vary(input, x);
+    return session->Value(plot.effect, observer);
+  };
+  return DrawPlot(analysis().host(), GridOf(plot.axis, committed), point, rows_.failedPoint,
+                  std::move(request));
 }
 
 }  // namespace poweranalysis

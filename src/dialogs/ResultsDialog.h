@@ -1,9 +1,9 @@
 #pragma once
 
 #include "dialogs/FieldDialog.h"
+#include "families/Families.h"
 #include "output/Charts.h"
 #include "output/SummaryTables.h"
-#include "procedures/ProcedureObserver.h"
 
 namespace poweranalysis {
 
@@ -30,36 +30,16 @@ struct PlotAxis {
   bool whole;  // sample sizes and degrees of freedom
 };
 
-// What guards a calculation or a plot: the effect of a record under its null hypothesis.
-struct NullCheckRow {
-  static constexpr std::int16_t FormOfRecord = -1;
-
-  double (*effect)(const RecordView& record) = nullptr;  // none: nothing is checked
-  double tolerance = 0;
-  bool useTolerance = false;  // a search also refuses an effect too small to be worth searching
-  std::int16_t form = FormOfRecord;  // the field H0Type, in the families that have it
-};
-
 // One plot of a results dialog. Neighbours of one caption are drawn by one press of their button.
 struct PlotRow {
+  Varied varied;
   TextId caption;  // of its button; the plot's name is made from it
   int kind;
   PlotAxis axis;
   PlotTexts title;  // third title line
   PlotTexts xLabel;
   PlotTexts yLabel;
-  bool fixesEffect;  // then a true null hypothesis ends the plot before it starts
-  FailedPointRule failedPoint;
-  // The value at a point, computed from Committed with one input varied. The observer outlives the
-  // plot, which has the only bar.
-  PlotFunction (*point)(ProcedureObserver& observer, const PowerSettings& block);
-  NullCheckRow nullCheck{};  // of its own; without one that of the dialog
-};
-
-// What a calculation gives: whether there is anything to send, and the numbers.
-struct CalculationOutcome {
-  bool good = false;
-  Computed computed;
+  std::size_t effect = 0;  // of a family with several
 };
 
 // One results dialog.
@@ -69,15 +49,9 @@ struct ResultsDialogTable {
   int tableCode;
   TextId calculateCaption;
   std::span<const char* const> fields;  // of the page: the ranges of the charts
-  NullCheckRow nullCheck;
-  CalculationOutcome (*calculate)(ProcedureObserver& observer, const PowerSettings& block);
   std::span<const PlotRow> plots;
   PlotTexts familyTitle{};  // second title line; without one the task's name and the hypothesis
-  // A check beyond the ranges, made before every command; it shows its own message and gives false.
-  bool (*extraCheck)(WindowHandle parent, PowerSettings& block) = nullptr;
-  // What follows from the inputs alone, beside the effect of the null check: shown when the dialog
-  // opens.
-  void (*derive)(const RecordView& record, Computed& derived) = nullptr;
+  FailedPointRule failedPoint = FailedPointRule::GoOn;
 };
 
 // "Power vs. N1" as "power-vs-n1".
@@ -103,11 +77,15 @@ class CResultsDialog : public CFieldDialog {
 
  private:
   long Calculate();
-  CalculationOutcome Compute();
-  bool HoldsResult(const CalculationOutcome& outcome) const;
+  Outcome Compute();
+  bool HoldsResult(const Outcome& outcome) const;
   long ChangeParams();
-  bool InputsPass();
-  bool NullHypothesisRefuses(const NullCheckRow& check) const;
+  Question question() const;
+  // A session that has taken the Committed record over.
+  std::unique_ptr<FamilySession> Session() const;
+  // What follows from the inputs alone.
+  Computed DerivedFrom(const RecordView& record) const;
+  bool NullHypothesisRefuses(std::size_t effect) const;
   long DrawPlotsOf(TextId caption);
   PlotOutcome DrawPlotOf(const PlotRow& plot);
   // The caption of a chart's button; None for another control.
