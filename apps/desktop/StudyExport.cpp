@@ -12,9 +12,9 @@
 #include "desktop/StudyDocument.h"
 #include "desktop/WorkbookIo.h"
 #include "exporters/Exporters.h"
-#include "exporters/office/Odt.h"
-#include "exporters/office/Xlsx.h"
 #include "host/SvgPainter.h"
+#include "office/Odt.h"
+#include "office/Xlsx.h"
 
 namespace poweranalysis {
 

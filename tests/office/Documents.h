@@ -5,7 +5,7 @@
 
 #include "exporters/Samples.h"
 #include "exporters/WorkbookFile.h"
-#include "exporters/office/Zip.h"
+#include "office/Zip.h"
 
 // Documents taken apart again.
 namespace poweranalysis {

@@ -1,4 +1,4 @@
-#include "exporters/office/Odt.h"
+#include "office/Odt.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "exporters/office/Xlsx.h"
+#include "office/Xlsx.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
-#include "exporters/office/Zip.h"
+#include "office/Zip.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "exporters/office/XmlText.h"
+#include "office/XmlText.h"
 
 namespace poweranalysis {
 

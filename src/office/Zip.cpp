@@ -1,4 +1,4 @@
-#include "exporters/office/Zip.h"
+#include "office/Zip.h"
 
 #include <zlib.h>
 

@@ -1,13 +1,13 @@
-#include "exporters/office/Odt.h"
+#include "office/Odt.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "exporters/office/XmlText.h"
-#include "exporters/office/Zip.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
 #include "host/SvgPainter.h"
+#include "office/XmlText.h"
+#include "office/Zip.h"
 
 // Source: OASIS, Open Document Format for Office Applications (OpenDocument) Version 1.3, parts 2
 // (packages) and 3 (schema).

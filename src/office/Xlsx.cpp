@@ -1,4 +1,4 @@
-#include "exporters/office/Xlsx.h"
+#include "office/Xlsx.h"
 
 #include <unistd.h>
 #include <xlsxwriter.h>
@@ -14,11 +14,11 @@
 #include <system_error>
 
 #include "exporters/Exporters.h"
-#include "exporters/office/XmlText.h"
-#include "exporters/office/Zip.h"
 #include "host/AtomicFile.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
+#include "office/XmlText.h"
+#include "office/Zip.h"
 
 namespace poweranalysis {
 

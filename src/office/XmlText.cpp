@@ -1,4 +1,4 @@
-#include "exporters/office/XmlText.h"
+#include "office/XmlText.h"
 
 #include <array>
 #include <cstdint>
