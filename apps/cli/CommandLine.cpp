@@ -65,7 +65,7 @@ constexpr std::array<GeneralOption, 10> kGeneralOptions = {{
     {"--save-settings", "FILE", "Save the settings of the run to a file", GeneralOption::Tests},
     {"--save-defaults", nullptr, "Make the settings of the run the defaults of later runs",
      GeneralOption::Tests},
-    {"--format", "NAME", "text (default), json, csv, markdown or html"},
+    {"--format", "NAME", "text (default), json, csv, markdown, html, xlsx or odt"},
     {"-o,--output", "FILE", "Write to a file instead of standard output"},
     {"--chart", "NAME[=FILE]",
      "Draw a chart: to a file ({}), or without one into the output; all=FOLDER draws every chart; "

@@ -5,6 +5,7 @@
 
 #include "cli/Catalogue.h"
 #include "cli/CommandLine.h"
+#include "cli/DocumentModule.h"
 #include "cli/Errors.h"
 #include "cli/Macro.h"
 #include "cli/Output.h"
@@ -65,6 +66,24 @@ TextStyle StyleOf(const RunRequest& request, const Study& study) {
   return style;
 }
 
+// What was asked for, in its format; empty, with the reason in `error`, when it cannot be made.
+std::string Exported(const RunRequest& request, const Study& study, std::string& error) {
+  return IsDocument(request.format) ? DocumentOf(study, request.format, error)
+                                    : Export(study, request.format, StyleOf(request, study));
+}
+
+bool WantsFile(const RunRequest& request) {
+  return !request.output.empty() && request.output != "-";
+}
+
+// Bytes that a terminal would take for commands of its own.
+void RefuseDocumentOnTerminal(const RunRequest& request) {
+  if (IsDocument(request.format) && !WantsFile(request) && ::isatty(STDOUT_FILENO) != 0) {
+    throw UsageError(
+        "--format: a document is not for a terminal; name a file for it by --output FILE");
+  }
+}
+
 // Puts the study where it was asked for. A file stays as it was when there is nothing to put into
 // it: no answer (but for JSON, which tells of it), or a cancelled run.
 int Deliver(const RunRequest& request, const Study& study) {
@@ -74,22 +93,27 @@ int Deliver(const RunRequest& request, const Study& study) {
   if (!json && !(something && whole)) {
     return study.status;
   }
-  if (!request.output.empty() && request.output != "-") {
-    if (!whole) {
-      return study.status;
-    }
-    const std::string error =
-        WriteFile(request.output, Export(study, request.format, StyleOf(request, study)));
-    if (!error.empty()) {
-      Complain("cannot write '" + request.output + "': " + error);
-      return StatusNoAnswer;
-    }
+  if (WantsFile(request) && !whole) {
     return study.status;
   }
-  return std::max(study.status, Print(Export(study, request.format, StyleOf(request, study))));
+  std::string error;
+  const std::string bytes = Exported(request, study, error);
+  if (error.empty() && !WantsFile(request)) {
+    return std::max(study.status, Print(bytes));
+  }
+  if (error.empty()) {
+    error = WriteFile(request.output, bytes);
+  }
+  if (!error.empty()) {
+    Complain("cannot write " + (WantsFile(request) ? "'" + request.output + "'" : "the output") +
+             ": " + error);
+    return StatusNoAnswer;
+  }
+  return study.status;
 }
 
 int Calculate(const RunRequest& request) {
+  RefuseDocumentOnTerminal(request);
   HeadlessHost host;
   ProgressBar bar;
   if (IsCapableTerminal(STDERR_FILENO)) {

@@ -13,11 +13,13 @@ struct FormatRow {
   ExportFormat format;
 };
 
-constexpr std::array<FormatRow, 5> kFormats = {{{"text", ExportFormat::Text},
+constexpr std::array<FormatRow, 7> kFormats = {{{"text", ExportFormat::Text},
                                                 {"json", ExportFormat::Json},
                                                 {"csv", ExportFormat::Csv},
                                                 {"markdown", ExportFormat::Markdown},
-                                                {"html", ExportFormat::Html}}};
+                                                {"html", ExportFormat::Html},
+                                                {"xlsx", ExportFormat::Xlsx},
+                                                {"odt", ExportFormat::Odt}}};
 
 }  // namespace
 
@@ -45,8 +47,10 @@ std::string Export(const Study& study, ExportFormat format, const TextStyle& sty
       return ExportMarkdown(study);
     case ExportFormat::Html:
       return ExportHtml(study);
-    default:
+    case ExportFormat::Text:
       return ExportText(study, style);
+    default:
+      return {};
   }
 }
 

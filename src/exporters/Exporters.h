@@ -11,11 +11,16 @@
 // gives the same bytes.
 namespace poweranalysis {
 
-enum class ExportFormat { Text, Json, Csv, Markdown, Html };
+enum class ExportFormat { Text, Json, Csv, Markdown, Html, Xlsx, Odt };
+
+// A document of an office program, which the folder `office` writes.
+inline constexpr bool IsDocument(ExportFormat format) {
+  return format == ExportFormat::Xlsx || format == ExportFormat::Odt;
+}
 
 // By name in lower case ("json"); nothing when there is none.
 std::optional<ExportFormat> FindExportFormat(std::string_view name);
-// "text, json, csv, markdown, html"
+// "text, json, csv, markdown, html, xlsx, odt"
 std::string ExportFormatNames();
 
 // How plain text is laid out.
@@ -40,6 +45,7 @@ std::string ExportMarkdown(const Study& study);
 // A document of its own, with the charts drawn in it.
 std::string ExportHtml(const Study& study);
 
+// In a format that is text; of a document there is none here.
 std::string Export(const Study& study, ExportFormat format, const TextStyle& style = {});
 
 // --- The fields of a family, for `describe`.

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "cli/Program.h"
+#include "office/Documents.h"
 
 namespace poweranalysis {
 
@@ -53,7 +54,7 @@ class Output : public Program {
   }
 
   // Runs with standard output and standard error on a terminal of 60 columns.
-  std::string RunOnTerminal(const Arguments& arguments) {
+  std::string RunOnTerminal(const Arguments& arguments, int status = 0) {
     int master = -1;
     int slave = -1;
     winsize size{24, 60, 0, 0};
@@ -67,7 +68,7 @@ class Output : public Program {
       text.append(buffer.data(), static_cast<std::size_t>(count));
     }
     ::close(master);
-    EXPECT_EQ(0, Wait(child));
+    EXPECT_EQ(status, Wait(child));
     return text;
   }
 };
@@ -197,6 +198,33 @@ TEST_F(Output, MarkdownAndHtmlHoldTableReportAndCharts) {
   const std::string html = Run(with("html")).out;
   EXPECT_TRUE(Has(html, "<td data-value=\"527\">527</td>")) << html;
   EXPECT_TRUE(Has(html, "<svg "));
+}
+
+TEST_F(Output, DocumentsHoldTheTable) {
+  for (const auto& [format, part] :
+       {std::pair("xlsx", "xl/sharedStrings.xml"), std::pair("odt", "content.xml")}) {
+    const Result result = Run({"size", "t2", "--format", format, "-o", "study.bin"});
+    EXPECT_EQ(0, result.status) << result.err;
+    EXPECT_EQ("", result.out);
+    EXPECT_TRUE(Has(PartOf(Read("study.bin"), part), "Required N (per group)")) << format;
+    // A pipe takes it as well.
+    EXPECT_EQ(Read("study.bin"), Run({"size", "t2", "--format", format}).out) << format;
+  }
+  EXPECT_EQ(0, Run({"calc", "t", "--format", "odt", "-o", "calc.odt"}).status);
+}
+
+TEST_F(Output, DocumentsAreNotForATerminal) {
+  const std::string text = RunOnTerminal({"size", "t2", "--format", "xlsx"}, 2);
+  EXPECT_TRUE(Has(text, "name a file for it by --output FILE")) << text;
+  EXPECT_FALSE(Has(text, "PK"));
+  RunOnTerminal({"size", "t2", "--format", "odt", "-o", "-"}, 2);
+  RunOnTerminal({"size", "t2", "--format", "odt", "-o", "study.odt"});
+  EXPECT_TRUE(Exists("study.odt"));
+}
+
+TEST_F(Output, ARefusalWritesNoDocument) {
+  EXPECT_EQ(1, Run({"size", "t2", "--alpha", "0.5", "--format", "odt", "-o", "study.odt"}).status);
+  EXPECT_FALSE(Exists("study.odt"));
 }
 
 // --- Long work.

@@ -14,7 +14,7 @@ TEST(ExportFormats, AreFoundByName) {
   EXPECT_EQ(ExportFormat::Json, FindExportFormat("json"));
   EXPECT_EQ(ExportFormat::Text, FindExportFormat("text"));
   EXPECT_EQ(std::nullopt, FindExportFormat("xml"));
-  EXPECT_EQ("text, json, csv, markdown, html", ExportFormatNames());
+  EXPECT_EQ("text, json, csv, markdown, html, xlsx, odt", ExportFormatNames());
 }
 
 TEST(ExportFormats, EachHasItsOwnWriter) {
@@ -24,6 +24,9 @@ TEST(ExportFormats, EachHasItsOwnWriter) {
   EXPECT_EQ(ExportCsv(study), Export(study, ExportFormat::Csv));
   EXPECT_EQ(ExportMarkdown(study), Export(study, ExportFormat::Markdown));
   EXPECT_EQ(ExportHtml(study), Export(study, ExportFormat::Html));
+  EXPECT_FALSE(IsDocument(ExportFormat::Html));
+  EXPECT_TRUE(IsDocument(ExportFormat::Xlsx));
+  EXPECT_EQ("", Export(study, ExportFormat::Odt)) << "documents are not text";
 }
 
 TEST(ExportCsv, HoldsAllDigitsQuotesAndEmptyCells) {

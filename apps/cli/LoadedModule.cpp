@@ -1,0 +1,35 @@
+#include "cli/LoadedModule.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include "cli/ProgramFolder.h"
+
+namespace poweranalysis {
+
+void* FunctionOfModule(const char* module,
+                       const char* function,
+                       const std::string& what,
+                       std::string& error) {
+  for (const char* folder : {"../lib/", "../lib/poweranalysis/", ""}) {
+    const std::string path = ProgramFolder() + folder + module;
+    if (void* opened = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+      if (void* found = ::dlsym(opened, function)) {
+        return found;
+      }
+    }
+    if (const char* reason = ::dlerror(); reason != nullptr && ::access(path.c_str(), F_OK) == 0) {
+      error = reason;
+    }
+  }
+  if (error.empty()) {
+    error = what + " (" + module + ") is not installed";
+  }
+  return nullptr;
+}
+
+void AppendBytes(void* text, const char* bytes, std::size_t count) {
+  static_cast<std::string*>(text)->append(bytes, count);
+}
+
+}  // namespace poweranalysis
