@@ -196,6 +196,18 @@ class Result:
     def to_csv(self) -> str:
         return self._study.export("csv")
 
+    def to_xlsx(self) -> bytes:
+        """A workbook of a spreadsheet program: `Path("t2.xlsx").write_bytes(result.to_xlsx())`."""
+        from ._office import document
+
+        return document(self._study, "xlsx")
+
+    def to_odt(self) -> bytes:
+        """An OpenDocument text."""
+        from ._office import document
+
+        return document(self._study, "odt")
+
     def __float__(self) -> float:
         if len(self.answers) > 1:
             raise ValueError("the calculation gave several answers")

@@ -291,9 +291,8 @@ py::list MessagesOf(const StudyObject& object) {
 
 std::string ExportTo(const StudyObject& object, const std::string& format) {
   const auto found = FindExportFormat(format);
-  if (!found) {
-    throw py::value_error("there is no format '" + format + "'; choose from " +
-                          ExportFormatNames());
+  if (!found || IsDocument(*found)) {
+    throw py::value_error("there is no text format '" + format + "'");
   }
   TextStyle style;
   for (const Chart* chart : ChartsOf(object.study)) {

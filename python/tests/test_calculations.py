@@ -509,3 +509,23 @@ def test_control_c_is_a_keyboard_interrupt():
     os.kill(process.pid, signal.SIGINT)
     out, err = process.communicate(timeout=60)
     assert out == "interrupted\n", err
+
+
+@pytest.mark.parametrize("name", ["xlsx", "odt"])
+def test_documents_are_those_of_the_command_line(name, command_line, tmp_path):
+    result = pa.size("T2", Mu1=5, charts="n-vs-es")
+    path = tmp_path / "study"
+    subprocess.run(
+        [command_line, "size", "t2", "--mu1", "5", "--chart", "n-vs-es", "--format", name]
+        + ["-o", path],
+        check=True,
+    )
+    assert getattr(result, f"to_{name}")() == path.read_bytes()
+
+
+def test_office_libraries_load_with_the_first_document():
+    script = (
+        "import sys, poweranalysis as pa; r = pa.size('T2', Mu1=5); loaded = 'poweranalysis._office';"
+        "assert loaded not in sys.modules; assert r.to_odt()[:2] == b'PK'; assert loaded in sys.modules"
+    )
+    subprocess.run([sys.executable, "-c", script], check=True)

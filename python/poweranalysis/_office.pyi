@@ -1,0 +1,3 @@
+from ._core import Study
+
+def document(study: Study, format: str) -> bytes: ...
