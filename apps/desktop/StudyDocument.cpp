@@ -20,17 +20,10 @@ constexpr ChartSize kChartSize = {620, 430};
 
 QString Escaped(const std::string& text) { return ToText(text).toHtmlEscaped(); }
 
-// The report as it reads, apart from its study.
-std::vector<std::string> Paragraphs(const Report& report) {
-  Study study;
-  study.workbook.items.emplace_back(report);
-  return ParagraphsOf(study);
-}
-
 QString ReportHtml(const Report& report) {
   QString html;
   bool first = true;
-  for (const std::string& paragraph : Paragraphs(report)) {
+  for (const std::string& paragraph : ParagraphsOf(report)) {
     html += first ? QStringLiteral("<h3>%1</h3>").arg(Escaped(paragraph))
                   : QStringLiteral("<p style=\"margin-bottom:8px\">%1</p>").arg(Escaped(paragraph));
     first = false;

@@ -84,9 +84,7 @@ QString WriteChartSvg(const Chart& chart, const QString& path, int) {
 }
 
 QString WriteChartCsv(const Chart& chart, const QString& path, int) {
-  Study study;
-  study.workbook.items.emplace_back(chart);
-  return WriteFile(path, Bytes(ExportCsv(study)));
+  return WriteFile(path, Bytes(CsvOf(chart)));
 }
 
 ExportKind<StudyRecord> TextKind(const QString& name,

@@ -64,11 +64,10 @@ class Table:
         return f"<Table {', '.join(self.headings)!r}: {len(self.rows)} rows>"
 
     def __str__(self) -> str:
-        return _without_charts(self._study.export("text"))
+        return self._study.table_text()
 
     def _repr_html_(self) -> str:
-        html = _body(self._study.export("html"))
-        return html[: html.index("</table>") + len("</table>")]
+        return self._study.table_html().strip()
 
 
 class Chart:
@@ -226,7 +225,8 @@ class Result:
         return self._study.export("text")
 
     def _repr_html_(self) -> str:
-        return _body(self._study.export("html"))
+        # A document inside a notebook's page would bring its style along.
+        return self._study.html_body().strip()
 
 
 class Refused(Exception):
@@ -271,13 +271,3 @@ def _points(points: list[float | None]) -> NDArray[float64]:
     from numpy import array, nan
 
     return array([nan if point is None else point for point in points])
-
-
-def _body(html: str) -> str:
-    # A document inside a notebook's page would bring its style along.
-    start = html.index("<body>") + len("<body>")
-    return html[start : html.index("</body>")].strip()
-
-
-def _without_charts(text: str) -> str:
-    return text.split("\n\n")[0] + "\n"

@@ -301,6 +301,17 @@ std::string ExportTo(const StudyObject& object, const std::string& format) {
   return Export(object.study, *found, style);
 }
 
+// The table alone, as text or as HTML; nothing without a table.
+std::string TableText(const StudyObject& object) {
+  const SummaryTable* table = SummaryOf(object.study);
+  return table == nullptr ? std::string() : TextOf(*table);
+}
+
+std::string TableHtml(const StudyObject& object) {
+  const SummaryTable* table = SummaryOf(object.study);
+  return table == nullptr ? std::string() : HtmlOf(*table);
+}
+
 std::string SvgOf(const StudyObject& object, std::size_t index, bool dark) {
   return PaintSvg(LayOutChart(*ChartsOf(object.study).at(index)),
                   dark ? DarkTheme() : LightTheme());
@@ -330,6 +341,9 @@ void BindCalculations(py::module_& module) {
       .def_readonly("errors", &StudyObject::errors)
       .def_readonly("notes", &StudyObject::notes)
       .def("export", ExportTo)
+      .def("table_text", TableText)
+      .def("table_html", TableHtml)
+      .def("html_body", [](const StudyObject& self) { return HtmlBodyOf(self.study); })
       .def("svg", SvgOf);
 }
 

@@ -95,6 +95,12 @@ def test_a_notebook_shows_table_report_and_charts_without_the_style_of_a_page():
     assert table.startswith("<table>") and table.endswith("</table>")
 
 
+def test_a_table_prints_with_its_rows_and_without_the_charts():
+    text = str(pa.power("T1", charts="power-vs-n").table)
+    assert text.startswith("Power Calculation\n")
+    assert "Type I Error Rate (Alpha)" in text and "Power vs. N" not in text
+
+
 # --- What goes wrong.
 
 

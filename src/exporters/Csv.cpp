@@ -29,30 +29,41 @@ std::string Single(float value) {
   return value == FailedPoint ? std::string() : Number(ShortestDouble(value));
 }
 
+std::string Line(const std::string& first, const std::string& second) {
+  return fmt::format("{},{}\n", Quoted(first), Quoted(second));
+}
+
 }  // namespace
 
-std::string ExportCsv(const Study& study) {
-  std::string text;
-  if (const SummaryTable* table = SummaryOf(study)) {
-    text = "Title";
-    for (const std::string& column : table->columns) {
-      text += fmt::format(",{}", Quoted(column));
+std::string CsvOf(const SummaryTable& table) {
+  std::string text = "Title";
+  for (const std::string& column : table.columns) {
+    text += fmt::format(",{}", Quoted(column));
+  }
+  text += "\n";
+  for (const TableRow& row : table.rows) {
+    text += Quoted(std::string(static_cast<std::size_t>(row.indent), ' ') + ShownTitle(row));
+    for (const double value : row.values) {
+      text += fmt::format(",{}", Number(value));
     }
     text += "\n";
-    for (const TableRow& row : table->rows) {
-      text += Quoted(std::string(static_cast<std::size_t>(row.indent), ' ') + ShownTitle(row));
-      for (const double value : row.values) {
-        text += fmt::format(",{}", Number(value));
-      }
-      text += "\n";
-    }
   }
+  return text;
+}
+
+std::string CsvOf(const Chart& chart) {
+  std::string text = Line(chart.xLabel, chart.yLabel);
+  for (std::size_t i = 0; i < chart.x.size() && i < chart.y.size(); ++i) {
+    text += fmt::format("{},{}\n", Single(chart.x[i]), Single(chart.y[i]));
+  }
+  return text;
+}
+
+std::string ExportCsv(const Study& study) {
+  const SummaryTable* table = SummaryOf(study);
+  std::string text = table == nullptr ? std::string() : CsvOf(*table);
   for (const Chart* chart : ChartsOf(study)) {
-    text += fmt::format("{}{},{}\n", text.empty() ? "" : "\n", Quoted(chart->xLabel),
-                        Quoted(chart->yLabel));
-    for (std::size_t i = 0; i < chart->x.size() && i < chart->y.size(); ++i) {
-      text += fmt::format("{},{}\n", Single(chart->x[i]), Single(chart->y[i]));
-    }
+    text += (text.empty() ? "" : "\n") + CsvOf(*chart);
   }
   return text;
 }

@@ -48,6 +48,26 @@ std::string ExportHtml(const Study& study);
 // In a format that is text; of a document there is none here.
 std::string Export(const Study& study, ExportFormat format, const TextStyle& style = {});
 
+// --- One item of a study, as it stands in the study's own document.
+
+std::string TextOf(const SummaryTable& table, const TextStyle& style = {});
+std::string TextOf(const Report& report, const TextStyle& style = {});
+std::string TextOf(const Chart& chart, const TextStyle& style = {});
+
+std::string MarkdownOf(const SummaryTable& table);
+std::string MarkdownOf(const Report& report);
+std::string MarkdownOf(const Chart& chart);
+
+// For a page that has a style of its own.
+std::string HtmlOf(const SummaryTable& table);
+std::string HtmlOf(const Report& report);
+std::string HtmlOf(const Chart& chart);
+// All items and messages without the document around them.
+std::string HtmlBodyOf(const Study& study);
+
+std::string CsvOf(const SummaryTable& table);
+std::string CsvOf(const Chart& chart);
+
 // --- The fields of a family, for `describe`.
 
 struct FieldDescription {

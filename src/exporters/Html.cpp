@@ -61,9 +61,11 @@ std::string Cell(double value) {
                      FormatCell(value));
 }
 
-void WriteTable(const SummaryTable& table, std::string& text) {
-  text += fmt::format("<table>\n<caption>{}</caption>\n<thead><tr><th></th>",
-                      Joined(table.headings, "<br>"));
+}  // namespace
+
+std::string HtmlOf(const SummaryTable& table) {
+  std::string text = fmt::format("<table>\n<caption>{}</caption>\n<thead><tr><th></th>",
+                                 Joined(table.headings, "<br>"));
   for (const std::string& column : table.columns) {
     text += fmt::format("<th scope=\"col\">{}</th>", Escaped(column));
   }
@@ -79,37 +81,42 @@ void WriteTable(const SummaryTable& table, std::string& text) {
     }
     text += "</tr>\n";
   }
-  text += "</tbody>\n</table>\n";
+  return text + "</tbody>\n</table>\n";
 }
 
-// Without the declaration that only a file of its own may begin with.
-std::string InlineSvg(const Chart& chart) {
-  const std::string svg = PaintSvg(LayOutChart(chart));
-  const std::size_t start = svg.find("<svg");
-  return start == std::string::npos ? std::string() : svg.substr(start);
-}
-
-}  // namespace
-
-std::string ExportHtml(const Study& study) {
-  const SummaryTable* table = SummaryOf(study);
-  const std::string title = table != nullptr ? Joined(table->headings, ", ") : study.family;
-  std::string text =
-      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" + title +
-      "</title>\n<style>\n" + kStyle + "</style>\n</head>\n<body>\n";
-  if (table != nullptr) {
-    WriteTable(*table, text);
-  }
-  for (const std::string& paragraph : ParagraphsOf(study)) {
+std::string HtmlOf(const Report& report) {
+  std::string text;
+  for (const std::string& paragraph : ParagraphsOf(report)) {
     text += fmt::format("<p>{}</p>\n", Escaped(paragraph));
   }
+  return text;
+}
+
+std::string HtmlOf(const Chart& chart) {
+  return fmt::format("<figure>\n{}</figure>\n", PaintSvgElement(LayOutChart(chart)));
+}
+
+std::string HtmlBodyOf(const Study& study) {
+  const SummaryTable* table = SummaryOf(study);
+  std::string text = table == nullptr ? std::string() : HtmlOf(*table);
+  for (const Report* report : ReportsOf(study)) {
+    text += HtmlOf(*report);
+  }
   for (const Chart* chart : ChartsOf(study)) {
-    text += fmt::format("<figure>\n{}</figure>\n", InlineSvg(*chart));
+    text += HtmlOf(*chart);
   }
   for (const Message& message : study.messages) {
     text += fmt::format("<p role=\"alert\">{}</p>\n", Escaped(message.text));
   }
-  return text + "</body>\n</html>\n";
+  return text;
+}
+
+std::string ExportHtml(const Study& study) {
+  const SummaryTable* table = SummaryOf(study);
+  const std::string title = table != nullptr ? Joined(table->headings, ", ") : study.family;
+  return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" + title +
+         "</title>\n<style>\n" + kStyle + "</style>\n</head>\n<body>\n" + HtmlBodyOf(study) +
+         "</body>\n</html>\n";
 }
 
 }  // namespace poweranalysis

@@ -22,7 +22,10 @@ std::string Escaped(const std::string& text) {
   return escaped;
 }
 
-void WriteTable(const SummaryTable& table, std::string& text) {
+}  // namespace
+
+std::string MarkdownOf(const SummaryTable& table) {
+  std::string text;
   const char* format = "## {}\n\n";
   for (const std::string& heading : table.headings) {
     text += fmt::format(fmt::runtime(format), Escaped(heading));
@@ -48,32 +51,44 @@ void WriteTable(const SummaryTable& table, std::string& text) {
     }
     text += "\n";
   }
+  return text;
 }
 
-void WriteChart(const Chart& chart, std::string& text) {
-  text += fmt::format("\n### {}\n\n| {} | {} |\n|--:|--:|\n", Escaped(chart.titles.back()),
-                      Escaped(chart.xLabel), Escaped(chart.yLabel));
+std::string MarkdownOf(const Report& report) {
+  std::string text;
+  for (const std::string& paragraph : ParagraphsOf(report)) {
+    text += fmt::format("{}{}\n", text.empty() ? "" : "\n", Escaped(paragraph));
+  }
+  return text;
+}
+
+std::string MarkdownOf(const Chart& chart) {
+  std::string text = fmt::format("### {}\n\n| {} | {} |\n|--:|--:|\n", Escaped(chart.titles.back()),
+                                 Escaped(chart.xLabel), Escaped(chart.yLabel));
   for (std::size_t i = 0; i < chart.x.size() && i < chart.y.size(); ++i) {
     text += fmt::format("| {} | {} |\n", FormatCell(ShortestDouble(chart.x[i])),
                         chart.y[i] == FailedPoint ? "" : FormatCell(ShortestDouble(chart.y[i])));
   }
+  return text;
 }
-
-}  // namespace
 
 std::string ExportMarkdown(const Study& study) {
   std::string text;
+  const auto add = [&text](const std::string& item) {
+    // An empty line parts the items.
+    text += (text.empty() || item.empty() ? "" : "\n") + item;
+  };
   if (const SummaryTable* table = SummaryOf(study)) {
-    WriteTable(*table, text);
+    add(MarkdownOf(*table));
   }
-  for (const std::string& paragraph : ParagraphsOf(study)) {
-    text += fmt::format("\n{}\n", Escaped(paragraph));
+  for (const Report* report : ReportsOf(study)) {
+    add(MarkdownOf(*report));
   }
   for (const Chart* chart : ChartsOf(study)) {
-    WriteChart(*chart, text);
+    add(MarkdownOf(*chart));
   }
   for (const Message& message : study.messages) {
-    text += fmt::format("{}> {}\n", text.empty() ? "" : "\n", Escaped(message.text));
+    add(fmt::format("> {}\n", Escaped(message.text)));
   }
   return text;
 }

@@ -53,6 +53,17 @@ void Flow(const std::string& text, std::vector<std::string>& paragraphs, std::st
   }
 }
 
+template <class Item>
+std::vector<const Item*> ItemsOf(const Study& study) {
+  std::vector<const Item*> items;
+  for (const WorkbookItem& item : study.workbook.items) {
+    if (const auto* found = std::get_if<Item>(&item)) {
+      items.push_back(found);
+    }
+  }
+  return items;
+}
+
 }  // namespace
 
 const SummaryTable* SummaryOf(const Study& study) {
@@ -64,28 +75,33 @@ const SummaryTable* SummaryOf(const Study& study) {
   return nullptr;
 }
 
-std::vector<const Chart*> ChartsOf(const Study& study) {
-  std::vector<const Chart*> charts;
-  for (const WorkbookItem& item : study.workbook.items) {
-    if (const auto* chart = std::get_if<Chart>(&item)) {
-      charts.push_back(chart);
-    }
-  }
-  return charts;
-}
+std::vector<const Report*> ReportsOf(const Study& study) { return ItemsOf<Report>(study); }
+
+std::vector<const Chart*> ChartsOf(const Study& study) { return ItemsOf<Chart>(study); }
 
 std::vector<std::string> ParagraphsOf(const Study& study) {
   std::vector<std::string> paragraphs;
-  for (const WorkbookItem& item : study.workbook.items) {
-    if (const auto* report = std::get_if<Report>(&item)) {
-      std::string open;
-      for (const std::string& text : report->paragraphs) {
-        Flow(text, paragraphs, open);
-      }
-      AddParagraph(paragraphs, open);
-    }
+  for (const Report* report : ReportsOf(study)) {
+    const std::vector<std::string> own = ParagraphsOf(*report);
+    paragraphs.insert(paragraphs.end(), own.begin(), own.end());
   }
   return paragraphs;
+}
+
+std::vector<std::string> ParagraphsOf(const Report& report) {
+  std::vector<std::string> paragraphs;
+  std::string open;
+  for (const std::string& text : report.paragraphs) {
+    Flow(text, paragraphs, open);
+  }
+  AddParagraph(paragraphs, open);
+  return paragraphs;
+}
+
+std::string ShownMessage(const Message& message) {
+  const std::string times =
+      message.count > 1 ? " (" + std::to_string(message.count) + " times)" : std::string();
+  return message.text + times;
 }
 
 std::string ShownTitle(const TableRow& row) {

@@ -21,12 +21,17 @@ struct Study {
 
 // The summary table, or null when the calculation sent none.
 const SummaryTable* SummaryOf(const Study& study);
+std::vector<const Report*> ReportsOf(const Study& study);
 std::vector<const Chart*> ChartsOf(const Study& study);
 
 // The report as it reads: a text that begins with a line break or with a deep indent opens a
 // paragraph, any other goes on with the one before it, a blank between. No blanks stand at the
 // ends.
 std::vector<std::string> ParagraphsOf(const Study& study);
+std::vector<std::string> ParagraphsOf(const Report& report);
+
+// The text of a message, and how often it came in a row: "... (6 times)".
+std::string ShownMessage(const Message& message);
 
 // The title of a row as it shows: a separator row has none.
 std::string ShownTitle(const TableRow& row);

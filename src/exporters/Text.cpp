@@ -105,25 +105,52 @@ void WriteWrapped(const std::string& paragraph, std::size_t columns, std::string
   text += line + "\n";
 }
 
+std::size_t ColumnsOf(const TextStyle& style) {
+  constexpr int kNarrowest = 20;
+  return static_cast<std::size_t>(std::max(style.columns, kNarrowest));
+}
+
+// An empty line parts the items.
+void AddItem(const std::string& item, std::string& text) {
+  if (!item.empty()) {
+    text += (text.empty() ? "" : "\n") + item;
+  }
+}
+
 }  // namespace
 
+std::string TextOf(const SummaryTable& table, const TextStyle& style) {
+  std::string text;
+  WriteHeadings(table, style.emphasis, text);
+  WriteRows(table, text);
+  return text;
+}
+
+std::string TextOf(const Report& report, const TextStyle& style) {
+  std::string text;
+  for (const std::string& paragraph : ParagraphsOf(report)) {
+    text += text.empty() ? "" : "\n";
+    WriteWrapped(paragraph, ColumnsOf(style), text);
+  }
+  return text;
+}
+
+std::string TextOf(const Chart& chart, const TextStyle& style) {
+  return PaintTerminal(chart, {static_cast<int>(ColumnsOf(style)), TerminalSize{}.rows});
+}
+
 std::string ExportText(const Study& study, const TextStyle& style) {
-  constexpr int kNarrowest = 20;
   std::string text;
   if (const SummaryTable* table = SummaryOf(study)) {
-    WriteHeadings(*table, style.emphasis, text);
-    WriteRows(*table, text);
+    text = TextOf(*table, style);
   }
-  const auto columns = static_cast<std::size_t>(std::max(style.columns, kNarrowest));
-  for (const std::string& paragraph : ParagraphsOf(study)) {
-    text += text.empty() ? "" : "\n";
-    WriteWrapped(paragraph, columns, text);
+  for (const Report* report : ReportsOf(study)) {
+    AddItem(TextOf(*report, style), text);
   }
   for (const std::string& name : style.charts) {
     for (const Chart* chart : ChartsOf(study)) {
       if (chart->name == name) {
-        text += text.empty() ? "" : "\n";
-        text += PaintTerminal(*chart, {static_cast<int>(columns), TerminalSize{}.rows});
+        AddItem(TextOf(*chart, style), text);
       }
     }
   }

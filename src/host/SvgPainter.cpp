@@ -119,14 +119,16 @@ struct Painter {
 }  // namespace
 
 std::string PaintSvg(const DisplayList& list, const ChartTheme& theme) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + PaintSvgElement(list, theme);
+}
+
+std::string PaintSvgElement(const DisplayList& list, const ChartTheme& theme) {
   Painter painter{theme, {}};
-  painter.svg =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\"" +
-      Attribute("width", list.width) + Attribute("height", list.height) + " viewBox=\"0 0 " +
-      Number(list.width) + " " + Number(list.height) +
-      "\" font-family=\"'DejaVu Sans', Verdana, Arial, sans-serif\">\n<title>" +
-      Escaped(list.title) + "</title>\n<desc>" + Escaped(list.description) + "</desc>\n";
+  painter.svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\"" +
+                Attribute("width", list.width) + Attribute("height", list.height) +
+                " viewBox=\"0 0 " + Number(list.width) + " " + Number(list.height) +
+                "\" font-family=\"'DejaVu Sans', Verdana, Arial, sans-serif\">\n<title>" +
+                Escaped(list.title) + "</title>\n<desc>" + Escaped(list.description) + "</desc>\n";
   for (const DisplayItem& item : list.items) {
     std::visit(painter, item);
   }

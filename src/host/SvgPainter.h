@@ -10,4 +10,8 @@ namespace poweranalysis {
 // list gives the same bytes.
 std::string PaintSvg(const DisplayList& list, const ChartTheme& theme = LightTheme());
 
+// The same as an element of a page, without the declaration that only a file of its own may begin
+// with.
+std::string PaintSvgElement(const DisplayList& list, const ChartTheme& theme = LightTheme());
+
 }  // namespace poweranalysis

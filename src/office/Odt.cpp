@@ -216,9 +216,7 @@ void AddItem(const SummaryTable& table, Document& document) {
 }
 
 void AddItem(const Report& report, Document& document) {
-  Study study;
-  study.workbook.items.emplace_back(report);
-  for (const std::string& paragraph : ParagraphsOf(study)) {
+  for (const std::string& paragraph : ParagraphsOf(report)) {
     document.content += Paragraph("Standard", paragraph);
   }
 }

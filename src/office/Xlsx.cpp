@@ -316,9 +316,7 @@ class Sheet {
   }
 
   void WriteItem(const Report& report) {
-    Study study;
-    study.workbook.items.emplace_back(report);
-    for (const std::string& paragraph : ParagraphsOf(study)) {
+    for (const std::string& paragraph : ParagraphsOf(report)) {
       Paragraph(paragraph);
     }
   }

@@ -104,6 +104,22 @@ TEST(ExportHtml, EscapesTextsAndCarriesAllDigits) {
   EXPECT_TRUE(Has(html, "<p role=\"alert\">First.\nSecond &lt;b&gt;.</p>"));
 }
 
+TEST(Items, StandInTheStudysDocumentAsTheyStandAlone) {
+  const Study study = SampleStudy();
+  const SummaryTable& table = *SummaryOf(study);
+  const Report& report = *ReportsOf(study).front();
+  const Chart& chart = *ChartsOf(study).front();
+  EXPECT_TRUE(Has(ExportHtml(study), HtmlOf(table) + HtmlOf(report) + HtmlOf(chart)));
+  EXPECT_TRUE(Has(ExportHtml(study), "<body>\n" + HtmlBodyOf(study) + "</body>"));
+  EXPECT_EQ(0U, HtmlOf(table).find("<table>"));
+  EXPECT_EQ(0U, HtmlOf(chart).find("<figure>\n<svg "));
+  EXPECT_TRUE(Has(ExportMarkdown(study),
+                  MarkdownOf(table) + "\n" + MarkdownOf(report) + "\n" + MarkdownOf(chart)));
+  EXPECT_EQ(ExportText(study, {80, false, {"power-vs-n"}}),
+            TextOf(table) + "\n" + TextOf(report) + "\n" + TextOf(chart));
+  EXPECT_EQ(ExportCsv(study), CsvOf(table) + "\n" + CsvOf(chart));
+}
+
 TEST(ExportHtml, DrawsChartsInTheDocument) {
   const std::string html = ExportHtml(SampleStudy());
   EXPECT_TRUE(Has(html, "<figure>\n<svg "));
