@@ -1,5 +1,6 @@
 #include "host/AtomicFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,6 +8,10 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <ctime>
+#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -147,6 +152,47 @@ int FollowLinks(std::string& path) {
 
 namespace {
 
+// The process that a temporary file's name tells of; 0 for any other name.
+pid_t WriterOf(std::string_view name) {
+  constexpr std::string_view kStart = ".saving-";
+  constexpr std::string_view kEnd = ".tmp";
+  if (name.size() <= kStart.size() + kEnd.size() || name.substr(0, kStart.size()) != kStart ||
+      name.substr(name.size() - kEnd.size()) != kEnd) {
+    return 0;
+  }
+  pid_t writer = 0;
+  const auto [end, error] =
+      std::from_chars(name.data() + kStart.size(), name.data() + name.size(), writer);
+  return error == std::errc{} && *end == '-' && writer > 0 ? writer : 0;
+}
+
+// A day without a change, by a process that is no more. Of a folder that machines share, the
+// process may run on another: none writes a file for a day.
+bool IsOrphan(int folder, const char* name) {
+  constexpr std::time_t kDay = 24 * 60 * 60;
+  const pid_t writer = WriterOf(name);
+  struct stat status = {};
+  return writer != 0 && fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+         S_ISREG(status.st_mode) && std::time(nullptr) - status.st_mtime > kDay &&
+         kill(writer, 0) != 0 && errno == ESRCH;
+}
+
+// Removes what writers that were killed left behind. Whatever goes wrong, the files stay.
+void SweepOrphans(int folder) {
+  const int again = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(again < 0 ? nullptr : fdopendir(again),
+                                                    closedir);
+  while (entries != nullptr) {
+    const dirent* entry = readdir(entries.get());
+    if (entry == nullptr) {
+      return;
+    }
+    if (IsOrphan(folder, entry->d_name)) {
+      unlinkat(folder, entry->d_name, 0);
+    }
+  }
+}
+
 // Opens a new file of a name that no other writer has, and says which; -1 and errno on failure.
 // The name is short, for the file's own may already be as long as names can be.
 int CreateTemporary(int folder, mode_t mode, std::string& name) {
@@ -219,6 +265,7 @@ int ReplaceFile(int folder, const std::string& name, std::string_view text) {
   if (existed && faccessat(folder, name.c_str(), W_OK, AT_EACCESS) != 0) {
     return errno;
   }
+  SweepOrphans(folder);
   std::string temporary;
   // A new file gets the permissions that the user's umask leaves; another stays private until it
   // has those of the old one.

@@ -25,7 +25,8 @@ FileBytes ReadFile(const std::string& path, std::size_t limit);
 
 // Writes a temporary file in the same folder, with the permissions and where possible the owner of
 // the old file, brings it to the disk and renames it over the old one. When anything fails the old
-// file is whole and no temporary file remains. A file that the user has write-protected is never
+// file is whole and no temporary file remains; those that killed programs left in the folder a day
+// ago or more are removed. A file that the user has write-protected is never
 // replaced. Returns an error number, 0 when all is well.
 int ReplaceFile(int folder, const std::string& name, std::string_view text);
 

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -41,6 +43,36 @@ TEST_F(AtomicFiles, AreReadAsTheyWereSaved) {
   EXPECT_EQ("", read.problem);
   EXPECT_EQ(bytes, read.text);
   EXPECT_EQ(1, FilesThere());
+}
+
+// The number of a process that has ended.
+std::string EndedProcess() {
+  const pid_t child = fork();
+  if (child == 0) {
+    _exit(0);
+  }
+  waitpid(child, nullptr, 0);
+  return std::to_string(child);
+}
+
+TEST_F(AtomicFiles, SweepWhatKilledWritersLeftADayAgo) {
+  const std::string ended = EndedProcess();
+  const std::string running = std::to_string(getppid());
+  const auto put = [this](const std::string& name, bool old) {
+    std::ofstream(Path(name)) << "half";
+    if (old) {
+      std::filesystem::last_write_time(
+          Path(name), std::filesystem::file_time_type::clock::now() - std::chrono::hours(25));
+    }
+  };
+  put(".saving-" + ended + "-0.tmp", true);
+  put(".saving-" + ended + "-1.tmp", false);
+  put(".saving-" + running + "-0.tmp", true);
+  put(".saving-notes.tmp", true);
+  put("saving-" + ended + "-0.tmp", true);
+  EXPECT_EQ("", SaveFile(Path("file"), "new"));
+  EXPECT_FALSE(std::filesystem::exists(Path(".saving-" + ended + "-0.tmp")));
+  EXPECT_EQ(5, FilesThere()) << "a young one, one of a running program, and what others named stay";
 }
 
 TEST_F(AtomicFiles, ThatAreMissingAreNoProblem) {
