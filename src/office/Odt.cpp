@@ -120,9 +120,10 @@ std::string StylesXml() {
       {"Heading_20_2",
        "fo:margin-top=\"0.4cm\" fo:margin-bottom=\"0.2cm\" fo:keep-with-next=\"always\"",
        "fo:font-size=\"12pt\" fo:font-weight=\"bold\""},
-      {"Detail", "", "fo:color=\"#555555\" fo:font-size=\"9pt\""},
+      {"Detail", "fo:keep-with-next=\"always\"", "fo:color=\"#555555\" fo:font-size=\"9pt\""},
       {"Caption", "fo:margin-top=\"0cm\" fo:margin-bottom=\"0.05cm\" fo:keep-with-next=\"always\"",
        "fo:font-weight=\"bold\""},
+      {"ReportTitle", "fo:keep-with-next=\"always\"", "fo:font-weight=\"bold\""},
       {"Column", "fo:text-align=\"end\" fo:margin-top=\"0cm\" fo:margin-bottom=\"0cm\"",
        "fo:font-weight=\"bold\""},
       {"Value", "fo:text-align=\"end\" fo:margin-top=\"0cm\" fo:margin-bottom=\"0cm\"", ""},
@@ -216,8 +217,11 @@ void AddItem(const SummaryTable& table, Document& document) {
 }
 
 void AddItem(const Report& report, Document& document) {
+  // A report begins with its title.
+  const char* style = "ReportTitle";
   for (const std::string& paragraph : ParagraphsOf(report)) {
-    document.content += Paragraph("Standard", paragraph);
+    document.content += Paragraph(style, paragraph);
+    style = "Standard";
   }
 }
 
@@ -268,7 +272,7 @@ void AddStudy(const WorkbookStudy& study, Document& document) {
     std::visit([&document](const auto& item) { AddItem(item, document); }, items[i]);
   }
   for (const Message& message : study.study.messages) {
-    document.content += Paragraph("Standard", message.text);
+    document.content += Paragraph("Standard", ShownMessage(message));
   }
   for (const std::string& note : study.notes) {
     document.content += Paragraph("Standard", note);

@@ -5,6 +5,7 @@
 #include <clocale>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -197,10 +198,59 @@ void AddFormats(Book& book) {
   book.heading = add(true);
   book.column = add(true);
   format_set_align(book.column, LXW_ALIGN_RIGHT);
+  format_set_text_wrap(book.column);
   format_set_bottom(book.column, LXW_BORDER_THIN);
   book.paragraph = add(false);
   format_set_text_wrap(book.paragraph);
   format_set_align(book.paragraph, LXW_ALIGN_VERTICAL_TOP);
+}
+
+// --- The axes of charts
+
+struct AxisSteps {
+  double min = 0;
+  double step = 0;     // 0: left to the reader's program
+  std::string format;  // of the numbers at the ticks
+};
+
+std::size_t DecimalsOf(const std::vector<Tick>& ticks) {
+  std::size_t most = 0;
+  for (const Tick& tick : ticks) {
+    const std::size_t point = tick.label.find('.');
+    most = std::max(most, point == std::string::npos ? 0 : tick.label.size() - point - 1);
+  }
+  return most;
+}
+
+// Rounded to its decimals, so that a step of 0.1 has no digits that only its computing gave it.
+double Rounded(double value, std::size_t decimals) {
+  double read = value;
+  const std::string text = FormatFixed(value, static_cast<int>(decimals));
+  std::from_chars(text.data(), text.data() + text.size(), read);
+  return read;
+}
+
+// The steps of the chart's own ticks. An axis that begins between two ticks begins at the first of
+// them, or a step before it where data lie there.
+AxisSteps StepsOf(const std::vector<Tick>& ticks,
+                  const Axis& scale,
+                  const std::vector<float>& data) {
+  const bool plain = std::all_of(ticks.begin(), ticks.end(), [](const Tick& tick) {
+    return tick.label.find('e') == std::string::npos;
+  });
+  if (ticks.size() < 2 || !plain) {
+    return {ShortestDouble(scale.min), 0, {}};
+  }
+  const std::size_t decimals = DecimalsOf(ticks);
+  AxisSteps steps;
+  steps.step = Rounded(ticks[1].position - ticks[0].position, decimals);
+  steps.min = Rounded(ticks[0].position, decimals);
+  const bool below = std::any_of(data.begin(), data.end(), [&](float value) {
+    return value != FailedPoint && ShortestDouble(value) < steps.min;
+  });
+  steps.min = below ? Rounded(steps.min - steps.step, decimals) : steps.min;
+  steps.format = decimals == 0 ? "0" : "0." + std::string(decimals, '0');
+  return steps;
 }
 
 // One sheet, written from the top to the bottom.
@@ -213,8 +263,6 @@ class Sheet {
       book.Check(LXW_ERROR_SHEETNAME_ALREADY_USED);
       return;
     }
-    constexpr double kTitleWidth = 44;
-    constexpr double kValueWidth = 14;
     book.Check(worksheet_set_column(sheet_, 0, 0, kTitleWidth, nullptr));
     book.Check(worksheet_set_column(sheet_, 1, kLastColumn, kValueWidth, nullptr));
     worksheet_fit_to_pages(sheet_, 1, 0);  // on paper as wide as a page
@@ -239,7 +287,7 @@ class Sheet {
       ++row_;
     }
     for (const Message& message : study.study.messages) {
-      Paragraph(message.text);
+      Paragraph(ShownMessage(message));
     }
     for (const std::string& note : study.notes) {
       Paragraph(note);
@@ -248,6 +296,9 @@ class Sheet {
 
  private:
   static constexpr lxw_col_t kLastColumn = 7;
+  static constexpr double kTitleWidth = 44;
+  static constexpr double kValueWidth = 14;
+  static constexpr double kLineHeight = 15;
 
   void Text(lxw_col_t column, const std::string& text, lxw_format* format) {
     constexpr std::size_t kMostUnits = 32767;
@@ -265,7 +316,6 @@ class Sheet {
   // find its height itself.
   void Paragraph(const std::string& text) {
     constexpr std::size_t kCharacters = 130;
-    constexpr double kLineHeight = 15;
     constexpr double kMostHeight = 409;
     const auto breaks = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
     const std::size_t lines = 1 + breaks + TextLength(text) / kCharacters;
@@ -302,10 +352,7 @@ class Sheet {
     for (const std::string& heading : table.headings) {
       Line(heading, book_.heading);
     }
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      Text(Column(i + 1), table.columns[i], book_.column);
-    }
-    ++row_;
+    ColumnTitles(table.columns, 1);
     for (const TableRow& row : table.rows) {
       Text(0, ShownTitle(row), book_.Indent(row.indent));
       for (std::size_t i = 0; i < row.values.size(); ++i) {
@@ -334,9 +381,7 @@ class Sheet {
       }
     }
     const lxw_row_t top = row_;
-    Text(0, chart.xLabel, book_.column);
-    Text(1, chart.yLabel, book_.column);
-    ++row_;
+    ColumnTitles({chart.xLabel, chart.yLabel}, 0);
     const std::size_t count = std::min(chart.x.size(), chart.y.size());
     for (std::size_t i = 0; i < count; ++i, ++row_) {
       Point(0, chart.x[i]);
@@ -364,8 +409,8 @@ class Sheet {
     chart_title_set_name_font(drawn, &font);
     chart_legend_set_position(drawn, LXW_CHART_LEGEND_NONE);
     chart_show_blanks_as(drawn, LXW_CHART_BLANKS_AS_GAP);
-    SetAxis(drawn->x_axis, chart.xLabel, chart.xAxis);
-    SetAxis(drawn->y_axis, chart.yLabel, chart.yAxis);
+    SetAxis(drawn->x_axis, chart.xLabel, chart.xAxis, AxisTicks(chart.xAxis, kMostTicks), chart.x);
+    SetAxis(drawn->y_axis, chart.yLabel, chart.yAxis, YAxisTicks(chart, kMostTicks), chart.y);
     constexpr double kScale = 1.3;
     lxw_chart_options options = {};
     options.x_scale = kScale;
@@ -387,18 +432,50 @@ class Sheet {
     set(name.c_str());
   }
 
-  static void SetAxis(lxw_chart_axis* axis, const std::string& label, const Axis& scale) {
+  static constexpr int kMostTicks = 10;
+
+  // The ticks of the format stand at the minimum and every step from there.
+  static void SetAxis(lxw_chart_axis* axis,
+                      const std::string& label,
+                      const Axis& scale,
+                      const std::vector<Tick>& ticks,
+                      const std::vector<float>& data) {
     SetName(label, [axis](const char* text) { chart_axis_set_name(axis, text); });
-    if (std::isfinite(scale.min) && std::isfinite(scale.max) && scale.min < scale.max) {
-      chart_axis_set_min(axis, ShortestDouble(scale.min));
-      chart_axis_set_max(axis, ShortestDouble(scale.max));
-      chart_axis_set_crossing_min(axis);
+    if (!std::isfinite(scale.min) || !std::isfinite(scale.max) || scale.min >= scale.max) {
+      return;
+    }
+    const AxisSteps steps = StepsOf(ticks, scale, data);
+    chart_axis_set_min(axis, steps.min);
+    chart_axis_set_max(axis, ShortestDouble(scale.max));
+    chart_axis_set_crossing_min(axis);
+    if (steps.step > 0) {
+      chart_axis_set_major_unit(axis, steps.step);
+      chart_axis_set_num_format(axis, steps.format.c_str());
     }
   }
 
   // Columns beyond the format's last give an error there.
   static lxw_col_t Column(std::size_t index) {
     return static_cast<lxw_col_t>(std::min<std::size_t>(index, LXW_COL_MAX));
+  }
+
+  // The titles of columns, in a row as high as the longest takes.
+  void ColumnTitles(const std::vector<std::string>& titles, std::size_t first) {
+    std::size_t lines = 1;
+    for (std::size_t i = 0; i < titles.size(); ++i) {
+      const double width = first + i == 0 ? kTitleWidth : kValueWidth;
+      lines = std::max(lines, LinesOf(titles[i], static_cast<std::size_t>(width)));
+      Text(Column(first + i), titles[i], book_.column);
+    }
+    book_.Check(worksheet_set_row(sheet_, row_, kLineHeight * static_cast<double>(lines), nullptr));
+    ++row_;
+  }
+
+  static std::size_t LinesOf(const std::string& text, std::size_t characters) {
+    const auto fits = [characters](const std::string& line) {
+      return TextLength(line) <= characters;
+    };
+    return std::max<std::size_t>(1, WrapText(text, fits).size());
   }
 
   Book& book_;

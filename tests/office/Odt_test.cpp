@@ -53,7 +53,7 @@ TEST(ExportOdt, EscapesTextsAndKeepsTheirBlanks) {
   EXPECT_THAT(content, HasSubstr("Power &lt;of&gt; a test</text:h>"));
   EXPECT_THAT(content, HasSubstr("H0: <text:s/>&quot;x&quot; = y"));
   EXPECT_THAT(content, HasSubstr("goes on <text:s/>at length."));
-  EXPECT_THAT(content, HasSubstr("First.<text:line-break/>Second &lt;b&gt;."));
+  EXPECT_THAT(content, HasSubstr("First.<text:line-break/>Second &lt;b&gt;. (2 times)"));
   EXPECT_THAT(content, HasSubstr("Power at N + 1: 0.9"));
   EXPECT_THAT(content, Not(HasSubstr("\x01")));
 }
@@ -80,6 +80,28 @@ TEST(ExportOdt, DefinesEveryStyleThatItUses) {
     EXPECT_THAT(styles, HasSubstr("style:name=\"" + name + "\""));
   }
   EXPECT_GT(uses, 50);
+}
+
+// The style of the paragraph or heading that holds a text.
+std::string StyleOf(const std::string& content, const std::string& text) {
+  const std::string use = "text:style-name=\"";
+  const std::size_t begin = content.rfind(use, content.find(text)) + use.size();
+  return content.substr(begin, content.find('"', begin) - begin);
+}
+
+TEST(ExportOdt, KeepsWhatHeadsSomethingOnItsPage) {
+  const std::string document = ExportOdt(SampleStudies());
+  const std::string content = PartOf(document, "content.xml");
+  const std::string styles = PartOf(document, "styles.xml");
+  // The study's name, its date, the name and the headings of a table, the title of a report.
+  for (const char* text : {"Power &lt;of&gt; a test", "2024-05-17T09:30:00", "The table",
+                           "A &lt;Test&gt;", "Title -- here"}) {
+    const std::size_t style = styles.find("style:name=\"" + StyleOf(content, text) + "\"");
+    const std::string definition =
+        styles.substr(style, styles.find("</style:style>", style) - style);
+    EXPECT_THAT(definition, HasSubstr("fo:keep-with-next=\"always\"")) << text;
+  }
+  EXPECT_EQ("Standard", StyleOf(content, "One goal of"));
 }
 
 TEST(ExportOdt, GivesTheSameStudiesTheSameBytes) {

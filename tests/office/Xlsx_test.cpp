@@ -95,6 +95,42 @@ TEST(ExportXlsx, DrawsAChartFromItsDataWithAGapForAFailedPoint) {
   EXPECT_THAT(sheet, Not(HasSubstr("9999")));
 }
 
+std::vector<WorkbookStudy> StudyOfChart(const Chart& chart) {
+  WorkbookStudy study;
+  study.study.workbook.items.emplace_back(chart);
+  return {study};
+}
+
+TEST(ExportXlsx, ChartsHaveTheStepsAndNumbersOfTheirOwnTicks) {
+  Chart chart = SampleChart();
+  chart.y = {0.87F, 0.9F, 0.93F};
+  chart.yAxis = {0.85F, 0.95F, 0.02F};  // begins half a step before its first tick
+  std::string xml = PartOf(Exported(StudyOfChart(chart)), "xl/charts/chart1.xml");
+  EXPECT_THAT(xml, HasSubstr("<c:min val=\"0.86\"/>"));
+  EXPECT_THAT(xml, HasSubstr("<c:majorUnit val=\"0.02\"/>"));
+  EXPECT_THAT(xml, HasSubstr("<c:numFmt formatCode=\"0.00\" sourceLinked=\"0\"/>"));
+  // The other axis counts whole numbers.
+  EXPECT_THAT(xml, HasSubstr("<c:majorUnit val=\"5\"/>"));
+  EXPECT_THAT(xml, HasSubstr("<c:numFmt formatCode=\"0\" sourceLinked=\"0\"/>"));
+  chart.y[0] = 0.855F;  // no point is cut off
+  xml = PartOf(Exported(StudyOfChart(chart)), "xl/charts/chart1.xml");
+  EXPECT_THAT(xml, HasSubstr("<c:min val=\"0.84\"/>"));
+}
+
+TEST(ExportXlsx, ColumnTitlesWrapInARowAsHighAsTheyTake) {
+  Chart chart = SampleChart();
+  chart.yLabel = "Required Sample Size of a Group";
+  const std::string document = Exported(StudyOfChart(chart));
+  EXPECT_THAT(PartOf(document, "xl/styles.xml"),
+              HasSubstr("<alignment horizontal=\"right\" wrapText=\"1\"/>"));
+  EXPECT_THAT(PartOf(document, "xl/worksheets/sheet1.xml"), HasSubstr("ht=\"45\""));
+}
+
+TEST(ExportXlsx, SaysHowOftenAMessageCame) {
+  EXPECT_THAT(PartOf(Exported(SampleStudies()), "xl/sharedStrings.xml"),
+              HasSubstr("Second &lt;b&gt;. (2 times)"));
+}
+
 TEST(ExportXlsx, GivesTheSameStudiesTheSameBytes) {
   const std::string document = Exported(SampleStudies());
   EXPECT_EQ(document, Exported(SampleStudies()));
