@@ -51,8 +51,8 @@ QString NoteHtml(const std::vector<QString>& note) {
 QString MessagesHtml(const std::vector<Message>& messages) {
   QString html;
   for (const Message& message : messages) {
-    html +=
-        QStringLiteral("<p><b>%1</b> %2</p>").arg(QObject::tr("Message:"), Escaped(message.text));
+    html += QStringLiteral("<p><b>%1</b> %2</p>")
+                .arg(QObject::tr("Message:"), Escaped(ShownMessage(message)));
   }
   return html;
 }

@@ -61,9 +61,19 @@ std::string CsvOf(const Chart& chart) {
 
 std::string ExportCsv(const Study& study) {
   const SummaryTable* table = SummaryOf(study);
-  std::string text = table == nullptr ? std::string() : CsvOf(*table);
+  return table == nullptr ? std::string() : CsvOf(*table);
+}
+
+std::string ExportFullCsv(const Study& study) {
+  std::string text;
+  if (const SummaryTable* table = SummaryOf(study)) {
+    for (const std::string& heading : table->headings) {
+      text += Line("Heading", heading);
+    }
+    text += CsvOf(*table);
+  }
   for (const Chart* chart : ChartsOf(study)) {
-    text += (text.empty() ? "" : "\n") + CsvOf(*chart);
+    text += (text.empty() ? "" : "\n") + Line("Chart", chart->name) + CsvOf(*chart);
   }
   return text;
 }

@@ -36,9 +36,10 @@ std::string ExportText(const Study& study, const TextStyle& style = {});
 // Version 1 of the contract in docs/json.md, with a line feed at its end.
 std::string ExportJson(const Study& study);
 
-// The table with all digits, and each chart's points as a further block after an empty line (RFC
-// 4180 quoting, line feeds).
+// The table with all digits (RFC 4180 quoting, line feeds).
 std::string ExportCsv(const Study& study);
+// The same with the headings before it, and each chart as a further table after an empty line.
+std::string ExportFullCsv(const Study& study);
 
 std::string ExportMarkdown(const Study& study);
 

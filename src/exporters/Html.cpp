@@ -106,7 +106,7 @@ std::string HtmlBodyOf(const Study& study) {
     text += HtmlOf(*chart);
   }
   for (const Message& message : study.messages) {
-    text += fmt::format("<p role=\"alert\">{}</p>\n", Escaped(message.text));
+    text += fmt::format("<p role=\"alert\">{}</p>\n", Escaped(ShownMessage(message)));
   }
   return text;
 }

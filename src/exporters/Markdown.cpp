@@ -88,7 +88,7 @@ std::string ExportMarkdown(const Study& study) {
     add(MarkdownOf(*chart));
   }
   for (const Message& message : study.messages) {
-    add(fmt::format("> {}\n", Escaped(message.text)));
+    add(fmt::format("> {}\n", Escaped(ShownMessage(message))));
   }
   return text;
 }

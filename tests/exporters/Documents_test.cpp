@@ -38,13 +38,23 @@ TEST(ExportCsv, HoldsAllDigitsQuotesAndEmptyCells) {
       "  P\u00B2:,\n"
       "\"    Lower, Limit\",0.30000000000000004\n"
       "    Tiny,1.5e-07\n"
-      "Power,0.16050415233243398\n"
-      "\n"
-      "Group Sample Size (N),Power\n"
-      "10,0.3\n"
-      "20,\n"
-      "30,0.7\n",
+      "Power,0.16050415233243398\n",
       ExportCsv(SampleStudy()));
+}
+
+TEST(ExportFullCsv, PutsHeadingsBeforeTheTableAndChartsBehindIt) {
+  EXPECT_EQ(
+      "Heading,Power Calculation\n"
+      "Heading,A <Test>\n"
+      "Heading,\"H0:  \"\"x\"\" = y\"\n" +
+          ExportCsv(SampleStudy()) +
+          "\n"
+          "Chart,power-vs-n\n"
+          "Group Sample Size (N),Power\n"
+          "10,0.3\n"
+          "20,\n"
+          "30,0.7\n",
+      ExportFullCsv(SampleStudy()));
 }
 
 TEST(ExportCsv, DoublesQuotes) {
@@ -88,7 +98,7 @@ TEST(ExportMarkdown, HoldsTableReportPointsAndMessages) {
       "| 20 |  |\n"
       "| 30 | 0.7 |\n"
       "\n"
-      "> First.  Second \\<b\\>.\n",
+      "> First.  Second \\<b\\>. (2 times)\n",
       ExportMarkdown(SampleStudy()));
 }
 
@@ -101,7 +111,7 @@ TEST(ExportHtml, EscapesTextsAndCarriesAllDigits) {
   EXPECT_TRUE(Has(html, "<th scope=\"row\" style=\"padding-left: 4ch\">Tiny</th>"));
   EXPECT_TRUE(Has(html, "<tr><th scope=\"row\"></th><td></td></tr>"));
   EXPECT_TRUE(Has(html, "<p>Title -- here</p>"));
-  EXPECT_TRUE(Has(html, "<p role=\"alert\">First.\nSecond &lt;b&gt;.</p>"));
+  EXPECT_TRUE(Has(html, "<p role=\"alert\">First.\nSecond &lt;b&gt;. (2 times)</p>"));
 }
 
 TEST(Items, StandInTheStudysDocumentAsTheyStandAlone) {
@@ -117,7 +127,7 @@ TEST(Items, StandInTheStudysDocumentAsTheyStandAlone) {
                   MarkdownOf(table) + "\n" + MarkdownOf(report) + "\n" + MarkdownOf(chart)));
   EXPECT_EQ(ExportText(study, {80, false, {"power-vs-n"}}),
             TextOf(table) + "\n" + TextOf(report) + "\n" + TextOf(chart));
-  EXPECT_EQ(ExportCsv(study), CsvOf(table) + "\n" + CsvOf(chart));
+  EXPECT_TRUE(Has(ExportFullCsv(study), CsvOf(table) + "\nChart,power-vs-n\n" + CsvOf(chart)));
 }
 
 TEST(ExportHtml, DrawsChartsInTheDocument) {
