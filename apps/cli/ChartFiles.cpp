@@ -45,23 +45,43 @@ std::string Numbered(const std::string& file, std::size_t index) {
                     : fmt::format("{}-{}{}", file.substr(0, dot), index + 1, file.substr(dot));
 }
 
-void WriteChart(const Chart& chart, const std::string& file, std::vector<std::string>& errors) {
+// The files of one run: what comes of the charts, and which were written.
+struct ChartFiles {
+  std::vector<std::string> written;
+  std::vector<std::string> errors;
+};
+
+// The further charts of one button go under names that nobody typed.
+bool WasWritten(const std::string& file, const ChartFiles& files) {
+  return std::any_of(files.written.begin(), files.written.end(),
+                     [&file](const std::string& other) { return LeadsToOneFile(file, other); });
+}
+
+void WriteChart(const Chart& chart, const std::string& file, ChartFiles& files) {
+  if (WasWritten(file, files)) {
+    files.errors.push_back(
+        fmt::format("cannot write the chart '{}': another chart of this run has the name", file));
+    return;
+  }
   const Picture picture = FormatOf(file)->paint(LayOutChart(chart));
   const std::string error = picture.error.empty() ? WriteFile(file, picture.bytes) : picture.error;
   if (!error.empty()) {
-    errors.push_back(fmt::format("cannot write the chart '{}': {}", file, error));
+    files.errors.push_back(fmt::format("cannot write the chart '{}': {}", file, error));
+    return;
   }
+  files.written.push_back(file);
 }
 
-void WriteFolder(const Study& study, const std::string& folder, std::vector<std::string>& errors) {
+void WriteFolder(const Study& study, const std::string& folder, ChartFiles& files) {
   constexpr mode_t kForAll = 0777;
   if (::mkdir(folder.c_str(), kForAll) != 0 && errno != EEXIST) {
-    errors.push_back(fmt::format("cannot make the folder '{}': {}", folder, std::strerror(errno)));
+    files.errors.push_back(
+        fmt::format("cannot make the folder '{}': {}", folder, std::strerror(errno)));
     return;
   }
   std::map<std::string, std::size_t> drawn;
   for (const Chart* chart : ChartsOf(study)) {
-    WriteChart(*chart, Numbered(folder + "/" + chart->name + ".svg", drawn[chart->name]++), errors);
+    WriteChart(*chart, Numbered(folder + "/" + chart->name + ".svg", drawn[chart->name]++), files);
   }
 }
 
@@ -82,23 +102,23 @@ void CheckChartFile(const std::string& file) {
 }
 
 std::vector<std::string> WriteChartFiles(const Study& study, const std::vector<ChartWish>& wishes) {
-  std::vector<std::string> errors;
+  ChartFiles files;
   for (const ChartWish& wish : wishes) {
     if (wish.file.empty()) {
       continue;
     }
     if (wish.name == AllCharts) {
-      WriteFolder(study, wish.file, errors);
+      WriteFolder(study, wish.file, files);
       continue;
     }
     std::size_t index = 0;
     for (const Chart* chart : ChartsOf(study)) {
       if (chart->name == wish.name) {
-        WriteChart(*chart, Numbered(wish.file, index++), errors);
+        WriteChart(*chart, Numbered(wish.file, index++), files);
       }
     }
   }
-  return errors;
+  return files.errors;
 }
 
 }  // namespace poweranalysis

@@ -9,6 +9,7 @@
 #include "cli/Calc.h"
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
+#include "cli/Output.h"
 #include "cli/Run.h"
 #include "host/ChartLayout.h"
 #include "host/ConfigFolder.h"
@@ -55,7 +56,7 @@ struct GeneralOption {
   enum { All, Tests, Calculators } of = All;
 };
 
-constexpr std::array<GeneralOption, 10> kGeneralOptions = {{
+constexpr std::array<GeneralOption, 11> kGeneralOptions = {{
     {"--unknown", "NAME", "What to compute", GeneralOption::Calculators},
     {"--one-minus-p", nullptr, "The probability is 1 - p, given and answered",
      GeneralOption::Calculators},
@@ -66,6 +67,7 @@ constexpr std::array<GeneralOption, 10> kGeneralOptions = {{
     {"--save-defaults", nullptr, "Make the settings of the run the defaults of later runs",
      GeneralOption::Tests},
     {"--format", "NAME", "text (default), json, csv, markdown, html, xlsx or odt"},
+    {"--csv-full", nullptr, "CSV with the headings before the table and the charts behind it"},
     {"-o,--output", "FILE", "Write to a file instead of standard output"},
     {"--chart", "NAME[=FILE]",
      "Draw a chart: to a file ({}), or without one into the output; all=FOLDER draws every chart; "
@@ -80,7 +82,7 @@ bool IsOption(const std::string& argument) { return argument.size() > 1 && argum
 
 bool IsFlag(const std::string& argument) {
   return IsHelp(argument) || argument == "--save-defaults" || argument == "--one-minus-p" ||
-         argument == "--version";
+         argument == "--csv-full" || argument == "--version";
 }
 
 // The modes from whose lists a command takes its family; `describe` knows the tests first, since a
@@ -465,6 +467,8 @@ void FamilyParser::ReadCharts(RunRequest& request) const {
   }
 }
 
+void RefuseSharedFiles(const RunRequest& request);
+
 void FamilyParser::ReadUnknown(RunRequest& request) const {
   if (calculator_ == nullptr) {
     return;
@@ -507,7 +511,53 @@ RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
         fmt::format("--format: there is no '{}'; choose from {}", format, ExportFormatNames()));
   }
   request.format = *found;
+  request.fullCsv = IsGiven("--csv-full");
+  if (request.fullCsv && request.format != ExportFormat::Csv) {
+    throw UsageError("--csv-full: it goes with --format csv");
+  }
+  RefuseSharedFiles(request);
   return request;
+}
+
+// --- Files that a run writes.
+
+struct Output {
+  std::string option;
+  std::string file;
+};
+
+std::vector<Output> OutputsOf(const RunRequest& request) {
+  std::vector<Output> outputs;
+  if (!request.output.empty() && request.output != "-") {
+    outputs.push_back({"--output", request.output});
+  }
+  if (request.saveSettings) {
+    outputs.push_back({"--save-settings", *request.saveSettings});
+  }
+  if (request.saveDefaults) {
+    outputs.push_back(
+        {"--save-defaults", request.configFolder + "/" + LoadText(text::DefaultSettingsFile)});
+  }
+  for (const ChartWish& chart : request.charts) {
+    if (!chart.file.empty()) {
+      outputs.push_back({"--chart " + chart.name, chart.file});
+    }
+  }
+  return outputs;
+}
+
+// The later of two would take the place of the earlier. What is no regular file (a pipe, a
+// terminal, /dev/null) takes any number.
+void RefuseSharedFiles(const RunRequest& request) {
+  const std::vector<Output> outputs = OutputsOf(request);
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (LeadsToOneFile(outputs[i].file, outputs[j].file)) {
+        throw UsageError(fmt::format("{}: '{}' is the file of {} too", outputs[i].option,
+                                     outputs[i].file, outputs[j].option));
+      }
+    }
+  }
 }
 
 // --- Help that belongs to no family.

@@ -39,6 +39,7 @@ struct RunRequest {
   std::string configFolder;
   std::vector<ChartWish> charts;
   ExportFormat format = ExportFormat::Text;
+  bool fullCsv = false;
   std::string output;  // empty: standard output
 };
 

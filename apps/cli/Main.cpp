@@ -25,16 +25,14 @@ void Complain(const std::string& text) {
 // A message of the system, word for word.
 void Tell(const Message& message) {
   std::string text;
-  for (std::size_t i = 0; i < message.text.size(); ++i) {
-    const bool lineFeedFollows = i + 1 < message.text.size() && message.text[i + 1] == '\n';
-    if (message.text[i] != '\r') {
-      text += message.text[i];
+  const std::string shown = ShownMessage(message);
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    const bool lineFeedFollows = i + 1 < shown.size() && shown[i + 1] == '\n';
+    if (shown[i] != '\r') {
+      text += shown[i];
     } else if (!lineFeedFollows) {
       text += '\n';
     }
-  }
-  if (message.count > 1) {
-    text += " (" + std::to_string(message.count) + " times)";
   }
   WriteError(text + "\n");
 }
@@ -68,8 +66,11 @@ TextStyle StyleOf(const RunRequest& request, const Study& study) {
 
 // What was asked for, in its format; empty, with the reason in `error`, when it cannot be made.
 std::string Exported(const RunRequest& request, const Study& study, std::string& error) {
-  return IsDocument(request.format) ? DocumentOf(study, request.format, error)
-                                    : Export(study, request.format, StyleOf(request, study));
+  if (IsDocument(request.format)) {
+    return DocumentOf(study, request.format, error);
+  }
+  return request.fullCsv ? ExportFullCsv(study)
+                         : Export(study, request.format, StyleOf(request, study));
 }
 
 bool WantsFile(const RunRequest& request) {

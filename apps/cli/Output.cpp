@@ -5,9 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
+#include <system_error>
+
+#include "host/AtomicFile.h"
 
 namespace poweranalysis {
 
@@ -61,6 +66,17 @@ std::string Resolved(const std::string& path) {
   return real == nullptr ? path : std::string(real.get());
 }
 
+// Where a file that is not there yet will stand: its folder without links, and its name. A link
+// that leads nowhere yet is followed as it will be in writing.
+std::string NewFile(std::string path) {
+  if (FollowLinks(path) != 0) {
+    return path;
+  }
+  std::error_code ignored;
+  return std::filesystem::weakly_canonical(std::filesystem::absolute(path, ignored), ignored)
+      .string();
+}
+
 mode_t NewFileMode() {
   constexpr mode_t kReadWriteForAll = 0666;
   const mode_t mask = ::umask(0);
@@ -109,7 +125,27 @@ std::string WriteStandardOutput(std::string_view bytes) {
   if (WriteAll(STDOUT_FILENO, bytes)) {
     return {};
   }
-  return errno == EPIPE ? "the reader closed the pipe" : Reason();
+  if (errno == EPIPE) {
+    EndByClosedPipe();
+  }
+  return Reason();
+}
+
+void EndByClosedPipe() {
+  std::signal(SIGPIPE, SIG_DFL);
+  ::raise(SIGPIPE);
+  ::_exit(128 + SIGPIPE);  // the signal was blocked: the status that a shell gives it
+}
+
+bool LeadsToOneFile(const std::string& a, const std::string& b) {
+  struct stat first {};
+  struct stat second {};
+  const bool firstExists = ::stat(a.c_str(), &first) == 0;
+  const bool secondExists = ::stat(b.c_str(), &second) == 0;
+  if (firstExists && secondExists) {
+    return S_ISREG(first.st_mode) && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+  }
+  return firstExists == secondExists && NewFile(a) == NewFile(b);
 }
 
 void WriteError(std::string_view bytes) { WriteAll(STDERR_FILENO, bytes); }

@@ -3,13 +3,21 @@
 #include <string>
 #include <string_view>
 
-// Bytes on their way out of the program. Each gives why it failed, or an empty text.
+// Bytes on their way out of the program. Each function that writes gives why it failed, or an empty
+// text.
 namespace poweranalysis {
 
 // Puts the bytes into a file as a whole: they go to a temporary file beside it that takes its place
 // at the end, so that the old file stays as it was until then, whatever happens. What is no regular
 // file (a pipe, a device) is written to.
 std::string WriteFile(const std::string& path, std::string_view bytes);
+
+// Whether two names lead to one regular file, or would once it is written: by another spelling of
+// the path, through links, or as two names of one file.
+bool LeadsToOneFile(const std::string& a, const std::string& b);
+
+// Ends the program as the system ends one that writes to a pipe which nobody reads, in silence.
+[[noreturn]] void EndByClosedPipe();
 
 std::string WriteStandardOutput(std::string_view bytes);
 

@@ -192,8 +192,9 @@ class Result:
     def to_markdown(self) -> str:
         return self._study.export("markdown")
 
-    def to_csv(self) -> str:
-        return self._study.export("csv")
+    def to_csv(self, full: bool = False) -> str:
+        """The table; with `full` the headings before it and the charts behind it."""
+        return self._study.full_csv() if full else self._study.export("csv")
 
     def to_xlsx(self) -> bytes:
         """A workbook of a spreadsheet program: `Path("t2.xlsx").write_bytes(result.to_xlsx())`."""

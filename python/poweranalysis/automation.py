@@ -319,6 +319,12 @@ class Application:
     def _echo_news(self):
         if not self.echo:
             return
+        try:
+            self._print_news()
+        except BrokenPipeError:
+            _end_by_closed_pipe()
+
+    def _print_news(self):
         from sys import stderr
 
         items, messages, repeats = self._told
@@ -333,6 +339,17 @@ class Application:
             repeats = count
             messages = position + 1
         self._told = [items, messages, repeats]
+
+
+def _end_by_closed_pipe():
+    # As other programs end whose reader has gone: in silence, with the status that a shell gives
+    # the signal. The interpreter would try to write what is left, and complain.
+    from os import O_WRONLY, devnull, dup2
+    from os import open as open_file
+
+    for descriptor in (1, 2):
+        dup2(open_file(devnull, O_WRONLY), descriptor)
+    raise SystemExit(141)
 
 
 def _is_script():

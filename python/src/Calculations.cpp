@@ -343,6 +343,7 @@ void BindCalculations(py::module_& module) {
       .def("export", ExportTo)
       .def("table_text", TableText)
       .def("table_html", TableHtml)
+      .def("full_csv", [](const StudyObject& self) { return ExportFullCsv(self.study); })
       .def("html_body", [](const StudyObject& self) { return HtmlBodyOf(self.study); })
       .def("svg", SvgOf);
 }

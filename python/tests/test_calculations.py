@@ -101,6 +101,12 @@ def test_a_table_prints_with_its_rows_and_without_the_charts():
     assert "Type I Error Rate (Alpha)" in text and "Power vs. N" not in text
 
 
+def test_csv_is_one_table_unless_asked_for_all():
+    result = pa.power("T1", charts="power-vs-n")
+    assert result.to_csv().startswith("Title,Value\n") and "\n\n" not in result.to_csv()
+    assert "\n\nChart,power-vs-n\n" in result.to_csv(full=True)
+
+
 # --- What goes wrong.
 
 

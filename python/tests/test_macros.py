@@ -88,3 +88,11 @@ def test_a_macro_honours_the_folder_given(macro, tmp_path):
     pa.power("T2", Alpha=0.125, save_defaults=True, config=folder)
     run = pa.run_macro(macro, config=folder)
     assert run.workbook.tables[0]["Type I Error Rate (Alpha)"] == 0.125
+
+
+def test_a_reader_that_closes_the_pipe_ends_a_macro_in_silence(macro):
+    run = subprocess.Popen(
+        [sys.executable, macro], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True
+    )
+    run.stdout.close()
+    assert (run.stderr.read(), run.wait()) == ("", 141)

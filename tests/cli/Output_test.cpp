@@ -134,14 +134,52 @@ TEST_F(Output, AFullDeviceIsAnError) {
   EXPECT_EQ(1, RunInto("/dev/full", {"list"}).status);
 }
 
-TEST_F(Output, AClosedPipeEndsWithAWordAndNoSignal) {
+TEST_F(Output, AClosedPipeEndsInSilence) {
   std::array<int, 2> pipe{};
   ASSERT_EQ(0, ::pipe2(pipe.data(), O_CLOEXEC));
   ::close(pipe[0]);
-  const Result result = RunOn(pipe[1], {"size", "t2"});
+  for (const Arguments& arguments :
+       {Arguments{"size", "t2"}, Arguments{"calc", "t"}, Arguments{"list"},
+        Arguments{"describe", "t2"}, Arguments{"size", "t2", "--help"}, Arguments{"--version"}}) {
+    const Result result = RunOn(pipe[1], arguments);
+    EXPECT_EQ(128 + SIGPIPE, result.status) << arguments[0];
+    EXPECT_EQ("", result.err) << arguments[0];
+  }
   ::close(pipe[1]);
+}
+
+TEST_F(Output, TwoOutputsToOneFileAreWrongUse) {
+  Write("there.txt", "old");
+  ASSERT_EQ(0, ::symlink("there.txt", At("link.txt").c_str()));
+  ASSERT_EQ(0, ::symlink("new.svg", At("link.svg").c_str()));
+  const std::vector<Arguments> shared = {
+      {"--save-settings", "x", "-o", "x"},
+      {"--save-settings", "x", "-o", "./x"},
+      {"--save-settings", At("x"), "-o", "x"},
+      {"--save-settings", "there.txt", "-o", "link.txt"},
+      {"--chart", "n-vs-es=new.svg", "--chart", "n-vs-power=link.svg"},
+      {"--chart", "n-vs-es=a.svg", "--chart", "n-vs-power=../" + folder_.substr(5) + "/a.svg"},
+      {"--chart", "n-vs-es=a.svg", "--chart", "n-vs-es=a.svg"},
+      {"--config", ".", "--save-defaults", "-o", "POWER.INI"},
+  };
+  for (Arguments arguments : shared) {
+    const std::string words = arguments[1];
+    arguments.insert(arguments.begin(), {"size", "t2"});
+    const Result result = Run(arguments);
+    EXPECT_EQ(2, result.status) << words;
+    EXPECT_TRUE(Has(result.err, "' is the file of ")) << result.err;
+  }
+  EXPECT_EQ("old", Read("there.txt"));
+  EXPECT_FALSE(Exists("x") || Exists("a.svg") || Exists("new.svg"));
+  EXPECT_EQ(0, Run({"size", "t2", "-o", "/dev/null", "--chart", "n-vs-es=a.svg"}).status);
+}
+
+TEST_F(Output, AChartDoesNotTakeTheNumberedNameOfAnother) {
+  const Result result =
+      Run({"power", "av2", "--chart", "power-vs-n=av.svg", "--chart", "power-vs-alpha=av-2.svg"});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ("poweranalysis: cannot write the output: the reader closed the pipe\n", result.err);
+  EXPECT_TRUE(Has(result.err, "cannot write the chart 'av-2.svg': another chart of this run"))
+      << result.err;
 }
 
 TEST_F(Output, AClosedStandardOutputIsAnErrorAndNoFileTakesItsPlace) {
@@ -176,12 +214,20 @@ TEST_F(Output, HonoursNoColorAndDumbTerminals) {
   EXPECT_FALSE(Has(Run({"size", "t2", "--alpha", "x"}).err, "\x1b"));
 }
 
-TEST_F(Output, CsvHoldsTableAndPoints) {
-  const Result result = Run({"power", "t1", "--mu", "5", "--n-start", "10", "--n-end", "50",
-                             "--n-interval", "4", "--chart", "power-vs-n", "--format", "csv"});
+TEST_F(Output, CsvIsOneTable) {
+  Arguments arguments = {"power",    "t1", "--mu",         "5", "--n-start", "10",
+                         "--n-end",  "50", "--n-interval", "4", "--chart",   "power-vs-n",
+                         "--format", "csv"};
+  const Result result = Run(arguments);
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(0U, result.out.find("Title,Value\nNull Hypothesized Mean (Mu0),0\n")) << result.out;
-  EXPECT_TRUE(Has(result.out, "\n\nGroup Sample Size (N),Power\n10,")) << result.out;
+  EXPECT_FALSE(Has(result.out, "\n\n")) << result.out;
+  arguments.emplace_back("--csv-full");
+  const std::string full = Run(arguments).out;
+  EXPECT_EQ(0U, full.find("Heading,Power Calculation\nHeading,")) << full;
+  EXPECT_TRUE(Has(full, "\nTitle,Value\n")) << full;
+  EXPECT_TRUE(Has(full, "\n\nChart,power-vs-n\nGroup Sample Size (N),Power\n10,")) << full;
+  EXPECT_EQ(2, Run({"power", "t1", "--csv-full"}).status);
 }
 
 TEST_F(Output, MarkdownAndHtmlHoldTableReportAndCharts) {
