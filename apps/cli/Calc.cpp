@@ -147,6 +147,8 @@ class CalculatorRun {
   Shown ShownOf(const char* name) const;
   std::string AlgorithmHeading() const;
   std::string Statement() const;
+  bool IsUnknown(const char* name) const { return name == std::string_view(unknown_.field); }
+  CellKind CellKindOf(const char* name) const;
 
   const RunRequest& request_;
   HeadlessHost& host_;
@@ -239,6 +241,14 @@ std::string CalculatorRun::Statement() const {
                      text(ShownOf(HasActual() ? kActual : kProbability).value), given);
 }
 
+CellKind CalculatorRun::CellKindOf(const char* name) const {
+  const bool probability =
+      name == std::string_view(kProbability) || name == std::string_view(kActual);
+  return probability       ? CellKind::Probability
+         : IsUnknown(name) ? CellKind::Computed
+                           : CellKind::Input;
+}
+
 void CalculatorRun::Tell() {
   const std::string text = host_.form()->GetDlgItemText(ControlOfField(unknown_.field));
   if (text.empty()) {
@@ -257,7 +267,7 @@ void CalculatorRun::Tell() {
   table.columns = {LoadText(text::Value)};
   const auto add = [&table, this](const char* name) {
     const Shown shown = ShownOf(name);
-    table.rows.push_back({shown.title, 0, {shown.value}});
+    table.rows.push_back({shown.title, 0, {shown.value}, CellKindOf(name), IsUnknown(name)});
   };
   for (const char* name : rows_.fields) {
     if (name != std::string_view(unknown_.field) && RadiosOf(name, rows_.family) == nullptr) {

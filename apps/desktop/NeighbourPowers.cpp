@@ -201,7 +201,8 @@ std::vector<QString> NeighbourNote(int row, const SummaryTable& table, int digit
     note.push_back(QObject::tr("Power at %1 = %2%3: %4")
                        .arg(name + QString::fromUtf8(kNeighbours[i]),
                             ToText(FormatCell(size + i - 1)), LastSection(table),
-                            power ? ToText(FormatCell(*power, digits)) : QObject::tr("none")));
+                            power ? ToText(FormatCell(CellKind::Probability, *power, digits))
+                                  : QObject::tr("none")));
   }
   return note;
 }

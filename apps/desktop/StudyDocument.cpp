@@ -100,10 +100,13 @@ QString TableHtml(const SummaryTable& table, int digits) {
   }
   html += QStringLiteral("</tr>");
   for (const TableRow& row : table.rows) {
-    html += QStringLiteral("<tr><td>%1%2</td>")
-                .arg(QStringLiteral("&nbsp;").repeated(row.indent), Escaped(ShownTitle(row)));
+    const QString cell = row.answer ? QStringLiteral("<b>%1</b>") : QStringLiteral("%1");
+    html +=
+        QStringLiteral("<tr><td>%1%2</td>")
+            .arg(QStringLiteral("&nbsp;").repeated(row.indent), cell.arg(Escaped(ShownTitle(row))));
     for (const double value : row.values) {
-      html += QStringLiteral("<td align=\"right\">%1</td>").arg(Escaped(FormatCell(value, digits)));
+      html += QStringLiteral("<td align=\"right\">%1</td>")
+                  .arg(cell.arg(Escaped(FormatCell(row.kind, value, digits))));
     }
     html += QStringLiteral("</tr>");
   }

@@ -50,7 +50,8 @@ QString SummaryTableModel::CellText(const QModelIndex& index) const {
     return QString(row.indent, QLatin1Char(' ')) + ToText(ShownTitle(row));
   }
   const auto column = static_cast<std::size_t>(index.column() - 1);
-  return column < row.values.size() ? ToText(FormatCell(row.values[column], digits_)) : QString();
+  return column < row.values.size() ? ToText(FormatCell(row.kind, row.values[column], digits_))
+                                    : QString();
 }
 
 QString SummaryTableModel::FullText(const QModelIndex& index) const {
@@ -78,8 +79,7 @@ QVariant SummaryTableModel::data(const QModelIndex& index, int role) const {
       return QVariant::fromValue((index.column() == 0 ? Qt::AlignLeft : Qt::AlignRight) |
                                  Qt::AlignVCenter);
     case Qt::FontRole:
-      // The last row of every summary table is the answer.
-      if (index.row() == rowCount() - 1) {
+      if (table_.rows[static_cast<std::size_t>(index.row())].answer) {
         QFont bold = QApplication::font();
         bold.setBold(true);
         return bold;

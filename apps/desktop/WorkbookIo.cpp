@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include "desktop/Strings.h"
+#include "output/SummaryTables.h"
 
 namespace poweranalysis {
 
@@ -23,6 +24,11 @@ StudyRecord FromFileStudy(WorkbookStudy&& stored) {
   record.when = DateOf(stored.date);
   record.inputs = std::move(stored.inputs);
   record.study = std::move(stored.study);
+  for (WorkbookItem& item : record.study.workbook.items) {
+    if (auto* table = std::get_if<SummaryTable>(&item)) {
+      MarkRows(*table);
+    }
+  }
   for (std::size_t i = 0; i < record.study.workbook.items.size(); ++i) {
     const ItemLabel label = i < stored.labels.size() ? stored.labels[i] : ItemLabel{};
     const QDateTime when = DateOf(label.date);

@@ -180,7 +180,8 @@ std::string CResultsDialog::FrameText() const {
     if (rows[i].quantity.kind == QuantityKind::None) {
       frame += rows[i].title == text::BlankRow ? "" : "\n" + title;
     } else if (IsKnown(rows[i].quantity, values[i])) {
-      frame += "\n" + title + LoadText(text::Colon) + " " + FormatCell(values[i]);
+      frame += "\n" + title + LoadText(text::Colon) + " " +
+               FormatCell(CellKindOf(rows[i].quantity.kind), values[i]);
     }
   }
   return frame;

@@ -17,6 +17,7 @@ constexpr const char* kStyle =
     "th, td { padding: .15rem 1rem .15rem 0; border-bottom: 1px solid #ddd; }\n"
     "tbody th { font-weight: normal; text-align: left; }\n"
     "thead th, td { text-align: right; font-variant-numeric: tabular-nums; }\n"
+    "tr.answer th, tr.answer td { font-weight: bold; }\n"
     "svg { max-width: 100%; height: auto; }\n";
 
 std::string Escaped(const std::string& text) {
@@ -53,12 +54,12 @@ std::string Joined(const std::vector<std::string>& lines, const char* separator)
 }
 
 // The cell shows six digits and carries all of them for programs.
-std::string Cell(double value) {
+std::string Cell(CellKind kind, double value) {
   if (IsMissing(value) || !std::isfinite(value)) {
     return "<td></td>";
   }
   return fmt::format("<td data-value=\"{}\">{}</td>", FormatShortest(value + 0.0),
-                     FormatCell(value));
+                     Escaped(FormatCell(kind, value)));
 }
 
 }  // namespace
@@ -71,13 +72,13 @@ std::string HtmlOf(const SummaryTable& table) {
   }
   text += "</tr></thead>\n<tbody>\n";
   for (const TableRow& row : table.rows) {
-    text += "<tr><th scope=\"row\"";
+    text += fmt::format("<tr{}><th scope=\"row\"", row.answer ? " class=\"answer\"" : "");
     if (row.indent > 0) {
       text += fmt::format(" style=\"padding-left: {}ch\"", row.indent);
     }
     text += fmt::format(">{}</th>", Escaped(ShownTitle(row)));
     for (const double value : row.values) {
-      text += Cell(value);
+      text += Cell(row.kind, value);
     }
     text += "</tr>\n";
   }

@@ -22,6 +22,12 @@ std::string Escaped(const std::string& text) {
   return escaped;
 }
 
+// Of what charts plot, powers alone lie between 0 and 1.
+std::string PlottedCell(float value) {
+  const double shown = ShortestDouble(value);
+  return FormatCell(shown > 0 ? CellKind::Probability : CellKind::Computed, shown);
+}
+
 }  // namespace
 
 std::string MarkdownOf(const SummaryTable& table) {
@@ -47,7 +53,7 @@ std::string MarkdownOf(const SummaryTable& table) {
     }
     text += Escaped(ShownTitle(row)) + " |";
     for (const double value : row.values) {
-      text += fmt::format(" {} |", FormatCell(value));
+      text += fmt::format(" {} |", FormatCell(row.kind, value));
     }
     text += "\n";
   }
@@ -67,7 +73,7 @@ std::string MarkdownOf(const Chart& chart) {
                                  Escaped(chart.xLabel), Escaped(chart.yLabel));
   for (std::size_t i = 0; i < chart.x.size() && i < chart.y.size(); ++i) {
     text += fmt::format("| {} | {} |\n", FormatCell(ShortestDouble(chart.x[i])),
-                        chart.y[i] == FailedPoint ? "" : FormatCell(ShortestDouble(chart.y[i])));
+                        chart.y[i] == FailedPoint ? "" : PlottedCell(chart.y[i]));
   }
   return text;
 }

@@ -33,7 +33,8 @@ struct Column {
 Column MakeColumn(const SummaryTable& table, std::size_t index) {
   Column column;
   for (const TableRow& row : table.rows) {
-    const std::string text = index < row.values.size() ? FormatCell(row.values[index]) : "";
+    const std::string text =
+        index < row.values.size() ? FormatCell(row.kind, row.values[index]) : "";
     column.cells.push_back(SplitAtPoint(text));
     column.whole = std::max(column.whole, column.cells.back().whole.size());
     column.rest = std::max(column.rest, column.cells.back().rest.size());

@@ -35,6 +35,15 @@ std::string WithoutSignOfZero(std::string text) {
 
 namespace {
 
+// Whole numbers up to 1e15 stand in full.
+bool IsShownWhole(double value) {
+  constexpr double kWhole = 1e15;
+  return std::floor(value) == value && std::abs(value) <= kWhole;
+}
+
+// A negative zero shows as "0".
+std::string WholeText(double value) { return FormatFixed(value + 0.0, 0); }
+
 std::string WithoutTrailingZeros(std::string text) {
   if (text.find('.') == std::string::npos) {
     return text;
@@ -73,14 +82,19 @@ std::string FormatShortest(double value) {
 }
 
 std::string FormatCell(double value, int digits) {
-  constexpr double kWhole = 1e15;
   if (IsMissing(value)) {
     return {};
   }
-  if (std::floor(value) == value && std::abs(value) <= kWhole) {
-    return FormatFixed(value + 0.0, 0);  // a negative zero shows as "0"
+  return IsShownWhole(value) ? WholeText(value) : FormatGeneral(value, digits);
+}
+
+std::string FormatCell(CellKind kind, double value, int digits) {
+  std::string text = FormatCell(value, digits);
+  if (kind == CellKind::Input && !IsMissing(value) && !IsShownWhole(value)) {
+    return FormatShortest(value);
   }
-  return FormatGeneral(value, digits);
+  const bool rounded = kind == CellKind::Probability && value < 1 && text == "1";
+  return rounded ? ">0." + std::string(static_cast<std::size_t>(digits), '9') : text;
 }
 
 std::string_view WithoutPlus(std::string_view text) {

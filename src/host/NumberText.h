@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/Workbook.h"
+
 // Numbers as text, never dependent on the locale.
 namespace poweranalysis {
 
@@ -22,6 +24,9 @@ std::string FormatShortest(double value);
 // A cell of a summary table: six significant digits, whole numbers up to 1e15 in full, nothing for
 // a missing value.
 std::string FormatCell(double value, int digits = 6);
+// The same by what the number is: an input is the shortest text that reads back as it, and a
+// probability below 1 never shows as 1 but as ">0.999999".
+std::string FormatCell(CellKind kind, double value, int digits = 6);
 
 // A number's text as the reader of numbers takes it: without the plus sign that people may write
 // before it.

@@ -15,10 +15,15 @@ namespace poweranalysis {
 double MissingValue();
 bool IsMissing(double value);
 
+// What the numbers of a row are, which decides how they show.
+enum class CellKind { Computed, Input, Probability };
+
 struct TableRow {
   std::string title;
   int indent = 0;              // in characters
   std::vector<double> values;  // one for each column
+  CellKind kind = CellKind::Computed;
+  bool answer = false;  // what was asked for
 };
 
 struct SummaryTable {

@@ -126,6 +126,8 @@ std::string StylesXml() {
       {"ReportTitle", "fo:keep-with-next=\"always\"", "fo:font-weight=\"bold\""},
       {"Column", "fo:text-align=\"end\" fo:margin-top=\"0cm\" fo:margin-bottom=\"0cm\"",
        "fo:font-weight=\"bold\""},
+      {"Answer", "fo:text-align=\"end\" fo:margin-top=\"0cm\" fo:margin-bottom=\"0cm\"",
+       "fo:font-weight=\"bold\""},
       {"Value", "fo:text-align=\"end\" fo:margin-top=\"0cm\" fo:margin-bottom=\"0cm\"", ""},
   };
   std::string styles;
@@ -162,13 +164,14 @@ std::string TextCell(const std::string& paragraph) {
 }
 
 // The cell shows six digits and carries all of them.
-std::string ValueCell(double value) {
+std::string ValueCell(const TableRow& row, double value) {
   if (IsMissing(value) || !std::isfinite(value)) {
     return "<table:table-cell/>";
   }
-  return Element("table:table-cell",
-                 "office:value-type=\"float\" " + Attribute("office:value", FormatShortest(value + 0.0)),
-                 Paragraph("Value", FormatCell(value)));
+  return Element(
+      "table:table-cell",
+      "office:value-type=\"float\" " + Attribute("office:value", FormatShortest(value + 0.0)),
+      Paragraph(row.answer ? "Answer" : "Value", FormatCell(row.kind, value)));
 }
 
 // A row of fewer values than the table has columns is filled up.
@@ -207,7 +210,7 @@ void AddItem(const SummaryTable& table, Document& document) {
   for (const TableRow& row : table.rows) {
     std::string cells;
     for (const double value : row.values) {
-      cells += ValueCell(value);
+      cells += ValueCell(row, value);
     }
     lines += TableLine(TextCell(Paragraph(IndentStyle(row.indent).c_str(), ShownTitle(row))), cells,
                        columns - row.values.size());

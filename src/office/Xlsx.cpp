@@ -155,8 +155,8 @@ struct Book {
   lxw_format* heading = nullptr;
   lxw_format* column = nullptr;
   lxw_format* paragraph = nullptr;
-  std::map<int, lxw_format*> indents;
-  std::vector<ExactValues> exact;  // by sheet
+  std::map<std::pair<int, bool>, lxw_format*> indents;  // by step and boldness
+  std::vector<ExactValues> exact;                       // by sheet
   std::set<std::string> names;
   lxw_error error = LXW_NO_ERROR;
 
@@ -166,16 +166,19 @@ struct Book {
     }
   }
 
-  lxw_format* Indent(int indent) {
+  lxw_format* Indent(int indent, bool bold) {
     // A step is about as wide as two characters of a title.
     constexpr int kMostSteps = 15;
     const int steps = std::min(indent / 2, kMostSteps);
     if (steps <= 0) {
-      return nullptr;
+      return bold ? heading : nullptr;
     }
-    lxw_format*& format = indents[steps];
+    lxw_format*& format = indents[{steps, bold}];
     if (format == nullptr) {
       format = workbook_add_format(book);
+      if (bold) {
+        format_set_bold(format);
+      }
       format_set_indent(format, static_cast<std::uint8_t>(steps));
     }
     return format;
@@ -325,11 +328,11 @@ class Sheet {
     Line(text, book_.paragraph);
   }
 
-  void Number(lxw_col_t column, double value) {
+  void Number(lxw_col_t column, double value, lxw_format* format = nullptr) {
     if (IsMissing(value) || !std::isfinite(value)) {
       return;
     }
-    book_.Check(worksheet_write_number(sheet_, row_, column, value, nullptr));
+    book_.Check(worksheet_write_number(sheet_, row_, column, value, format));
     char cell[LXW_MAX_CELL_NAME_LENGTH];
     lxw_rowcol_to_cell(cell, row_, column);
     book_.exact.back()[cell] = value;
@@ -354,9 +357,9 @@ class Sheet {
     }
     ColumnTitles(table.columns, 1);
     for (const TableRow& row : table.rows) {
-      Text(0, ShownTitle(row), book_.Indent(row.indent));
+      Text(0, ShownTitle(row), book_.Indent(row.indent, row.answer));
       for (std::size_t i = 0; i < row.values.size(); ++i) {
-        Number(Column(i + 1), row.values[i]);
+        Number(Column(i + 1), row.values[i], row.answer ? book_.heading : nullptr);
       }
       ++row_;
     }

@@ -75,6 +75,20 @@ std::string WordOf(const Slot& slot, const RecordView& record, const Computed& c
 
 }  // namespace
 
+CellKind CellKindOf(QuantityKind kind) {
+  switch (kind) {
+    case QuantityKind::Field:
+      return CellKind::Input;
+    case QuantityKind::Power:
+    case QuantityKind::NormalPower:
+    case QuantityKind::ActualAlpha:
+    case QuantityKind::PValue:
+      return CellKind::Probability;
+    default:
+      return CellKind::Computed;
+  }
+}
+
 double ValueOf(const Quantity& quantity, const RecordView& record, const Computed& computed) {
   return quantity.field != nullptr ? InputValue(quantity, record)
                                    : ComputedValue(quantity, computed);

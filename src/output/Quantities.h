@@ -3,8 +3,9 @@
 #include <span>
 #include <string>
 
-#include "output/ChosenText.h"
 #include "families/Computed.h"
+#include "host/Workbook.h"
+#include "output/ChosenText.h"
 
 // The vocabulary of what is shown: summary tables, reports and charts name the same quantities.
 namespace poweranalysis {
@@ -95,6 +96,9 @@ constexpr Quantity Upper(Limit limit) {
 }
 
 }  // namespace quantity
+
+// How the number of a quantity shows.
+CellKind CellKindOf(QuantityKind kind);
 
 // The quantity of a design and of what was computed for it; Computed::kFailed for one that has not
 // been computed.

@@ -123,6 +123,23 @@ std::vector<double> TableValues(std::span<const ShownRow> rows,
   return values;
 }
 
+void MarkRows(SummaryTable& table) {
+  const TableDefinition* definition = FindTableDefinition(table.code);
+  if (definition == nullptr) {
+    return;
+  }
+  const bool isSize = definition->mode == ModeSampleSize;
+  const QuantityKind sought = isSize ? QuantityKind::Size : QuantityKind::Power;
+  // The one size that is not sought.
+  const std::string fixed = LoadText(text::RowFixedDf2SpecifiedByUser);
+  for (std::size_t i = 0; i < std::min(definition->rows.size(), table.rows.size()); ++i) {
+    const QuantityKind kind = definition->rows[i].quantity.kind;
+    TableRow& row = table.rows[i];
+    row.kind = row.title == fixed ? CellKind::Input : CellKindOf(kind);
+    row.answer = kind == sought && row.title != fixed;
+  }
+}
+
 void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerSettings& params) {
   Host* host = ModuleHost();
   const TableDefinition* definition = FindTableDefinition(code);
@@ -144,6 +161,7 @@ void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerS
 
   SummaryTable table = TableFrame(*definition, params);
   FillRows(table, rows, {cells.data(), shown});
+  MarkRows(table);
   const int sheet = SetTableOptions(*host, std::move(table));
   if (sheetSlot != nullptr) {
     *sheetSlot = sheet;

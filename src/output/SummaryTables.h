@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "frame/TaskCatalogue.h"
+#include "host/Workbook.h"
 #include "output/Quantities.h"
 
 // Summary tables: one column of values with row titles and up to three heading lines. One operation
@@ -56,6 +57,10 @@ int MeasureTitles(std::span<const ShownRow> rows);
 std::vector<double> TableValues(std::span<const ShownRow> rows,
                                 const RecordView& record,
                                 const Computed& computed);
+
+// What each row of a table shows (an input, a probability) and which hold what was asked for, by
+// the code of the table: known also of one that was read from a file. Rows of an unknown code stay.
+void MarkRows(SummaryTable& table);
 
 // Builds the table of a code and hands it to the host. `values` holds one double for each shown
 // row; any of exactly -9999.0 becomes the host's missing value, in place. `sheetSlot` receives the

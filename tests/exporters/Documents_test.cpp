@@ -130,6 +130,38 @@ TEST(Items, StandInTheStudysDocumentAsTheyStandAlone) {
   EXPECT_TRUE(Has(ExportFullCsv(study), CsvOf(table) + "\nChart,power-vs-n\n" + CsvOf(chart)));
 }
 
+SummaryTable TableOfKinds() {
+  SummaryTable table;
+  table.headings = {"H"};
+  table.columns = {"Value"};
+  table.rows = {{"In", 0, {1234567.891}, CellKind::Input},
+                {"Out", 0, {1234567.891}},
+                {"Power", 2, {0.9999999}, CellKind::Probability, true}};
+  return table;
+}
+
+TEST(Tables, ShowNumbersByWhatTheyAre) {
+  const SummaryTable table = TableOfKinds();
+  EXPECT_TRUE(Has(TextOf(table), "1234567.891\n"));
+  EXPECT_TRUE(Has(TextOf(table), "1.23457e+06\n"));
+  EXPECT_TRUE(Has(TextOf(table), ">0.999999\n"));
+  EXPECT_TRUE(Has(MarkdownOf(table), "| In | 1234567.891 |"));
+  EXPECT_TRUE(Has(MarkdownOf(table), "| >0.999999 |"));
+  EXPECT_TRUE(Has(HtmlOf(table), "<td data-value=\"1234567.891\">1234567.891</td>"));
+  EXPECT_TRUE(Has(HtmlOf(table), "<td data-value=\"0.9999999\">&gt;0.999999</td>"));
+}
+
+TEST(Tables, MarkEveryAnswerInHtml) {
+  EXPECT_TRUE(Has(HtmlOf(TableOfKinds()), "<tr class=\"answer\"><th scope=\"row\" style"));
+  EXPECT_TRUE(Has(HtmlOf(TableOfKinds()), "<tr><th scope=\"row\">Out</th>"));
+}
+
+TEST(ExportMarkdown, ShowsNoPlottedPowerBelowOneAsOne) {
+  Chart chart = SampleChart();
+  chart.y = {0.9999998F, 1, 25};
+  EXPECT_TRUE(Has(MarkdownOf(chart), "| 10 | >0.999999 |\n| 20 | 1 |\n| 30 | 25 |\n"));
+}
+
 TEST(ExportHtml, DrawsChartsInTheDocument) {
   const std::string html = ExportHtml(SampleStudy());
   EXPECT_TRUE(Has(html, "<figure>\n<svg "));

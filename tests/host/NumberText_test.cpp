@@ -89,6 +89,24 @@ TEST(FormatCell, ShowsSixDigitsAndWholeNumbersInFull) {
   EXPECT_EQ(FormatCell(2.0 / 3, 3), "0.667");
 }
 
+TEST(FormatCell, AnInputReadsBackAsItWasTyped) {
+  EXPECT_EQ(FormatCell(CellKind::Input, 1234567.891), "1234567.891");
+  EXPECT_EQ(FormatCell(CellKind::Input, 0.1 + 0.2), "0.30000000000000004");
+  EXPECT_EQ(FormatCell(CellKind::Input, 0.12345678, 3), "0.12345678");
+  EXPECT_EQ(FormatCell(CellKind::Input, 150000), "150000");
+  EXPECT_EQ(FormatCell(CellKind::Input, -0.0), "0");
+  EXPECT_EQ(FormatCell(CellKind::Input, MissingValue()), "");
+  EXPECT_EQ(FormatCell(CellKind::Computed, 1234567.891), "1.23457e+06");
+}
+
+TEST(FormatCell, NoProbabilityBelowOneShowsAsOne) {
+  EXPECT_EQ(FormatCell(CellKind::Probability, 0.9999996), ">0.999999");
+  EXPECT_EQ(FormatCell(CellKind::Probability, 0.9996, 3), ">0.999");
+  EXPECT_EQ(FormatCell(CellKind::Probability, 0.999999), "0.999999");
+  EXPECT_EQ(FormatCell(CellKind::Probability, 1), "1");
+  EXPECT_EQ(FormatCell(CellKind::Computed, 0.9999996), "1");
+}
+
 TEST(FormatCell, ANegativeZeroIsZero) { EXPECT_EQ(FormatCell(-0.0), "0"); }
 
 TEST(FormatCell, OnlyTheMissingValueIsEmpty) {

@@ -292,6 +292,37 @@ TEST_F(SummaryTableTest, OnlyTheFailureValueBecomesMissing) {
   EXPECT_EQ(table.rows[1].values[0], -9998.9);
 }
 
+std::vector<std::string> AnswersOf(const SummaryTable& table) {
+  std::vector<std::string> answers;
+  for (const TableRow& row : table.rows) {
+    if (row.answer) {
+      answers.push_back(row.title);
+    }
+  }
+  return answers;
+}
+
+TEST_F(SummaryTableTest, MarksEveryAnswer) {
+  const std::vector<std::string> sizes(3, "Required Sample Size (N)");
+  EXPECT_EQ(AnswersOf(Show(1026)), sizes) << "of the two-way analysis of variance, one an effect";
+  EXPECT_EQ(AnswersOf(Show(16)), std::vector<std::string>{"Power"});
+  EXPECT_EQ(AnswersOf(Show(17)), std::vector<std::string>{"Required N (per group)"});
+  EXPECT_EQ(AnswersOf(Show(193)).size(), 1u) << "the exact power, not the normal one beside it";
+  SetCommitted(Family::V2, "DfToVary", 1);
+  EXPECT_EQ(AnswersOf(Show(129)).size(), 1u) << "the other is the user's own";
+  SetCommitted(Family::V2, "DfToVary", 0);
+  EXPECT_EQ(AnswersOf(Show(129)).size(), 2u);
+}
+
+TEST_F(SummaryTableTest, SaysWhichRowsAreInputsAndWhichProbabilities) {
+  const SummaryTable& table = Show(17);
+  EXPECT_EQ(table.rows[0].kind, CellKind::Input);
+  EXPECT_EQ(table.rows[3].kind, CellKind::Computed) << "the effect follows from the means";
+  EXPECT_EQ(table.rows[6].kind, CellKind::Input) << "the goal is as it was typed";
+  EXPECT_EQ(table.rows[7].kind, CellKind::Probability);
+  EXPECT_EQ(Show(48).rows[2].kind, CellKind::Input) << "the effect of a contrast is typed";
+}
+
 TEST_F(SummaryTableTest, HoldsOneColumnInRowOrder) {
   std::vector<double> values = {1, 2, 3, 4, 5, 6, 7, 8};
   const SummaryTable& table = Show(1, values);
