@@ -1,7 +1,6 @@
 #include "output/Answers.h"
 
 #include <algorithm>
-#include <array>
 
 #include "output/SummaryTables.h"
 
@@ -9,8 +8,8 @@ namespace poweranalysis {
 
 namespace {
 
-// What a required size is: the field that takes it, what it counts, which of the sizes of a table
-// it is, and the group that it is of where two were sought.
+// What a required size is: the field that takes it, what it counts, which of the sizes of a
+// calculation it is, and the group that it is of where two were sought.
 struct SoughtSize {
   const char* field;
   const char* counts;
@@ -20,53 +19,21 @@ struct SoughtSize {
 
 constexpr int kEveryEffect = -1;
 
-struct SizeRow {
-  Family family;
-  SoughtSize size;
-};
-
-constexpr SizeRow kSizes[] = {
-    {Family::T1, {"SampleSize", "total"}},          {Family::T3, {"SampleSize", "pairs"}},
-    {Family::PC, {"SampleSize", "per group"}},      {Family::AV1, {"N", "per group"}},
-    {Family::AV2, {"N", "per cell", kEveryEffect}}, {Family::V1, {"DegreesOfFreedom", "df"}},
-    {Family::R, {"SampleSize", "total"}},           {Family::R2, {"SampleSize", "total"}},
-    {Family::P1, {"SampleSize", "total"}},          {Family::QMAC, {"SampleSize", "pairs"}},
-    {Family::SA1, {"SampleSize", "per group"}},     {Family::SA2, {"SampleSize", "per group"}},
-    {Family::SA3, {"SampleSize", "per group"}},     {Family::SEM, {"SampleSize", "total"}},
-};
-
-// By the value of NToVary. A value without a row of its own counts as the first.
-constexpr SoughtSize kEqualGroups = {"SampleSizeN1", "per group"};
-constexpr SoughtSize kFirstGroup = {"SampleSizeN1", "group 1"};
-constexpr SoughtSize kSecondGroup = {"SampleSizeN2", "group 2", 1};
-constexpr int kNToVaryRatio = 3;
-
-std::vector<SoughtSize> SizesOfGroups(Family family, int nToVary) {
-  if (family == Family::P2 && nToVary == kNToVaryRatio) {
-    return {{"SampleSizeN1", "group 1", 0, "group 1"}, {"SampleSizeN2", "group 2", 1, "group 2"}};
+// By the rule that the record chooses; a choice without a rule counts as the first.
+std::vector<SoughtSize> SoughtSizes(const FamilyRow& row, const RecordView& record) {
+  const SizeRule* chosen = RuleOf(row, record);
+  const SizeRule& rule = chosen != nullptr ? *chosen : row.sizes.rules[0];
+  if (rule.ratio != nullptr) {
+    return {{rule.field, WordOf(Counts::Group1), 0, WordOf(Counts::Group1)},
+            {rule.follower, WordOf(Counts::Group2), 1, WordOf(Counts::Group2)}};
   }
-  constexpr std::array kByValue = {kEqualGroups, kFirstGroup, kSecondGroup};
-  const auto choice = static_cast<std::size_t>(nToVary);
-  return {choice < kByValue.size() ? kByValue[choice] : kEqualGroups};
+  const int index = row.effects.size() > 1 ? kEveryEffect : static_cast<int>(rule.place);
+  return {{rule.field, WordOf(rule.counts), index}};
 }
 
-std::vector<SoughtSize> SoughtSizes(const RecordView& record) {
-  const FamilyTable& family = record.table();
-  if (const Field* field = family.Find("NToVary")) {
-    return SizesOfGroups(family.family, static_cast<int>(record.Get(*field)));
-  }
-  if (const Field* field = family.Find("DfToVary")) {
-    return {{"Df1", record.Get(*field) == 0 ? "df" : "df1"}};
-  }
-  const auto* row = std::find_if(std::begin(kSizes), std::end(kSizes),
-                                 [&](const SizeRow& r) { return r.family == family.family; });
-  return row == std::end(kSizes) ? std::vector<SoughtSize>() : std::vector{row->size};
-}
-
-constexpr const char* kEffects[] = {"row", "column", "interaction"};
-
-const char* EffectOf(Family family, int index) {
-  return family == Family::AV2 ? kEffects[index] : "";
+const char* EffectOf(const FamilyRow& row, int index) {
+  const char* of = row.effects[static_cast<std::size_t>(index)].of;
+  return of == nullptr ? "" : of;
 }
 
 // A cell of the table that holds a power or a size, and which of several it is.
@@ -87,15 +54,16 @@ std::vector<Cell> CellsOf(const SummaryTable& table,
   return cells;
 }
 
-std::vector<Answer> Sizes(const std::vector<Cell>& cells, const RecordView& record) {
+std::vector<Answer> Sizes(const std::vector<Cell>& cells,
+                          const FamilyRow& row,
+                          const RecordView& record) {
   std::vector<Answer> answers;
-  for (const SoughtSize& size : SoughtSizes(record)) {
+  for (const SoughtSize& size : SoughtSizes(row, record)) {
     // A table of one size shows it in the same row whichever group it is of.
     const int index = cells.size() > 1 ? size.index : 0;
     for (const Cell& cell : cells) {
       if (size.index == kEveryEffect) {
-        answers.push_back(
-            {size.field, cell.value, size.counts, EffectOf(record.table().family, cell.index)});
+        answers.push_back({size.field, cell.value, size.counts, EffectOf(row, cell.index)});
       } else if (cell.index == index) {
         answers.push_back({size.field, cell.value, size.counts, size.group});
       }
@@ -104,23 +72,45 @@ std::vector<Answer> Sizes(const std::vector<Cell>& cells, const RecordView& reco
   return answers;
 }
 
+std::vector<Answer> Powers(const std::vector<Cell>& cells, const FamilyRow& row) {
+  std::vector<Answer> answers;
+  for (const Cell& cell : cells) {
+    answers.push_back({"Power", cell.value, "", EffectOf(row, cell.index)});
+  }
+  return answers;
+}
+
+double ShownValue(double value) { return value == Computed::kFailed ? MissingValue() : value; }
+
 }  // namespace
+
+std::vector<Answer> AnswersOf(const FamilyRow& row,
+                              Question question,
+                              const RecordView& record,
+                              const Computed& computed) {
+  std::vector<Cell> cells;
+  const std::size_t sizes = row.effects.size() > 1 ? row.effects.size() : 2;
+  const std::size_t count = question == Question::Power ? row.effects.size() : sizes;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double value =
+        question == Question::Power ? computed.power[i] : static_cast<double>(computed.size[i]);
+    cells.push_back({ShownValue(value), static_cast<int>(i)});
+  }
+  return question == Question::Power ? Powers(cells, row) : Sizes(cells, row, record);
+}
 
 std::vector<Answer> AnswersOf(const SummaryTable& table, PowerSettings& params) {
   const TableDefinition* definition = FindTableDefinition(table.code);
-  if (definition == nullptr) {
+  const FamilyRow* row = definition == nullptr ? nullptr : FindFamilyRow(definition->family);
+  if (row == nullptr) {
     return {};
   }
   const std::vector<ShownRow> rows = ShownRows(*definition, params);
   const std::vector<Cell> sizes = CellsOf(table, rows, QuantityKind::Size);
   if (!sizes.empty()) {
-    return Sizes(sizes, ViewOf(params, definition->family, Instance::Committed));
+    return Sizes(sizes, *row, ViewOf(params, definition->family, Instance::Committed));
   }
-  std::vector<Answer> answers;
-  for (const Cell& cell : CellsOf(table, rows, QuantityKind::Power)) {
-    answers.push_back({"Power", cell.value, "", EffectOf(definition->family, cell.index)});
-  }
-  return answers;
+  return Powers(CellsOf(table, rows, QuantityKind::Power), *row);
 }
 
 }  // namespace poweranalysis

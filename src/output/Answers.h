@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "families/Families.h"
 #include "host/Answer.h"
 #include "settings/PowerSettings.h"
 
@@ -11,5 +12,11 @@ namespace poweranalysis {
 // that were sought. `params` is the block that the table was made for. Empty for a table that holds
 // none, as the one of an unknown code.
 std::vector<Answer> AnswersOf(const SummaryTable& table, PowerSettings& params);
+
+// The same straight from a calculation, without a table.
+std::vector<Answer> AnswersOf(const FamilyRow& row,
+                              Question question,
+                              const RecordView& record,
+                              const Computed& computed);
 
 }  // namespace poweranalysis
