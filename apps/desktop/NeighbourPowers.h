@@ -11,6 +11,6 @@ namespace poweranalysis {
 // the system's table. Each comes from a power task of the same family, run without a window with
 // the fields as committed. Empty when the power at N is not, to the last bit, a value of the table:
 // then the task is another one than the table's, and a note could mislead.
-std::vector<QString> NeighbourNote(int row, const SummaryTable& table, int digits);
+std::vector<QString> NeighbourNote(int task, const SummaryTable& table, int digits);
 
 }  // namespace poweranalysis
