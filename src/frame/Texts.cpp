@@ -13,6 +13,15 @@ constexpr TextEntry kTexts[] = {
 #undef TEXT
 };
 
+// Is every row of Texts.def among the numbers that sources see?
+constexpr std::size_t kIds = 0
+#define TEXT(number, name) +1
+#include "frame/TextIds.def"
+#undef TEXT
+    ;
+static_assert(kIds == std::size(kTexts),
+              "a row of Texts.def is not written TEXT(number, name, ...");
+
 constexpr bool AscendingByNumber() {
   for (std::size_t i = 1; i < std::size(kTexts); ++i) {
     if (kTexts[i - 1].id >= kTexts[i].id) {

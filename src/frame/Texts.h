@@ -3,16 +3,16 @@
 #include <string>
 #include <string_view>
 
-// The one table of texts by number. A number below 30000 is the system's own and stays; the blocks
-// above are told at the head of Texts.def.
+// The texts by number. A number below 30000 is the system's own and stays; the blocks above are
+// listed at the head of Texts.def, which alone has the wording.
 namespace poweranalysis {
 
 namespace text {
 
 enum Id : int {
   None = 0,
-#define TEXT(number, name, value) name = (number),
-#include "frame/Texts.def"
+#define TEXT(number, name) name = (number),
+#include "frame/TextIds.def"
 #undef TEXT
 };
 
