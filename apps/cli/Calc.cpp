@@ -296,7 +296,7 @@ bool CalculatorRun::NoSolution() const {
 RunOutcome CalculatorRun::Run() {
   Study& study = outcome_.study;
   study.family = task_.family;
-  study.mode = "calc";
+  study.mode = ModeWord(ModeDistribution);
   if (Open()) {
     FillIn();
     // Whatever the box holds afterwards is the answer; a refusal may leave it as it is.

@@ -32,12 +32,12 @@ struct SubCommand {
   const char* example;
 };
 
-constexpr std::array<SubCommand, 6> kSubCommands = {{
-    {"power", ModePower, CommandKind::Run, "Power of a test of given size",
+const std::array<SubCommand, 6> kSubCommands = {{
+    {ModeWord(ModePower), ModePower, CommandKind::Run, "Power of a test of given size",
      "poweranalysis power t2 --mu1 5 --mu2 0 --sigma 10 --sample-size-n1 64 --sample-size-n2 64"},
-    {"size", ModeSampleSize, CommandKind::Run, "Sample size that a power goal requires",
-     kWorkedExample},
-    {"calc", ModeDistribution, CommandKind::Run,
+    {ModeWord(ModeSampleSize), ModeSampleSize, CommandKind::Run,
+     "Sample size that a power goal requires", kWorkedExample},
+    {ModeWord(ModeDistribution), ModeDistribution, CommandKind::Run,
      "Probability calculators: one unknown of a distribution",
      "poweranalysis calc t --unknown p --t 2 --df 4 --delta 1"},
     {"list", -1, CommandKind::List, "Modes and tasks, with the names of the families",

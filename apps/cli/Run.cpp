@@ -325,7 +325,7 @@ void TaskRun::Steps() {
 void TaskRun::Finish() {
   Study& study = outcome_.study;
   study.family = request_.family->code;
-  study.mode = request_.mode == ModePower ? "power" : "size";
+  study.mode = ModeWord(request_.mode);
   study.code = FindTable(request_.family->family, request_.mode)->code;
   study.workbook = host_.TakeWorkbook();
   if (const SummaryTable* table = SummaryOf(study)) {

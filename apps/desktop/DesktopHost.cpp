@@ -19,11 +19,6 @@ namespace {
 constexpr int kPumpMilliseconds = 15;
 constexpr int kOptionsControl = 10710;
 
-const char* ModeName(int mode) {
-  constexpr const char* kNames[] = {"power", "size", "interval", "distribution"};
-  return mode >= 0 && mode < ModeCount ? kNames[mode] : "";
-}
-
 // Repeats of one text become one message with their count.
 std::vector<Message> Joined(const std::vector<Message>& messages) {
   std::vector<Message> joined;
@@ -324,7 +319,7 @@ void DesktopHost::PrepareStudy(bool forTable) {
   const ModeRow& mode = Modes()[static_cast<std::size_t>(entry.mode)];
   book_.StartStudy(
       ToText(LoadText(task.name)) + QStringLiteral(" \u2013 ") + ToText(LoadText(mode.name)),
-      task.family, ModeName(entry.mode), CommittedInputs(task.family));
+      task.family, mode.word, CommittedInputs(task.family));
 }
 
 int DesktopHost::looka4(SummaryTable table) {

@@ -11,13 +11,15 @@ namespace {
 
 constexpr ModeRow kModes[] = {
     {text::PowerCalculation, 671, text::HelpComputePowerToDetectASpecifiedAlternative,
-     "scPowPowerCalculation"},
+     "scPowPowerCalculation", "power"},
     {text::SampleSizeCalculation, 673, text::HelpEstimateSampleSizesNeededToProduceA,
-     "scPowSampleSizeCalculation"},
+     "scPowSampleSizeCalculation", "size"},
     {text::HeadingIntervalEstimation, 670,
-     text::HelpComputeConfidenceIntervalsOnExperimentalEffects, "scPowIntervalEstimation"},
+     text::HelpComputeConfidenceIntervalsOnExperimentalEffects, "scPowIntervalEstimation",
+     "interval"},
     {text::TaskProbabilityDistributions, 672,
-     text::HelpPerformCalculationsOnProbabilityDistributions, "scPowProbabilityDistribution"},
+     text::HelpPerformCalculationsOnProbabilityDistributions, "scPowProbabilityDistribution",
+     "calc"},
 };
 
 constexpr TaskRow kTests[] = {
@@ -373,6 +375,10 @@ const TaskRow* FindRow(int mode, int row) {
 }  // namespace
 
 std::span<const ModeRow> Modes() { return kModes; }
+
+const char* ModeWord(int mode) {
+  return mode >= 0 && mode < ModeCount ? kModes[static_cast<std::size_t>(mode)].word : "";
+}
 
 std::span<const TaskRow> Tasks(int mode) {
   switch (mode) {

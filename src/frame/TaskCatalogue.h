@@ -23,6 +23,7 @@ struct ModeRow {
   int icon;
   TextId help;
   const char* enumerator;
+  const char* word;  // for commands and results: "power"
 };
 
 struct DialogRow {
@@ -44,6 +45,8 @@ struct TaskRow {
 };
 
 std::span<const ModeRow> Modes();
+// Its word; empty for a number that is no mode's.
+const char* ModeWord(int mode);
 // The list of a mode, empty for a number that is none. Modes 0 and 1 share one.
 std::span<const TaskRow> Tasks(int mode);
 

@@ -38,6 +38,16 @@ TEST(TaskCatalogue, HasTheFourModes) {
   }
 }
 
+TEST(TaskCatalogue, EveryModeHasItsWord) {
+  const char* const words[] = {"power", "size", "interval", "calc"};
+  for (int mode = 0; mode < ModeCount; ++mode) {
+    EXPECT_STREQ(ModeWord(mode), words[mode]);
+  }
+  for (const int other : {-1, 4, 99}) {
+    EXPECT_STREQ(ModeWord(other), "");
+  }
+}
+
 TEST(TaskCatalogue, HasTheTasksOfEveryMode) {
   const auto rows = ReadTable(DataFile("tasks.tsv"));
   ASSERT_EQ(rows.size(), 34u);
