@@ -211,9 +211,10 @@ std::string CalculatorRun::AlgorithmHeading() const {
   if (radios == nullptr || field == nullptr || !ShowsField(rows_, *field)) {
     return {};
   }
-  const auto chosen = static_cast<std::size_t>(Working().Get(*field));
-  return fmt::format("{}: {}", Plain(LoadText(radios->caption)),
-                     Plain(LoadText(radios->buttons[chosen])));
+  const Choice* chosen = FindChoice(radios->choices, Working().Get(*field));
+  return chosen == nullptr ? std::string()
+                           : fmt::format("{}: {}", Plain(LoadText(radios->caption)),
+                                         Plain(LoadText(chosen->caption)));
 }
 
 // With the decimals of the dialog, but never so few that nothing is left of a small number.

@@ -42,8 +42,8 @@ FieldDescription Describe(const FamilyTable& family, const Field& field) {
   description.standard = field.factory;
   description.label = LoadText(field.label);
   description.meaning = LoadText(field.meaning);
-  for (const ChoiceRow& choice : ChoicesOf(family, field)) {
-    description.choices.push_back({choice.name, choice.value});
+  for (const Choice& choice : ChoicesOf(family.family, field.name)) {
+    description.choices.push_back({choice.word, choice.value});
   }
   return description;
 }

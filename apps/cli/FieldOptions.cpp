@@ -26,43 +26,6 @@ bool BeginsWord(std::string_view field, std::size_t i) {
   return IsLower(field[i - 1]) || IsDigit(field[i - 1]) || (IsUpper(field[i - 1]) && lastOfRun);
 }
 
-constexpr ChoiceRow kChoices[] = {
-    {"H0Type", nullptr, "two-sided", 0},
-    {"H0Type", nullptr, "upper", 1},
-    {"H0Type", nullptr, "lower", 2},
-    {"H0Type", "R2", "zero", 3},
-    {"NToVary", nullptr, "equal", 0},
-    {"NToVary", nullptr, "n1", 1},
-    {"NToVary", nullptr, "n2", 2},
-    {"NToVary", "P2", "ratio", 3},
-    {"DfToVary", nullptr, "equal", 0},
-    {"DfToVary", nullptr, "df1", 1},
-    {"ModelType", nullptr, "fixed", 0},
-    {"ModelType", nullptr, "random", 1},
-    {"EffectToTest", nullptr, "row", 0},
-    {"EffectToTest", nullptr, "column", 1},
-    {"EffectToTest", nullptr, "interaction", 2},
-    {"Algorithm", "AV1", "exact", 0},
-    {"Algorithm", "AV1", "tiku", 1},
-    {"Algorithm", "AV2", "exact", 0},
-    {"Algorithm", "AV2", "tiku", 1},
-    {"Algorithm", "V2", "exact", 0},
-    {"Algorithm", "V2", "tiku", 1},
-    {"Algorithm", "R", "exact", 0},
-    {"Algorithm", "R", "refined", 1},
-    {"Algorithm", "R", "crude", 2},
-    {"Algorithm", "Z2R", "refined", 1},
-    {"Algorithm", "Z2R", "crude", 2},
-    {"Algorithm", "R2", "speed", 0},
-    {"Algorithm", "R2", "accuracy", 1},
-    {"Algorithm", "P1", "exact", 0},
-    {"Algorithm", "P1", "normal", 1},
-    {"Continuity", nullptr, "no", 0},
-    {"Continuity", nullptr, "yes", 1},
-    {"EqualN", nullptr, "no", 0},
-    {"EqualN", nullptr, "yes", 1},
-};
-
 std::optional<double> ReadNumber(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n";
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -103,21 +66,10 @@ std::string LowerCase(std::string_view text) {
   return lower;
 }
 
-std::vector<ChoiceRow> ChoicesOf(const FamilyTable& family, const Field& field) {
-  std::vector<ChoiceRow> choices;
-  for (const ChoiceRow& row : kChoices) {
-    if (row.field == std::string_view(field.name) &&
-        (row.family == nullptr || row.family == std::string_view(family.code))) {
-      choices.push_back(row);
-    }
-  }
-  return choices;
-}
-
 std::string AllowedValues(const FamilyTable& family, const Field& field) {
   std::string text = field.keyed() ? RangeText(field) : std::string();
-  for (const ChoiceRow& choice : ChoicesOf(family, field)) {
-    text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", choice.name, choice.value);
+  for (const Choice& choice : ChoicesOf(family.family, field.name)) {
+    text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", choice.word, choice.value);
   }
   return text;
 }
@@ -126,8 +78,8 @@ double ParseFieldValue(const FamilyTable& family,
                        const Field& field,
                        const std::string& option,
                        std::string_view text) {
-  for (const ChoiceRow& choice : ChoicesOf(family, field)) {
-    if (LowerCase(text) == choice.name) {
+  for (const Choice& choice : ChoicesOf(family.family, field.name)) {
+    if (LowerCase(text) == choice.word) {
       return choice.value;
     }
   }

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/PowerSettings.h"
+#include "settings/Choices.h"
 
 // Options of the command line, made from the field tables.
 namespace poweranalysis {
@@ -16,15 +16,6 @@ std::string OptionName(std::string_view field);
 
 // A shorter option for the same field; empty when there is none. "H0Type" is also "h0".
 std::string OptionAlias(std::string_view field);
-
-// A value of a selector by name.
-struct ChoiceRow {
-  const char* field;
-  const char* family;  // code, or null: in every family
-  const char* name;
-  int value;
-};
-std::vector<ChoiceRow> ChoicesOf(const FamilyTable& family, const Field& field);
 
 // A value for a field, as given. Names of choices count in any case. A value outside the field's
 // range passes: refusing it is the dialogs'. Throws UsageError, which names `option`, the text and

@@ -33,40 +33,9 @@ constexpr Member kBaseMembers[] = {
 
 // --- Controls.
 
-struct FieldNumber {
-  std::string_view field;
-  int number;
-};
-
-// Radio groups that no dialog has yet; those of the dialogs' table are taken from there.
-constexpr FieldNumber kRadioBases[] = {
-    {"ModelType", 22000}, {"EffectToTest", 22010},  {"Algorithm", 22020},
-    {"DfToVary", 22040},  {"WhatToCompute", 22060},
-};
-// Check boxes, and the box beside the probability of the binomial calculator.
-constexpr FieldNumber kOtherControls[] = {
-    {"Continuity", 22050}, {"EqualN", 22051}, {"OneMinusP", 22070}, {"ActualValue", 22080}};
-
-template <std::size_t size>
-int NumberOf(const FieldNumber (&table)[size], std::string_view field) {
-  const auto* row = std::find_if(std::begin(table), std::end(table),
-                                 [field](const FieldNumber& r) { return r.field == field; });
-  return row == std::end(table) ? 0 : row->number;
-}
-
-// A field has one number in all dialogs, so that the radio buttons of any family tell it.
-int RadioBaseOf(std::string_view field) {
-  for (const FamilyTable& family : FamilyTables()) {
-    if (const RadioGroup* radios = RadiosOf(field, family.family)) {
-      return radios->base;
-    }
-  }
-  return NumberOf(kRadioBases, field);
-}
-
+// The actual value of the binomial calculator is a box without a field.
 int EditControlOf(std::string_view field) {
-  const int number = ControlOfField(field);
-  return number != 0 ? number : NumberOf(kOtherControls, field);
+  return field == "ActualValue" ? ControlActualValue : ControlOfField(field);
 }
 
 // --- Interfaces.

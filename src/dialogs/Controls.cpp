@@ -130,97 +130,27 @@ constexpr std::string_view kCheckBoxes[] = {"Continuity", "EqualN", "OneMinusP"}
 
 // --- Radio buttons.
 
-constexpr TextId kOneMean[] = {text::Caption2TailedMuMu0, text::Caption1TailedMuAtMostMu0,
-                               text::Caption1TailedMuAtLeastMu0};
-constexpr TextId kTwoMeans[] = {text::Radio2TailedMeans, text::Radio1TailedMeansAtMost,
-                                text::Radio1TailedMeansAtLeast};
-constexpr TextId kOneVariance[] = {text::Radio2TailedVariance, text::Radio1TailedVarianceAtMost,
-                                   text::Radio1TailedVarianceAtLeast};
-constexpr TextId kTwoVariances[] = {text::Radio2TailedVariances, text::Radio1TailedVariancesAtMost,
-                                    text::Radio1TailedVariancesAtLeast};
-constexpr TextId kOneCorrelation[] = {text::Radio2TailedCorrelation,
-                                      text::Radio1TailedCorrelationAtMost,
-                                      text::Radio1TailedCorrelationAtLeast};
-constexpr TextId kTwoCorrelations[] = {text::Radio2TailedCorrelations,
-                                       text::Radio1TailedCorrelationsAtMost,
-                                       text::Radio1TailedCorrelationsAtLeast};
-constexpr TextId kSquaredCorrelation[] = {
-    text::Radio2TailedSquaredCorrelation, text::Radio1TailedSquaredCorrelationAtMost,
-    text::Radio1TailedSquaredCorrelationAtLeast, text::Radio1TailedSquaredCorrelationZero};
-constexpr TextId kOneProportion[] = {text::Radio2TailedProportion,
-                                     text::Radio1TailedProportionAtMost,
-                                     text::Radio1TailedProportionAtLeast};
-constexpr TextId kTwoProportions[] = {text::Radio2TailedProportions,
-                                      text::Radio1TailedProportionsAtMost,
-                                      text::Radio1TailedProportionsAtLeast};
-constexpr TextId kPairedProportions[] = {text::Radio2TailedDelta, text::Radio1TailedDeltaAtMost,
-                                         text::Radio1TailedDeltaAtLeast};
-constexpr TextId kSurvivalRates[] = {text::Radio2TailedProportions,
-                                     text::Radio1TailedProportionsAtMost};
-constexpr TextId kSurvivalParameters[] = {text::Radio2TailedLambda, text::Radio1TailedLambdaAtMost};
-constexpr TextId kModelFit[] = {text::Radio1TailedRmseaZero, text::Radio1TailedRmseaAtMost,
-                                text::Radio1TailedRmseaAtLeast};
-constexpr TextId kGroupToVary[] = {text::RadioEqualN, text::RadioVaryN1, text::RadioVaryN2};
-constexpr TextId kGroupToVaryOrRatio[] = {text::RadioEqualN, text::RadioVaryN1, text::RadioVaryN2,
-                                          text::RadioFixedRatio};
-constexpr TextId kDfToVary[] = {text::RadioEqualDf, text::CaptionVaryDf1FixedDf2};
-constexpr TextId kEffectsModel[] = {text::FixedEffects, text::RandomEffects};
-constexpr TextId kCorrelationAlgorithms[] = {text::CaptionExact, text::CaptionFisherZRefined,
-                                             text::CaptionFisherZCrude};
-// There is no exact distribution of a difference of correlations.
-constexpr TextId kFisherZAlgorithms[] = {text::None, text::CaptionFisherZRefined,
-                                         text::CaptionFisherZCrude};
-constexpr TextId kSquaredCorrelationAlgorithms[] = {text::CaptionFaster, text::CaptionMoreAccurate};
-constexpr TextId kFAlgorithms[] = {text::CaptionExact, text::RadioTiku};
-constexpr TextId kProportionAlgorithms[] = {text::CaptionExact, text::RadioNormalApproximation};
+// The button of value 0; the others count on from it.
+constexpr FieldControl kRadioBases[] = {
+    {"Algorithm", 22020}, {"DfToVary", 22040}, {"EffectToTest", 22010},           {"H0Type", 1210},
+    {"ModelType", 22000}, {"NToVary", 22030},  {"WhatToCompute", ControlUnknown},
+};
 
 struct FamilyRadios {
   Family family;
   RadioGroup group;
 };
 
-constexpr RadioGroup Hypothesis(std::span<const TextId> forms) {
-  constexpr int kFirst = 1210;
-  return {"H0Type", kFirst, text::GroupHypothesis, forms};
+// A field whose choices have captions shows them as radio buttons.
+std::vector<FamilyRadios> MakeRadios() {
+  std::vector<FamilyRadios> radios;
+  for (const ChoiceRow& row : ChoiceRows()) {
+    if (row.choices.front().caption != text::None) {
+      radios.push_back({row.family, {row.field, RadioBaseOf(row.field), row.caption, row.choices}});
+    }
+  }
+  return radios;
 }
-constexpr RadioGroup GroupToVary(std::span<const TextId> groups) {
-  constexpr int kFirst = 22030;
-  return {"NToVary", kFirst, text::GroupGroupToVary, groups};
-}
-constexpr RadioGroup Algorithm(TextId caption, std::span<const TextId> algorithms) {
-  constexpr int kFirst = 22020;
-  return {"Algorithm", kFirst, caption, algorithms};
-}
-
-constexpr FamilyRadios kRadios[] = {
-    {Family::T1, Hypothesis(kOneMean)},
-    {Family::T2, Hypothesis(kTwoMeans)},
-    {Family::T2, GroupToVary(kGroupToVary)},
-    {Family::T3, Hypothesis(kTwoMeans)},
-    {Family::AV1, {"ModelType", 22000, text::GroupEffectsModel, kEffectsModel}},
-    {Family::AV1, Algorithm(text::GroupFDistribution, kFAlgorithms)},
-    {Family::AV2, Algorithm(text::GroupFDistribution, kFAlgorithms)},
-    {Family::V1, Hypothesis(kOneVariance)},
-    {Family::V2, Hypothesis(kTwoVariances)},
-    {Family::V2, {"DfToVary", 22040, text::GroupDfToVary, kDfToVary}},
-    {Family::V2, Algorithm(text::GroupFDistribution, kFAlgorithms)},
-    {Family::R, Hypothesis(kOneCorrelation)},
-    {Family::R, Algorithm(text::ButtonCompUtationalAlgorithm, kCorrelationAlgorithms)},
-    {Family::Z2R, Hypothesis(kTwoCorrelations)},
-    {Family::Z2R, Algorithm(text::ButtonCompUtationalAlgorithm, kFisherZAlgorithms)},
-    {Family::Z2R, GroupToVary(kGroupToVary)},
-    {Family::R2, Hypothesis(kSquaredCorrelation)},
-    {Family::R2, Algorithm(text::ButtonCompUtingAlgorithm, kSquaredCorrelationAlgorithms)},
-    {Family::P1, Hypothesis(kOneProportion)},
-    {Family::P1, Algorithm(text::ButtonCompUtingAlgorithm, kProportionAlgorithms)},
-    {Family::P2, Hypothesis(kTwoProportions)},
-    {Family::P2, GroupToVary(kGroupToVaryOrRatio)},
-    {Family::QMAC, Hypothesis(kPairedProportions)},
-    {Family::SA1, Hypothesis(kSurvivalRates)},
-    {Family::SA2, Hypothesis(kSurvivalParameters)},
-    {Family::SA3, Hypothesis(kSurvivalParameters)},
-    {Family::SEM, Hypothesis(kModelFit)},
-};
 
 // The label of one field is empty, and a page cannot ask for a number without a name.
 std::string CaptionOf(const Field& field) {
@@ -252,12 +182,18 @@ bool IsCheckBox(std::string_view field) {
   return std::find(std::begin(kCheckBoxes), std::end(kCheckBoxes), field) != std::end(kCheckBoxes);
 }
 
+int RadioBaseOf(std::string_view field) {
+  const auto* row = std::find_if(std::begin(kRadioBases), std::end(kRadioBases),
+                                 [field](const FieldControl& r) { return r.field == field; });
+  return row == std::end(kRadioBases) ? 0 : row->number;
+}
+
 const RadioGroup* RadiosOf(std::string_view field, Family family) {
-  const auto* row =
-      std::find_if(std::begin(kRadios), std::end(kRadios), [&](const FamilyRadios& radios) {
-        return radios.family == family && field == radios.group.field;
-      });
-  return row == std::end(kRadios) ? nullptr : &row->group;
+  static const std::vector<FamilyRadios> all = MakeRadios();
+  const auto row = std::find_if(all.begin(), all.end(), [&](const FamilyRadios& radios) {
+    return radios.family == family && field == radios.group.field;
+  });
+  return row == all.end() ? nullptr : &row->group;
 }
 
 std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
@@ -265,13 +201,10 @@ std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
                                          TextId groupCaption) {
   std::vector<ControlSpec> controls;
   if (const RadioGroup* radios = RadiosOf(field.name, family.family)) {
-    for (std::size_t value = 0; value < radios->buttons.size(); ++value) {
-      if (radios->buttons[value] == text::None) {
-        continue;
-      }
-      controls.push_back({radios->base + static_cast<int>(value), ControlKind::Radio, field.name,
-                          LoadText(radios->buttons[value]), LoadText(field.meaning),
-                          LoadText(radios->caption), static_cast<int>(value)});
+    for (const Choice& choice : radios->choices) {
+      controls.push_back({radios->base + choice.value, ControlKind::Radio, field.name,
+                          LoadText(choice.caption), LoadText(field.meaning),
+                          LoadText(radios->caption), choice.value});
     }
     return controls;
   }

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "host/DialogSpec.h"
-#include "settings/PowerSettings.h"
+#include "settings/Choices.h"
 
 // Numbers of controls: a field has one number in all dialogs.
 namespace poweranalysis {
@@ -44,15 +44,14 @@ bool IsCheckBox(std::string_view field);
 struct RadioGroup {
   const char* field;
   int base;
-  TextId caption;                   // of the group
-  std::span<const TextId> buttons;  // by value; None for a value that has no button
+  TextId caption;  // of the group
+  std::span<const Choice> choices;
 
-  int last() const { return base + static_cast<int>(buttons.size()) - 1; }
-  bool HasButton(double value) const {
-    return value >= 0 && value < static_cast<double>(buttons.size()) &&
-           buttons[static_cast<std::size_t>(value)] != text::None;
-  }
+  int last() const { return base + choices.back().value; }
+  bool HasButton(double value) const { return FindChoice(choices, value) != nullptr; }
 };
+// The number of the button of value 0; 0 for a field that has no buttons in any family.
+int RadioBaseOf(std::string_view field);
 // The radio buttons of a field in a family's dialogs; null when it has none.
 const RadioGroup* RadiosOf(std::string_view field, Family family);
 

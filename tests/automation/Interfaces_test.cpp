@@ -12,6 +12,7 @@
 
 #include "AutomationRun.h"
 #include "automation/SpecLookup.h"
+#include "settings/Choices.h"
 #include "support/TestData.h"
 
 namespace poweranalysis {
@@ -54,6 +55,22 @@ TEST(Interfaces, AreNinetyOneWithAllTheirMembers) {
   EXPECT_EQ(CountMembers(MemberKind::Method, MemberType::None), 92);
   EXPECT_EQ(CountMembers(MemberKind::Property, MemberType::AnalysisType), 1);
   EXPECT_EQ(CountMembers(MemberKind::Property, MemberType::AnalysisItem), 1);
+}
+
+// The unknown of a calculator is chosen among its boxes, not among choices of a field.
+TEST(Interfaces, AFlagStandsForAChoiceOfItsFamily) {
+  int flags = 0;
+  for (const Interface& interface : Interfaces().subspan(1)) {
+    for (const Member& member : interface.members) {
+      if (member.binding != Binding::Flag || std::string_view(member.field) == "WhatToCompute") {
+        continue;
+      }
+      ++flags;
+      const auto choices = ChoicesOf(interface.record->family, member.field);
+      EXPECT_NE(FindChoice(choices, member.value), nullptr) << interface.name << '.' << member.name;
+    }
+  }
+  EXPECT_GT(flags, 100);
 }
 
 TEST(Interfaces, HaveNamesThatDiffer) {

@@ -149,6 +149,23 @@ TEST_F(CommandLine, AnUnknownChoiceNamesTheChoices) {
                  {"'sideways'", "two-sided = 0", "upper = 1", "lower = 2"});
 }
 
+// The bounds of a field may be wider than what its family has.
+TEST_F(CommandLine, AChoiceThatTheFamilyLacksIsTakenAsANumberAlone) {
+  ExpectWrongUse({"power", "v1", "--h0", "zero"}, {"'zero'", "two-sided = 0", "lower = 2"});
+  ExpectWrongUse({"size", "t2", "--n-to-vary", "ratio"}, {"'ratio'", "equal = 0", "n2 = 2"});
+  ExpectWrongUse({"power", "z2r", "--algorithm", "exact"}, {"'exact'", "refined = 1, crude = 2"});
+  for (const char* family : {"sa1", "sa2", "sa3"}) {
+    ExpectWrongUse({"power", family, "--h0", "lower"}, {"'lower'", "two-sided = 0, upper = 1)"});
+  }
+  const std::vector<Arguments> numbers = {{"power", "v1", "--h0", "3"},
+                                          {"power", "sa1", "--h0", "2"},
+                                          {"size", "t2", "--n-to-vary", "3"},
+                                          {"power", "z2r", "--algorithm", "0"}};
+  for (const Arguments& arguments : numbers) {
+    EXPECT_EQ(Run(arguments).status, 1) << arguments[1] << ": no answer, yet no wrong use";
+  }
+}
+
 TEST_F(CommandLine, ValuesOutOfRangeGetTheMessageOfTheSystem) {
   ExpectRefused({"power", "t1", "--alpha", "0.3"},
                 "The current value for Alpha is outside the permissible range.\n"
