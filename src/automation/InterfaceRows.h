@@ -14,9 +14,10 @@ struct MemberRow {
   RowKind kind;
   const char* name;
   const char* field = "";
-  int control = 0;  // 0: that of the field, or the next chart button
+  int control = 0;  // 0: that of the field, or of the chart
   int value = -1;   // of a flag
   MemberType type = MemberType::None;
+  const char* chart = "";  // that a graph shows
 };
 
 std::span<const MemberRow> InterfaceRows();

@@ -8,6 +8,7 @@
 
 #include "automation/InterfaceRows.h"
 #include "dialogs/Controls.h"
+#include "dialogs/DialogFactory.h"
 
 namespace poweranalysis {
 
@@ -138,7 +139,13 @@ Interface NewInterface(const char* name) {
   return made;
 }
 
-Member NewMember(const MemberRow& row, int id, int& nextChart) {
+// The button of a chart on a results dialog.
+int ChartControlOf(const Interface& interface, std::string_view chart) {
+  const int mode = FindDialog(interface.dialog->resource).mode;
+  return ChartControl(interface.record->family, mode, chart);
+}
+
+Member NewMember(const MemberRow& row, int id, const Interface& interface) {
   const auto member = [&](MemberKind kind, Binding binding, int control) {
     return Member{row.name, kind, row.type, binding, control, row.field, row.value, id};
   };
@@ -153,7 +160,7 @@ Member NewMember(const MemberRow& row, int id, int& nextChart) {
     case RowKind::List:
       return member(MemberKind::Property, Binding::List, row.control);
     case RowKind::Graph:
-      return member(MemberKind::ReadOnly, Binding::Graph, nextChart++);
+      return member(MemberKind::ReadOnly, Binding::Graph, ChartControlOf(interface, row.chart));
     case RowKind::Summary:
       return member(MemberKind::ReadOnly, Binding::Summary, row.control);
     default:
@@ -161,27 +168,18 @@ Member NewMember(const MemberRow& row, int id, int& nextChart) {
   }
 }
 
-// The charts of a results dialog that computes a size stand under other numbers.
-int FirstChartOf(const Interface& interface) {
-  const bool size =
-      interface.dialog != nullptr && FindDialog(interface.dialog->resource).mode == ModeSampleSize;
-  return size ? ControlSizeCharts : ControlPowerCharts;
-}
-
 Table MakeTable() {
   Table table;
   Interface base{"ZlvAnalysisDialog", {}, DialogKind::Base, nullptr, nullptr, {}, kBaseMembers};
   table.interfaces.push_back(base);
-  int nextChart = 0;
   for (const MemberRow& row : InterfaceRows()) {
     if (row.kind == RowKind::Dialog) {
       table.interfaces.push_back(NewInterface(row.name));
       table.members.emplace_back();
-      nextChart = FirstChartOf(table.interfaces.back());
     } else {
       std::vector<Member>& members = table.members.back();
       const std::size_t id = std::size(kBaseMembers) + members.size();
-      members.push_back(NewMember(row, static_cast<int>(id), nextChart));
+      members.push_back(NewMember(row, static_cast<int>(id), table.interfaces.back()));
     }
   }
   for (std::size_t i = 0; i < table.members.size(); ++i) {

@@ -41,51 +41,51 @@ constexpr ParameterDialogTable kParameterDialogs[] = {
 constexpr PlotTexts kRmsseLabel = Only(text::RowRMSSE);
 
 constexpr PlotRow kPCPowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPowerVsNEsAlphaGroups, {"StandardizedEffect", "Alpha", "NumberOfGroups"}),
      GroupNLabel, PowerLabel},
-    {Along("StandardizedEffect"), text::CaptionPowerVsEs, PowerVsEffect, EsAxis,
+    {Along("StandardizedEffect"), chart::PowerVsEs, PowerVsEffect, EsAxis,
      Only(text::PlotPowerVsEsNAlphaGroups, {"SampleSize", "Alpha", "NumberOfGroups"}), EsLabel,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPowerVsAlphaEsNGroups, {"StandardizedEffect", "SampleSize", "NumberOfGroups"}),
      AlphaLabel, PowerLabel},
 };
 
 constexpr PlotRow kPCSizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotNVsPowerEsAlphaGroupsSSWeights,
           {"StandardizedEffect", "Alpha", "NumberOfGroups", "SumOfSquaredWeights"}),
      GoalLabel, RequiredNLabel},
-    {Along("StandardizedEffect"), text::CaptionNVsEs, SizeVsEffect, EsAxis,
+    {Along("StandardizedEffect"), chart::NVsEs, SizeVsEffect, EsAxis,
      Only(text::PlotNVsEsAlphaGroupsSSWeights, {"Alpha", "NumberOfGroups", "SumOfSquaredWeights"}),
      EsLabel, RequiredNLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotNVsAlphaEsGroupsSSWeights,
           {"StandardizedEffect", "NumberOfGroups", "SumOfSquaredWeights"}),
      AlphaLabel, RequiredNLabel},
 };
 
 constexpr PlotRow kAV1PowerPlots[] = {
-    {Along("N"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("N"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPowerVsNRMSSEGroupsAlpha, {"RMSSE", "NumberOfGroups", "Alpha"}), GroupNLabel,
      PowerLabel},
-    {Along("RMSSE"), text::ButtonPowerVsRMSSE, PowerVsRmse, RmsseAxis,
+    {Along("RMSSE"), chart::PowerVsRMSSE, PowerVsRmse, RmsseAxis,
      Only(text::PlotPowerVsRMSSEAlphaGroupsN, {"Alpha", "NumberOfGroups", "N"}), kRmsseLabel,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPowerVsAlphaRMSSEGroupsN, {"RMSSE", "NumberOfGroups", "N"}), AlphaLabel,
      PowerLabel},
 };
 
 constexpr PlotRow kAV1SizePlots[] = {
-    {Along("RMSSE"), text::ButtonNVsRMSSE, SizeVsRmse, RmsseAxis,
+    {Along("RMSSE"), chart::NVsRMSSE, SizeVsRmse, RmsseAxis,
      Only(text::PlotNVsRMSSEAlphaGroupsPower, {"Alpha", "NumberOfGroups", "PowerGoal"}),
      kRmsseLabel, RequiredNLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotNVsAlphaRMSSEGroupsPower, {"RMSSE", "NumberOfGroups", "PowerGoal"}), AlphaLabel,
      RequiredNLabel},
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotNVsPowerRMSSEGroupsAlpha, {"RMSSE", "NumberOfGroups", "Alpha"}), GoalLabel,
      RequiredNLabel},
 };
@@ -120,11 +120,11 @@ constexpr EffectWords kEffectWords[kEffects] = {
 constexpr std::array<PlotRow, kEffects> TwoWayPowerPlots(std::size_t effect) {
   const EffectWords& words = kEffectWords[effect];
   return {{
-      {Along("N"), text::PlotPowerVsN, PowerVsSize, NAxis,
+      {Along("N"), chart::PowerVsN, PowerVsSize, NAxis,
        Only(words.powerVsN, {words.rmsse, "Alpha"}), GroupNLabel, PowerLabel, effect},
-      {Along(words.rmsse), text::ButtonPowerVsRMSSE, PowerVsRmse, RmsseAxis,
+      {Along(words.rmsse), chart::PowerVsRMSSE, PowerVsRmse, RmsseAxis,
        Only(words.powerVsRmsse, {"N", "Alpha"}), Only(words.rmsseLabel), PowerLabel, effect},
-      {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+      {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
        Only(words.powerVsAlpha, {"N", words.rmsse}), AlphaLabel, PowerLabel, effect},
   }};
 }
@@ -132,12 +132,12 @@ constexpr std::array<PlotRow, kEffects> TwoWayPowerPlots(std::size_t effect) {
 constexpr std::array<PlotRow, kEffects> TwoWaySizePlots(std::size_t effect) {
   const EffectWords& words = kEffectWords[effect];
   return {{
-      {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+      {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
        Only(words.sizeVsPower, {words.rmsse, "Alpha"}), GoalLabel, RequiredNLabel, effect},
-      {Along(words.rmsse), text::ButtonNVsRMSSE, SizeVsRmse, RmsseAxis,
+      {Along(words.rmsse), chart::NVsRMSSE, SizeVsRmse, RmsseAxis,
        Only(words.sizeVsRmsse, {"PowerGoal", "Alpha"}), Only(words.rmsseLabel), RequiredNLabel,
        effect},
-      {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+      {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
        Only(words.sizeVsAlpha, {"PowerGoal", "Alpha"}), AlphaLabel, RequiredNLabel, effect},
   }};
 }

@@ -52,23 +52,23 @@ constexpr PlotTexts kRhoLabel = Only(text::RowPopulationCorrelationRho);
 constexpr PlotTexts kR2Label = Only(text::PlotPopulationSquaredMultipleCorrelationP2);
 
 constexpr PlotRow kRPowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotRhoAlpha, {text::PlotPowerVsN, "Rho", "Alpha"}), GroupNLabel,
      kAlgorithmPowerLabel},
-    {Along("Rho"), text::PlotPowerVsRho, PowerVsRho, kRhoAxis,
+    {Along("Rho"), chart::PowerVsRho, PowerVsRho, kRhoAxis,
      Only(text::PlotAlphaN, {text::PlotPowerVsRho, "Alpha", "SampleSize"}), kRhoLabel,
      kAlgorithmPowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotRhoN, {text::PlotPowerVsAlpha, "Rho", "SampleSize"}), AlphaLabel,
      kAlgorithmPowerLabel},
 };
 
 constexpr PlotRow kRSizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotNVsPowerAlphaPopulationRho, {"Alpha", "Rho"}), GoalLabel, kAlgorithmSizeLabel},
-    {Along("Rho"), text::ButtonNVsRho, SizeVsRho, kRhoAxis,
+    {Along("Rho"), chart::NVsRho, SizeVsRho, kRhoAxis,
      Only(text::PlotNVsRhoPowerAlpha, {"PowerGoal", "Alpha"}), kRhoLabel, kAlgorithmSizeLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotNVsAlphaPowerPopulationRho, {"PowerGoal", "Rho"}), AlphaLabel,
      kAlgorithmSizeLabel},
 };
@@ -79,18 +79,16 @@ constexpr PlotTexts Z2RVsSize(TextId caption) {
 }
 
 constexpr PlotRow kZ2RPowerPlots[] = {
-    {AlongSizes, text::PlotPowerVsN, PowerVsSize, NAxis, Z2RVsSize(text::PlotPowerVsN),
+    {AlongSizes, chart::PowerVsN, PowerVsSize, NAxis, Z2RVsSize(text::PlotPowerVsN),
      Only(text::PlotSampleSizeForEachGroupN1N2), kAlgorithmPowerLabel},
-    {Along("SampleSizeN1"), text::ButtonPowerVsN1, PowerVsSize, NAxis,
-     Z2RVsSize(text::ButtonPowerVsN1), Only(text::PlotSampleSizeN1N2FixedAt, {"SampleSizeN2"}),
-     kAlgorithmPowerLabel},
-    {Along("SampleSizeN2"), text::ButtonPowerVsN2, PowerVsSize, NAxis,
-     Z2RVsSize(text::ButtonPowerVsN2), Only(text::PlotSampleSizeN2N1FixedAt, {"SampleSizeN1"}),
-     kAlgorithmPowerLabel},
-    {Along("Rho1"), text::PlotPowerVsRho, PowerVsRho, kRhoAxis,
+    {Along("SampleSizeN1"), chart::PowerVsN1, PowerVsSize, NAxis, Z2RVsSize(text::ButtonPowerVsN1),
+     Only(text::PlotSampleSizeN1N2FixedAt, {"SampleSizeN2"}), kAlgorithmPowerLabel},
+    {Along("SampleSizeN2"), chart::PowerVsN2, PowerVsSize, NAxis, Z2RVsSize(text::ButtonPowerVsN2),
+     Only(text::PlotSampleSizeN2N1FixedAt, {"SampleSizeN1"}), kAlgorithmPowerLabel},
+    {Along("Rho1"), chart::PowerVsRho, PowerVsRho, kRhoAxis,
      Only(text::PlotN1N2, {text::PlotPowerVsRho, "SampleSizeN1", "SampleSizeN2"}),
      Only(text::PlotPopulationCorrelationRho1Rho2FixedAt, {"Rho2"}), kAlgorithmPowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotRho1Rho2N1N2,
           {text::PlotPowerVsAlpha, "Rho1", "Rho2", "SampleSizeN1", "SampleSizeN2"}),
      AlphaLabel, kAlgorithmPowerLabel},
@@ -105,7 +103,7 @@ constexpr std::array<Slot, 6> kGoalAndRhos = {"PowerGoal", "Rho1", "Rho2"};
 
 constexpr PlotRow kZ2RSizePlots[] = {
     {Along("PowerGoal"),
-     text::PlotNVsPower,
+     chart::NVsPower,
      SizeVsPower,
      PowerAxis,
      {"NToVary",
@@ -115,7 +113,7 @@ constexpr PlotRow kZ2RSizePlots[] = {
      GoalLabel,
      kZ2RSizeLabel},
     {Along("Rho1"),
-     text::ButtonNVsRho,
+     chart::NVsRho,
      SizeVsRho,
      kRhoAxis,
      {"NToVary",
@@ -125,7 +123,7 @@ constexpr PlotRow kZ2RSizePlots[] = {
      Only(text::PlotGroup1PopulationCorrelationRho1),
      kZ2RSizeLabel},
     {Along("Alpha"),
-     text::PlotNVsAlpha,
+     chart::NVsAlpha,
      SizeVsAlpha,
      AlphaAxis,
      {"NToVary",
@@ -137,25 +135,25 @@ constexpr PlotRow kZ2RSizePlots[] = {
 };
 
 constexpr PlotRow kR2PowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPowerVsNRho2AlphaK, {"PopulationR2", "Alpha", "TotalNumberOfVars"}),
      GroupNLabel, PowerLabel},
-    {Along("PopulationR2"), text::ButtonPowerVsP2, PowerVsSquaredRho, kR2Axis,
+    {Along("PopulationR2"), chart::PowerVsP2, PowerVsSquaredRho, kR2Axis,
      Only(text::PlotPowerVsP2AlphaNK, {"Alpha", "SampleSize", "TotalNumberOfVars"}), kR2Label,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPowerVsAlphaRho2NK, {"PopulationR2", "SampleSize", "TotalNumberOfVars"}),
      AlphaLabel, PowerLabel},
 };
 
 constexpr PlotRow kR2SizePlots[] = {
-    {Along("PopulationR2"), text::ButtonNVsP2, SizeVsSquaredRho, kR2Axis,
+    {Along("PopulationR2"), chart::NVsP2, SizeVsSquaredRho, kR2Axis,
      Only(text::PlotNVsP2PowerAlphaK, {"PowerGoal", "Alpha", "TotalNumberOfVars"}), kR2Label,
      RequiredNLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotNVsAlphaP2PowerK, {"PopulationR2", "PowerGoal", "TotalNumberOfVars"}),
      AlphaLabel, RequiredNLabel},
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotNVsPowerP2AlphaK, {"PopulationR2", "Alpha", "TotalNumberOfVars"}), GoalLabel,
      RequiredNLabel},
 };

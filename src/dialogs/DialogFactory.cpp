@@ -45,4 +45,17 @@ std::unique_ptr<CAnalysisDialog> CreateTaskDialog(CPowerAnalysis& analysis,
   return rows == nullptr ? nullptr : std::make_unique<CParameterDialog>(analysis, entry, *rows);
 }
 
+int ChartControl(Family family, int mode, std::string_view chart) {
+  const ResultsDialogTable* rows = Find(&FamilyDialogs::results, family, mode);
+  if (rows == nullptr) {
+    return 0;
+  }
+  for (const ChartButton& button : ChartButtons(*rows)) {
+    if (button.chart.name == chart) {
+      return button.control;
+    }
+  }
+  return 0;
+}
+
 }  // namespace poweranalysis

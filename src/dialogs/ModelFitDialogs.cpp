@@ -26,29 +26,29 @@ constexpr PlotTexts kRmseaLabel = Only(text::PlotPopulationRMSEARR0FixedAt, {"R0
 constexpr PlotTexts kDfLabel = Only(text::RowDegreesOfFreedomDf);
 
 constexpr PlotRow kPowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPowerVsNRR0DfAlpha, {"R", "R0", "DegreesOfFreedom", "Alpha"}), GroupNLabel,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPowerVsAlphaRR0NDf, {"R", "R0", "SampleSize", "DegreesOfFreedom"}), AlphaLabel,
      PowerLabel},
-    {Along("R"), text::ButtonPowerVsRMSEA, PowerVsRmse, kRmseaAxis,
+    {Along("R"), chart::PowerVsRmsea, PowerVsRmse, kRmseaAxis,
      Only(text::PlotPowerVsRMSEARNDf, {"SampleSize", "DegreesOfFreedom"}), kRmseaLabel, PowerLabel},
-    {Along("DegreesOfFreedom"), text::ButtonPowerVsDf, PowerVsDf, kDfAxis,
+    {Along("DegreesOfFreedom"), chart::PowerVsDf, PowerVsDf, kDfAxis,
      Only(text::PlotPowerVsDfRR0NAlpha, {"R", "R0", "SampleSize", "Alpha"}), kDfLabel, PowerLabel},
 };
 
 constexpr PlotRow kSizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotNVsPowerRR0DfAlpha, {"R", "R0", "DegreesOfFreedom", "Alpha"}), GoalLabel,
      RequiredNLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotNVsAlphaRR0PowerGoalDf, {"R", "R0", "PowerGoal", "DegreesOfFreedom"}),
      AlphaLabel, RequiredNLabel},
-    {Along("R"), text::ButtonNVsRMSEA, SizeVsRmse, kRmseaAxis,
+    {Along("R"), chart::NVsRmsea, SizeVsRmse, kRmseaAxis,
      Only(text::PlotNVsRMSEARPowerGoalDf, {"PowerGoal", "DegreesOfFreedom"}), kRmseaLabel,
      RequiredNLabel},
-    {Along("DegreesOfFreedom"), text::ButtonNVsDf, SizeVsDf, kDfAxis,
+    {Along("DegreesOfFreedom"), chart::NVsDf, SizeVsDf, kDfAxis,
      Only(text::PlotNVsDfRR0PowerGoalAlpha, {"R", "R0", "PowerGoal", "Alpha"}), kDfLabel,
      RequiredNLabel},
 };

@@ -55,25 +55,25 @@ constexpr PlotTexts kP1SizeLabel = Only(text::PlotSampleSize, {kAlgorithm});
 constexpr PlotTexts kPiLabel = Only(text::RowPopulationProportionPi);
 
 constexpr PlotRow kP1PowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPiPi0Alpha, {text::PlotPowerVsN, "Pi", "Pi0", "Alpha"}), GroupNLabel,
      kP1PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPiPi0N, {text::PlotPowerVsAlpha, "Pi", "Pi0", "SampleSize"}), AlphaLabel,
      kP1PowerLabel},
-    {Along("Pi"), text::PlotPowerVsPi, PowerVsPi, kPiAxis,
+    {Along("Pi"), chart::PowerVsPi, PowerVsPi, kPiAxis,
      Only(text::PlotPi0NAlpha, {text::PlotPowerVsPi, "Pi0", "SampleSize", "Alpha"}), kPiLabel,
      kP1PowerLabel},
 };
 
 constexpr PlotRow kP1SizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotPiPi0Alpha, {text::PlotNVsPower, "Pi", "Pi0", "Alpha"}), GoalLabel,
      kP1SizeLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotPiPi0PowerGoal, {text::PlotNVsAlpha, "Pi", "Pi0", "PowerGoal"}), AlphaLabel,
      kP1SizeLabel},
-    {Along("Pi"), text::PlotNVsPi, SizeVsPi, kPiAxis,
+    {Along("Pi"), chart::NVsPi, SizeVsPi, kPiAxis,
      Only(text::PlotAlphaPi0Power, {text::PlotNVsPi, "Alpha", "Pi0", "PowerGoal"}), kPiLabel,
      kP1SizeLabel},
 };
@@ -84,18 +84,16 @@ constexpr PlotTexts P2VsSize(TextId caption) {
 }
 
 constexpr PlotRow kP2PowerPlots[] = {
-    {AlongSizes, text::PlotPowerVsN, PowerVsSize, NAxis, P2VsSize(text::PlotPowerVsN),
+    {AlongSizes, chart::PowerVsN, PowerVsSize, NAxis, P2VsSize(text::PlotPowerVsN),
      Only(text::PlotSampleSizeForEachGroupN1N2), kP2PowerLabel},
-    {Along("SampleSizeN1"), text::ButtonPowerVsN1, PowerVsSize, NAxis,
-     P2VsSize(text::ButtonPowerVsN1), Only(text::PlotSampleSizeN1N2FixedAt, {"SampleSizeN2"}),
-     kP2PowerLabel},
-    {Along("SampleSizeN2"), text::ButtonPowerVsN2, PowerVsSize, NAxis,
-     P2VsSize(text::ButtonPowerVsN2), Only(text::PlotSampleSizeN2N1FixedAt, {"SampleSizeN1"}),
-     kP2PowerLabel},
-    {Along("Pi1"), text::PlotPowerVsPi1, PowerVsPi, kPiAxis,
+    {Along("SampleSizeN1"), chart::PowerVsN1, PowerVsSize, NAxis, P2VsSize(text::ButtonPowerVsN1),
+     Only(text::PlotSampleSizeN1N2FixedAt, {"SampleSizeN2"}), kP2PowerLabel},
+    {Along("SampleSizeN2"), chart::PowerVsN2, PowerVsSize, NAxis, P2VsSize(text::ButtonPowerVsN2),
+     Only(text::PlotSampleSizeN2N1FixedAt, {"SampleSizeN1"}), kP2PowerLabel},
+    {Along("Pi1"), chart::PowerVsPi1, PowerVsPi, kPiAxis,
      Only(text::PlotN1N2Alpha, {text::PlotPowerVsPi1, "SampleSizeN1", "SampleSizeN2", "Alpha"}),
      Only(text::PlotPopulationProportionPi1Pi2FixedAt, {"Pi2"}), kP2PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPi1Pi2N1N2,
           {text::PlotPowerVsAlpha, "Pi1", "Pi2", "SampleSizeN1", "SampleSizeN2"}),
      AlphaLabel, kP2PowerLabel},
@@ -108,13 +106,13 @@ constexpr PlotTexts kP2SizeLabel = {"NToVary",
                                       {text::PlotSampleSizeN2RatioN1N2FixedAt, {"Ratio"}}}}};
 
 constexpr PlotRow kP2SizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotPi1Pi2Alpha, {text::PlotNVsPower, "Pi1", "Pi2", "Alpha"}),
      Only(text::PlotPowerGoal2, {kCorrection}), kP2SizeLabel},
-    {Along("Pi1"), text::PlotNVsPi1, SizeVsPi, kPiAxis,
+    {Along("Pi1"), chart::NVsPi1, SizeVsPi, kPiAxis,
      Only(text::PlotPi2Alpha, {text::PlotNVsPi1, "Pi2", "Alpha"}),
      Only(text::PlotPopulationProportionPi1, {kCorrection}), kP2SizeLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotPi1Pi2, {text::PlotNVsAlpha, "Pi1", "Pi2"}),
      Only(text::PlotTypeIErrorRateAlpha, {kCorrection}), kP2SizeLabel},
 };
@@ -123,31 +121,31 @@ constexpr PlotTexts kDeltaLabel = Only(text::PlotPopulationProportionDeltaEtaFix
 constexpr PlotTexts kEtaLabel = Only(text::PlotPopulationEtaDeltaFixedAt, {"Delta"});
 
 constexpr PlotRow kQMACPowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotDeltaEtaAlpha2, {text::PlotPowerVsN, "Delta", "Eta", "Alpha"}), GroupNLabel,
      PowerLabel},
-    {Along("Delta"), text::PlotPowerVsDelta, PowerVsEffect, kDeltaAxis,
+    {Along("Delta"), chart::PowerVsDelta, PowerVsEffect, kDeltaAxis,
      Only(text::PlotNAlphaEta, {text::PlotPowerVsDelta, "SampleSize", "Alpha", "Eta"}), kDeltaLabel,
      PowerLabel},
-    {Along("Eta"), text::PlotPowerVsEta, PowerVsEta, kEtaAxis,
+    {Along("Eta"), chart::PowerVsEta, PowerVsEta, kEtaAxis,
      Only(text::PlotNAlphaDelta, {text::PlotPowerVsEta, "SampleSize", "Alpha", "Delta"}), kEtaLabel,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotDeltaEtaN, {text::PlotPowerVsAlpha, "Delta", "Eta", "SampleSize"}), AlphaLabel,
      PowerLabel},
 };
 
 constexpr PlotRow kQMACSizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotDeltaEtaAlpha, {text::PlotNVsPower, "Delta", "Eta", "Alpha"}), GoalLabel,
      RequiredNLabel},
-    {Along("Delta"), text::PlotNVsDelta, SizeVsDelta, kDeltaAxis,
+    {Along("Delta"), chart::NVsDelta, SizeVsDelta, kDeltaAxis,
      Only(text::PlotAlphaEtaPower, {text::PlotNVsDelta, "Alpha", "Eta", "PowerGoal"}), kDeltaLabel,
      RequiredNLabel},
-    {Along("Eta"), text::PlotNVsEta, SizeVsEta, kEtaAxis,
+    {Along("Eta"), chart::NVsEta, SizeVsEta, kEtaAxis,
      Only(text::PlotAlphaDeltaPower, {text::PlotNVsEta, "Alpha", "Delta", "PowerGoal"}), kEtaLabel,
      RequiredNLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotDeltaEtaPower, {text::PlotNVsAlpha, "Delta", "Eta", "PowerGoal"}), AlphaLabel,
      RequiredNLabel},
 };

@@ -1,7 +1,6 @@
 #include "dialogs/ResultsDialog.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "dialogs/Speaker.h"
 #include "host/NumberText.h"
@@ -67,6 +66,10 @@ bool IsResult(const Quantity& quantity) {
          quantity.kind == QuantityKind::NormalPower;
 }
 
+bool SameChart(const ChartName& a, const ChartName& b) {
+  return std::string_view(a.name) == b.name;
+}
+
 // The calculation's name: the caption of the results dialog without its last word.
 std::string CalculationName(const CatalogueDialog& entry) {
   constexpr std::string_view kResults = " Results";
@@ -90,31 +93,21 @@ std::string FamilyAndHypothesis(const CatalogueDialog& entry, int tableCode, Pow
 
 }  // namespace
 
-std::string PlotName(TextId caption) {
-  constexpr std::string_view kSquared = "²";
-  std::string name;
-  const std::string text = LoadText(caption);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (std::string_view(text).substr(i).starts_with(kSquared)) {
-      name += '2';
-      i += kSquared.size() - 1;
-    } else if (text[i] == ' ') {
-      name += '-';
-    } else if (text[i] != '.') {
-      name += static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+std::vector<ChartButton> ChartButtons(const ResultsDialogTable& dialog) {
+  int control = dialog.mode == ModeSampleSize ? ControlSizeCharts : ControlPowerCharts;
+  std::vector<ChartButton> buttons;
+  for (const PlotRow& plot : dialog.plots) {
+    if (buttons.empty() || !SameChart(buttons.back().chart, plot.chart)) {
+      buttons.push_back({control++, plot.chart});
     }
   }
-  return name;
+  return buttons;
 }
 
 CResultsDialog::CResultsDialog(CAnalysisSupport& analysis,
                                const CatalogueDialog& entry,
                                const ResultsDialogTable& rows)
     : CFieldDialog(analysis, entry, rows.family, rows.fields), rows_(rows) {}
-
-int CResultsDialog::FirstChartControl() const {
-  return rows_.mode == ModeSampleSize ? ControlSizeCharts : ControlPowerCharts;
-}
 
 DialogSpec CResultsDialog::Spec() const {
   DialogSpec spec;
@@ -134,29 +127,13 @@ DialogSpec CResultsDialog::Spec() const {
                 ButtonSpec(ControlChangeParams, "ChangeParams", text::CaptionChangeParams),
                 ButtonSpec(ControlOutputOptions, "Options", text::ButtonOptions)};
   PageSpec page = FieldsPage(text::GroupAxisRanges);
-  for (int control = FirstChartControl(); ChartCaption(control) != text::None; ++control) {
-    const TextId caption = ChartCaption(control);
-    ControlSpec button = ButtonSpec(control, PlotName(caption), caption);
+  for (const auto& [control, chart] : ChartButtons(rows_)) {
+    ControlSpec button = ButtonSpec(control, chart.name, chart.caption);
     button.group = LoadText(text::GroupCharts);
     page.controls.push_back(std::move(button));
   }
   spec.pages = {std::move(page), SettingsPageSpec()};
   return spec;
-}
-
-TextId CResultsDialog::ChartCaption(int control) const {
-  int button = FirstChartControl() - 1;
-  TextId last = text::None;
-  for (const PlotRow& plot : rows_.plots) {
-    if (plot.caption != last) {
-      last = plot.caption;
-      ++button;
-    }
-    if (button == control) {
-      return last;
-    }
-  }
-  return text::None;
 }
 
 std::vector<ShownRow> CResultsDialog::Rows() const {
@@ -220,8 +197,12 @@ long CResultsDialog::Command(int control) {
     default:
       break;
   }
-  const TextId chart = ChartCaption(control);
-  return chart != text::None ? DrawPlotsOf(chart) : (StoreField(control) ? 1 : 0);
+  for (const ChartButton& button : ChartButtons(rows_)) {
+    if (button.control == control) {
+      return DrawPlotsOf(button.chart);
+    }
+  }
+  return StoreField(control) ? 1 : 0;
 }
 
 Question CResultsDialog::question() const {
@@ -309,11 +290,12 @@ long CResultsDialog::ChangeParams() {
   return 1;
 }
 
-long CResultsDialog::DrawPlotsOf(TextId caption) {
+long CResultsDialog::DrawPlotsOf(const ChartName& chart) {
   long drawn = 0;
   if (InputsPass()) {
     for (const PlotRow& plot : rows_.plots) {
-      const PlotOutcome outcome = plot.caption == caption ? DrawPlotOf(plot) : PlotOutcome::Dropped;
+      const PlotOutcome outcome =
+          SameChart(plot.chart, chart) ? DrawPlotOf(plot) : PlotOutcome::Dropped;
       if (outcome == PlotOutcome::Cancelled) {
         break;  // who stops one of a button's plots wants none of the others
       }
@@ -340,7 +322,7 @@ PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
 
   ChartRequest request;
   request.kind = plot.kind;
-  request.name = PlotName(plot.caption);
+  request.name = plot.chart.name;
   request.titles = {CalculationName(entry()), std::move(family),
                     FillPlotTexts(plot.title, committed, derived)};
   request.xLabel = FillPlotTexts(plot.xLabel, committed, derived);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/ChartNames.h"
 #include "dialogs/FieldDialog.h"
 #include "families/Families.h"
 #include "output/Charts.h"
@@ -30,10 +31,10 @@ struct PlotAxis {
   bool whole;  // sample sizes and degrees of freedom
 };
 
-// One plot of a results dialog. Neighbours of one caption are drawn by one press of their button.
+// One plot of a results dialog. Plots of one name are neighbours, drawn by one press of its button.
 struct PlotRow {
   Varied varied;
-  TextId caption;  // of its button; the plot's name is made from it
+  ChartName chart;
   int kind;
   PlotAxis axis;
   PlotTexts title;  // third title line
@@ -54,8 +55,12 @@ struct ResultsDialogTable {
   FailedPointRule failedPoint = FailedPointRule::GoOn;
 };
 
-// "Power vs. N1" as "power-vs-n1".
-std::string PlotName(TextId caption);
+// The buttons of a results dialog's charts, in their order.
+struct ChartButton {
+  int control;
+  ChartName chart;
+};
+std::vector<ChartButton> ChartButtons(const ResultsDialogTable& dialog);
 
 // Shows a summary of the parameters, calculates, draws charts, and sends all of it to the host's
 // output. One engine for all families.
@@ -86,11 +91,8 @@ class CResultsDialog : public CFieldDialog {
   // What follows from the inputs alone.
   Computed DerivedFrom(const RecordView& record) const;
   bool NullHypothesisRefuses(std::size_t effect) const;
-  long DrawPlotsOf(TextId caption);
+  long DrawPlotsOf(const ChartName& chart);
   PlotOutcome DrawPlotOf(const PlotRow& plot);
-  // The caption of a chart's button; None for another control.
-  TextId ChartCaption(int control) const;
-  int FirstChartControl() const;
   // The rows of its table.
   std::vector<ShownRow> Rows() const;
   std::string FrameText() const;

@@ -42,24 +42,24 @@ constexpr PlotTexts kGroupNLabel = Only(text::RowSampleSizePerGroupN);
 constexpr PlotTexts kPi2Label = Only(text::PlotPopulationProportionPi2Pi1FixedAt, {"Pi1"});
 
 constexpr PlotRow kSA1PowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPi1Pi2Alpha3, {text::PlotPowerVsN, "Pi1", "Pi2", "Alpha"}), kGroupNLabel,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPi1Pi2N, {text::PlotPowerVsAlpha, "Pi1", "Pi2", "SampleSize"}), AlphaLabel,
      PowerLabel},
-    {Along("Pi2"), text::PlotPowerVsPi2, PowerVsPi, kPi2Axis,
+    {Along("Pi2"), chart::PowerVsPi2, PowerVsPi, kPi2Axis,
      Only(text::PlotNAlpha, {text::PlotPowerVsPi2, "SampleSize", "Alpha"}), kPi2Label, PowerLabel},
 };
 
 constexpr PlotRow kSA1SizePlots[] = {
-    {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis,
+    {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis,
      Only(text::PlotPi1Pi2Alpha3, {text::PlotNVsPowerGoal, "Pi1", "Pi2", "Alpha"}), GoalLabel,
      RequiredNLabel},
-    {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis,
      Only(text::PlotPi1Pi2PowerGoal, {text::PlotNVsAlpha, "Pi1", "Pi2", "PowerGoal"}), AlphaLabel,
      RequiredNLabel},
-    {Along("Pi2"), text::ButtonNVsPi2, SizeVsPi, kPi2Axis,
+    {Along("Pi2"), chart::NVsPi2, SizeVsPi, kPi2Axis,
      Only(text::PlotPowerGoal, {text::PlotNVsSurvivalRatePi2, "PowerGoal"}), kPi2Label,
      RequiredNLabel},
 };
@@ -93,22 +93,22 @@ constexpr ExponentialWords kSA3Words = {
 
 constexpr std::array<PlotRow, 3> ExponentialPowerPlots(const ExponentialWords& words) {
   return {{
-      {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis, words.powerVsN, kGroupNLabel,
+      {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis, words.powerVsN, kGroupNLabel,
        PowerLabel},
-      {Along("Lambda2"), text::ButtonPowerVsLambda2, PowerVsLambda2, kLambda2Axis,
-       words.powerVsLambda2, words.powerLambda2Label, PowerLabel},
-      {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis, words.powerVsAlpha,
-       AlphaLabel, PowerLabel},
+      {Along("Lambda2"), chart::PowerVsLambda2, PowerVsLambda2, kLambda2Axis, words.powerVsLambda2,
+       words.powerLambda2Label, PowerLabel},
+      {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis, words.powerVsAlpha, AlphaLabel,
+       PowerLabel},
   }};
 }
 
 constexpr std::array<PlotRow, 3> ExponentialSizePlots(const ExponentialWords& words) {
   return {{
-      {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis, words.sizeVsPower, GoalLabel,
+      {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis, words.sizeVsPower, GoalLabel,
        RequiredNLabel},
-      {Along("Lambda2"), text::ButtonNVsLambda2, SizeVsLambda2, kLambda2Axis, words.sizeVsLambda2,
+      {Along("Lambda2"), chart::NVsLambda2, SizeVsLambda2, kLambda2Axis, words.sizeVsLambda2,
        Only(text::PlotExponentialParameterLambda2Lambda1FixedAt, {"Lambda1"}), RequiredNLabel},
-      {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis, words.sizeVsAlpha,
+      {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis, words.sizeVsAlpha,
        Only(text::PlotTypeIErrorRateAlphaPowerGoal, {"PowerGoal"}), RequiredNLabel},
   }};
 }

@@ -40,27 +40,27 @@ constexpr PlotTexts kT2SizeLabel = {"NToVary",
 
 // One mean and paired means: the same three power plots.
 constexpr PlotRow kOneGroupPowerPlots[] = {
-    {Along("SampleSize"), text::PlotPowerVsN, PowerVsSize, NAxis,
+    {Along("SampleSize"), chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPowerVsNEsAlpha, {EffectSlot, "Alpha"}), GroupNLabel, PowerLabel},
-    {AlongEffect, text::CaptionPowerVsEs, PowerVsEffect, EsAxis,
+    {AlongEffect, chart::PowerVsEs, PowerVsEffect, EsAxis,
      Only(text::PlotPowerVsEsNAlpha, {"SampleSize", "Alpha"}), EsLabel, PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPowerVsAlphaEsN, {EffectSlot, "SampleSize"}), AlphaLabel, PowerLabel},
 };
 
 constexpr PlotRow kT2PowerPlots[] = {
-    {AlongSizes, text::PlotPowerVsN, PowerVsSize, NAxis,
+    {AlongSizes, chart::PowerVsN, PowerVsSize, NAxis,
      Only(text::PlotPowerVsNEsAlphaN1N2N, {EffectSlot, "Alpha"}), GroupNLabel, PowerLabel},
-    {Along("SampleSizeN1"), text::ButtonPowerVsN1, PowerVsSize, NAxis,
+    {Along("SampleSizeN1"), chart::PowerVsN1, PowerVsSize, NAxis,
      Only(text::PlotPowerVsN1EsAlphaN2, {EffectSlot, "Alpha", "SampleSizeN2"}),
      Only(text::RowSampleSizeN1), PowerLabel},
-    {Along("SampleSizeN2"), text::ButtonPowerVsN2, PowerVsSize, NAxis,
+    {Along("SampleSizeN2"), chart::PowerVsN2, PowerVsSize, NAxis,
      Only(text::PlotPowerVsN2EsAlphaN1, {EffectSlot, "Alpha", "SampleSizeN1"}),
      Only(text::RowSampleSizeN2), PowerLabel},
-    {AlongEffect, text::CaptionPowerVsEs, PowerVsEffect, EsAxis,
+    {AlongEffect, chart::PowerVsEs, PowerVsEffect, EsAxis,
      Only(text::PlotPowerVsEsN1N2Alpha, {"SampleSizeN1", "SampleSizeN2", "Alpha"}), EsLabel,
      PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, AlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, AlphaAxis,
      Only(text::PlotPowerVsAlphaEsN1N2, {EffectSlot, "SampleSizeN1", "SampleSizeN2"}), AlphaLabel,
      PowerLabel},
 };
@@ -73,10 +73,9 @@ struct SizeTitles {
 
 constexpr std::array<PlotRow, 3> SizePlots(const SizeTitles& titles, const PlotTexts& yLabel) {
   return {{
-      {AlongEffect, text::CaptionNVsEs, SizeVsEffect, EsAxis, titles.vsEs, EsLabel, yLabel},
-      {Along("Alpha"), text::PlotNVsAlpha, SizeVsAlpha, AlphaAxis, titles.vsAlpha, AlphaLabel,
-       yLabel},
-      {Along("PowerGoal"), text::PlotNVsPower, SizeVsPower, PowerAxis, titles.vsPower, GoalLabel,
+      {AlongEffect, chart::NVsEs, SizeVsEffect, EsAxis, titles.vsEs, EsLabel, yLabel},
+      {Along("Alpha"), chart::NVsAlpha, SizeVsAlpha, AlphaAxis, titles.vsAlpha, AlphaLabel, yLabel},
+      {Along("PowerGoal"), chart::NVsPower, SizeVsPower, PowerAxis, titles.vsPower, GoalLabel,
        yLabel},
   }};
 }

@@ -49,25 +49,25 @@ constexpr PlotTexts kV2DfLabel = {
     {{{text::PlotDegreesOfFreedomDf1Df2, {}}, {text::PlotDegreesOfFreedomDf1Df22, {"Df2"}}}}};
 
 constexpr PlotRow kV1PowerPlots[] = {
-    {Along("DegreesOfFreedom"), text::ButtonPowerVsDf, PowerVsDf, kDfAxis,
+    {Along("DegreesOfFreedom"), chart::PowerVsDf, PowerVsDf, kDfAxis,
      Only(text::PlotPowerVsDfPopulationVarianceAlpha, {"PopulationVariance", "Alpha"}), kDfLabel,
      PowerLabel},
-    {Along("PopulationVariance"), text::ButtonPowerVsVariance, PowerVsVariance, kVarianceAxis,
+    {Along("PopulationVariance"), chart::PowerVsVariance, PowerVsVariance, kVarianceAxis,
      Only(text::PlotPowerVsPopulationVarianceAlphaDf, {"Alpha", "DegreesOfFreedom"}),
      kVarianceLabel, PowerLabel},
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, kAlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, kAlphaAxis,
      Only(text::PlotPowerVsAlphaPopulationVarianceDf, {"PopulationVariance", "DegreesOfFreedom"}),
      AlphaLabel, PowerLabel},
 };
 
 constexpr PlotRow kV1SizePlots[] = {
-    {Along("PopulationVariance"), text::ButtonDfVsVariance, DfVsVariance, kVarianceAxis,
+    {Along("PopulationVariance"), chart::DfVsVariance, DfVsVariance, kVarianceAxis,
      Only(text::PlotDfVsPopulationVariancePowerAlpha, {"PowerGoal", "Alpha"}), kVarianceLabel,
      kRequiredDfLabel},
-    {Along("Alpha"), text::ButtonDfVsAlpha, SizeVsAlpha, kAlphaAxis,
+    {Along("Alpha"), chart::DfVsAlpha, SizeVsAlpha, kAlphaAxis,
      Only(text::PlotDfVsAlphaPopulationVarianceAlpha, {"PopulationVariance", "Alpha"}), AlphaLabel,
      kRequiredDfLabel},
-    {Along("PowerGoal"), text::ButtonDfVsPower, SizeVsPower, kGoalAxis,
+    {Along("PowerGoal"), chart::DfVsPower, SizeVsPower, kGoalAxis,
      Only(text::PlotDfVsPowerPopulationVarianceAlpha, {"PopulationVariance", "Alpha"}), GoalLabel,
      kRequiredDfLabel},
 };
@@ -76,26 +76,26 @@ constexpr PlotRow kV1SizePlots[] = {
 constexpr PlotTexts kV2VsDf = Only(text::PlotPowerVsDfVar1Var2Alpha, {"Var1", "Var2", "Alpha"});
 
 constexpr PlotRow kV2PowerPlots[] = {
-    {Along("Alpha"), text::PlotPowerVsAlpha, PowerVsAlpha, kAlphaAxis,
+    {Along("Alpha"), chart::PowerVsAlpha, PowerVsAlpha, kAlphaAxis,
      Only(text::PlotPowerVsAlphaVar1Var2Df1Df2, {"Var1", "Var2", "Df1", "Df2"}), AlphaLabel,
      PowerLabel},
-    {AlongSizes, text::ButtonPowerVsDf, PowerVsDf, kDfAxis, kV2VsDf,
+    {AlongSizes, chart::PowerVsDf, PowerVsDf, kDfAxis, kV2VsDf,
      Only(text::PlotDegreesOfFreedomDf1Df2), PowerLabel},
-    {Along("Df1"), text::ButtonPowerVsDf1, PowerVsDf, kDfAxis, kV2VsDf,
+    {Along("Df1"), chart::PowerVsDf1, PowerVsDf, kDfAxis, kV2VsDf,
      Only(text::PlotDegreesOfFreedomDf1Df22, {"Df2"}), PowerLabel},
-    {Along("Df2"), text::ButtonPowerVsDf2, PowerVsDf, kDfAxis, kV2VsDf,
+    {Along("Df2"), chart::PowerVsDf2, PowerVsDf, kDfAxis, kV2VsDf,
      Only(text::PlotDegreesOfFreedomDf2Df1, {"Df1"}), PowerLabel},
-    {AlongEffect, text::ButtonPowerVsRatio, PowerVsVarianceRatio, kRatioAxis,
+    {AlongEffect, chart::PowerVsRatio, PowerVsVarianceRatio, kRatioAxis,
      Only(text::PlotPowerVsVarianceRatioDf1Df2Alpha, {"Df1", "Df2", "Alpha"}),
      Only(text::PlotVarianceRatioVar1Var2), PowerLabel},
 };
 
 constexpr PlotRow kV2SizePlots[] = {
-    {Along("Alpha"), text::ButtonDfVsAlpha, SizeVsAlpha, kAlphaAxis,
+    {Along("Alpha"), chart::DfVsAlpha, SizeVsAlpha, kAlphaAxis,
      Only(text::PlotDfVsAlphaVar1Var2Power, {"Ratio", "PowerGoal"}), AlphaLabel, kV2DfLabel},
-    {Along("PowerGoal"), text::ButtonDfVsPower, SizeVsPower, kGoalAxis,
+    {Along("PowerGoal"), chart::DfVsPower, SizeVsPower, kGoalAxis,
      Only(text::PlotDfVsPowerVar1Var2Alpha, {"Ratio", "Alpha"}), GoalLabel, kV2DfLabel},
-    {AlongEffect, text::ButtonDfVsRatio, DfVsVarianceRatio, kRatioAxis,
+    {AlongEffect, chart::DfVsRatio, DfVsVarianceRatio, kRatioAxis,
      Only(text::PlotDfVsVarianceRatioAlphaPower, {"Alpha", "PowerGoal"}),
      Only(text::PlotPopulationVarianceRatioVar1Var2), kV2DfLabel},
 };

@@ -12,6 +12,7 @@
 
 #include "AutomationRun.h"
 #include "automation/SpecLookup.h"
+#include "dialogs/DialogFactory.h"
 #include "settings/Choices.h"
 #include "support/TestData.h"
 
@@ -55,6 +56,34 @@ TEST(Interfaces, AreNinetyOneWithAllTheirMembers) {
   EXPECT_EQ(CountMembers(MemberKind::Method, MemberType::None), 92);
   EXPECT_EQ(CountMembers(MemberKind::Property, MemberType::AnalysisType), 1);
   EXPECT_EQ(CountMembers(MemberKind::Property, MemberType::AnalysisItem), 1);
+}
+
+TEST(Interfaces, AGraphPressesTheButtonOfItsChart) {
+  const std::map<std::string, std::string> members = {
+      {"PowT2_P_ResultsDialog.GraphOfPowerVsN2", "power-vs-n2"},
+      {"PowP1_P_ResultsDialog.GraphOfPowerVsProportion", "power-vs-pi"},
+      {"PowP1_P_ResultsDialog.GraphOfPowerVsAlpha", "power-vs-alpha"},
+      {"PowV2_S_ResultsDialog.GraphOfSampleSizeVsRatio", "df-vs-ratio"},
+      {"PowSEM_S_ResultsDialog.GraphOfSampleSizeVsR", "n-vs-rmsea"}};
+  int graphs = 0;
+  for (const Interface& interface : Interfaces().subspan(1)) {
+    std::set<int> controls;
+    for (const Member& member : interface.members) {
+      if (member.binding != Binding::Graph) {
+        continue;
+      }
+      ++graphs;
+      EXPECT_NE(member.control, 0) << interface.name << '.' << member.name;
+      EXPECT_TRUE(controls.insert(member.control).second) << interface.name << '.' << member.name;
+      const auto known = members.find(std::string(interface.name) + "." + member.name);
+      if (known != members.end()) {
+        const int mode = FindDialog(interface.dialog->resource).mode;
+        EXPECT_EQ(member.control, ChartControl(interface.record->family, mode, known->second))
+            << known->first;
+      }
+    }
+  }
+  EXPECT_EQ(graphs, 120);
 }
 
 // The unknown of a calculator is chosen among its boxes, not among choices of a field.

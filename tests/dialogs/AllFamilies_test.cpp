@@ -1,5 +1,6 @@
 #include <set>
 
+#include "dialogs/DialogFactory.h"
 #include "dialogs/FamilyDialogs.h"
 #include "dialogs/FamilyRun.h"
 #include "frame/FormatText.h"
@@ -74,6 +75,26 @@ void ExpectTextsFit(const FamilyTable& family, const PlotTexts& texts) {
   }
 }
 
+TEST_F(AllFamilies, AChartGoesByItsNameWhateverItsCaption) {
+  for (const ResultsDialogTable* table : AllResultsDialogs()) {
+    std::set<std::string> names;
+    int control = table->mode == ModePower ? 203 : 603;
+    for (const ChartButton& button : ChartButtons(*table)) {
+      const std::string name = button.chart.name;
+      EXPECT_TRUE(names.insert(name).second) << name << " stands on two buttons";
+      EXPECT_EQ(name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-"), std::string::npos)
+          << name;
+      EXPECT_EQ(button.control, control++) << name;
+      EXPECT_EQ(ChartControl(table->family, table->mode, name), button.control) << name;
+      EXPECT_FALSE(LoadText(button.chart.caption).empty()) << name;
+    }
+    EXPECT_GE(names.size(), 3u);
+    EXPECT_EQ(ChartControl(table->family, table->mode, "power-vs-nothing"), 0);
+  }
+  EXPECT_EQ(ChartControl(Family::T1, ModeSampleSize, "power-vs-n"), 0);
+  EXPECT_EQ(ChartControl(Family::T1, ModeInterval, "power-vs-n"), 0);
+}
+
 TEST_F(AllFamilies, HaveAResultsDialogForPowerAndOneForSize) {
   std::set<std::pair<Family, int>> seen;
   for (const ResultsDialogTable* table : AllResultsDialogs()) {
@@ -131,12 +152,8 @@ TEST_F(AllFamilies, EveryButtonOfEveryResultsDialogDrawsForTheBuiltInValues) {
     const FamilyTable& family = TableOf(table->family);
     SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
     OpenResults(table->mode, family.code);
-    std::set<int> captions;
-    for (const PlotRow& plot : table->plots) {
-      captions.insert(plot.caption);
-    }
     const int first = table->mode == ModePower ? 203 : 603;
-    for (int i = 0; i < static_cast<int>(captions.size()); ++i) {
+    for (int i = 0; i < static_cast<int>(ChartButtons(*table).size()); ++i) {
       host_.TakeWorkbook();
       EXPECT_EQ(host_.Press(first + i), 1) << first + i;
       ASSERT_FALSE(Items<Chart>().empty());

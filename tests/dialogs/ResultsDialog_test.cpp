@@ -553,11 +553,6 @@ TEST_F(ResultsDialog, ASizePlotEndsBeforeTheFirstFailedPoint) {
   EXPECT_THAT(MessageIds(), ElementsAre(12873));
 }
 
-TEST_F(ResultsDialog, ThePlotNameIsTheCaptionInKebabCase) {
-  EXPECT_EQ(PlotName(text::ButtonPowerVsN1), "power-vs-n1");
-  EXPECT_EQ(PlotName(text::CaptionNVsEs), "n-vs-es");
-}
-
 TEST_F(ResultsDialog, APowerThatFailsWithoutAWordIsToldByItsName) {
   // The log-rank test has no power where nobody in one group survives.
   OpenParameters(ModePower, "SA1");
