@@ -12,8 +12,8 @@ struct FieldControl {
   int number;
 };
 
-// By the field's name, ascending. The numbers below 1000 are the system's own; the others count up
-// from 21001.
+// By the field's name, ascending. The numbers below 1000 are the system's own. A field that is not
+// listed takes a number from kFirstFree up, in the order of the field tables.
 constexpr FieldControl kFieldControls[] = {
     {"Alpha", 111},
     {"AlphaEnd", 139},
@@ -126,6 +126,29 @@ constexpr bool AscendingByField() {
 }
 static_assert(AscendingByField(), "kFieldControls: a field stands twice or out of order");
 
+constexpr int kFirstFree = 21101;
+
+bool IsListed(std::string_view field) {
+  return std::any_of(std::begin(kFieldControls), std::end(kFieldControls),
+                     [field](const FieldControl& row) { return row.field == field; });
+}
+
+// Fields that radio buttons show have no number of their own.
+std::vector<FieldControl> MakeFreeNumbers() {
+  std::vector<FieldControl> free;
+  for (const FamilyTable& family : FamilyTables()) {
+    for (const Field& field : family.fields) {
+      const bool known = std::any_of(free.begin(), free.end(), [&](const FieldControl& row) {
+        return row.field == field.name;
+      });
+      if (!known && !IsListed(field.name) && RadioBaseOf(field.name) == 0) {
+        free.push_back({field.name, kFirstFree + static_cast<int>(free.size())});
+      }
+    }
+  }
+  return free;
+}
+
 constexpr std::string_view kCheckBoxes[] = {"Continuity", "EqualN", "OneMinusP"};
 
 // --- Radio buttons.
@@ -171,11 +194,22 @@ TextId GroupOf(Family family, const Field& field, TextId groupCaption) {
 
 }  // namespace
 
+namespace {
+
+int FreeNumberOf(std::string_view field) {
+  static const std::vector<FieldControl> all = MakeFreeNumbers();
+  const auto row = std::find_if(all.begin(), all.end(),
+                                [field](const FieldControl& free) { return free.field == field; });
+  return row == all.end() ? 0 : row->number;
+}
+
+}  // namespace
+
 int ControlOfField(std::string_view field) {
   const auto* row = std::lower_bound(
       std::begin(kFieldControls), std::end(kFieldControls), field,
       [](const FieldControl& control, std::string_view name) { return control.field < name; });
-  return row != std::end(kFieldControls) && row->field == field ? row->number : 0;
+  return row != std::end(kFieldControls) && row->field == field ? row->number : FreeNumberOf(field);
 }
 
 bool IsCheckBox(std::string_view field) {
