@@ -13,7 +13,7 @@ struct FieldControl {
 };
 
 // By the field's name, ascending. The numbers below 1000 are the system's own. A field that is not
-// listed takes a number from kFirstFree up, in the order of the field tables.
+// listed takes a free number, in the order of the field tables.
 constexpr FieldControl kFieldControls[] = {
     {"Alpha", 111},
     {"AlphaEnd", 139},
@@ -126,22 +126,22 @@ constexpr bool AscendingByField() {
 }
 static_assert(AscendingByField(), "kFieldControls: a field stands twice or out of order");
 
-constexpr int kFirstFree = 21101;
-
-bool IsListed(std::string_view field) {
-  return std::any_of(std::begin(kFieldControls), std::end(kFieldControls),
-                     [field](const FieldControl& row) { return row.field == field; });
+// The number of a field in a list; 0 when it does not stand there.
+int NumberIn(std::span<const FieldControl> list, std::string_view field) {
+  const auto row = std::find_if(list.begin(), list.end(),
+                                [field](const FieldControl& r) { return r.field == field; });
+  return row == list.end() ? 0 : row->number;
 }
 
 // Fields that radio buttons show have no number of their own.
 std::vector<FieldControl> MakeFreeNumbers() {
+  constexpr int kFirstFree = 21101;
   std::vector<FieldControl> free;
   for (const FamilyTable& family : FamilyTables()) {
     for (const Field& field : family.fields) {
-      const bool known = std::any_of(free.begin(), free.end(), [&](const FieldControl& row) {
-        return row.field == field.name;
-      });
-      if (!known && !IsListed(field.name) && RadioBaseOf(field.name) == 0) {
+      const bool numbered = NumberIn(kFieldControls, field.name) != 0 ||
+                            NumberIn(free, field.name) != 0 || RadioBaseOf(field.name) != 0;
+      if (!numbered) {
         free.push_back({field.name, kFirstFree + static_cast<int>(free.size())});
       }
     }
@@ -194,33 +194,17 @@ TextId GroupOf(Family family, const Field& field, TextId groupCaption) {
 
 }  // namespace
 
-namespace {
-
-int FreeNumberOf(std::string_view field) {
-  static const std::vector<FieldControl> all = MakeFreeNumbers();
-  const auto row = std::find_if(all.begin(), all.end(),
-                                [field](const FieldControl& free) { return free.field == field; });
-  return row == all.end() ? 0 : row->number;
-}
-
-}  // namespace
-
 int ControlOfField(std::string_view field) {
-  const auto* row = std::lower_bound(
-      std::begin(kFieldControls), std::end(kFieldControls), field,
-      [](const FieldControl& control, std::string_view name) { return control.field < name; });
-  return row != std::end(kFieldControls) && row->field == field ? row->number : FreeNumberOf(field);
+  static const std::vector<FieldControl> free = MakeFreeNumbers();
+  const int listed = NumberIn(kFieldControls, field);
+  return listed != 0 ? listed : NumberIn(free, field);
 }
 
 bool IsCheckBox(std::string_view field) {
   return std::find(std::begin(kCheckBoxes), std::end(kCheckBoxes), field) != std::end(kCheckBoxes);
 }
 
-int RadioBaseOf(std::string_view field) {
-  const auto* row = std::find_if(std::begin(kRadioBases), std::end(kRadioBases),
-                                 [field](const FieldControl& r) { return r.field == field; });
-  return row == std::end(kRadioBases) ? 0 : row->number;
-}
+int RadioBaseOf(std::string_view field) { return NumberIn(kRadioBases, field); }
 
 const RadioGroup* RadiosOf(std::string_view field, Family family) {
   static const std::vector<FamilyRadios> all = MakeRadios();
