@@ -235,9 +235,10 @@ bool PositiveShapesBeforeX(const double* arguments) {
   return !(arguments[0] <= 0) && !(arguments[1] <= 0) && !(x < 0) && !(x > 1);
 }
 
-// The power without a window to tell of a true null hypothesis.
-double PowerWithoutWindow(double crit, std::int32_t df, double delta, std::int16_t form) {
-  return TTestPower(nullptr, crit, df, delta, form);
+// The power alone: a true null hypothesis is a failure like any other.
+double PowerAlone(double crit, std::int32_t df, double delta, std::int16_t form) {
+  Refusal refusal;
+  return TTestPower(crit, df, delta, form, refusal);
 }
 
 // The fields of the struct that the header declares, one by one.
@@ -347,7 +348,7 @@ constexpr Row kRows[] = {
     RowOf<PairedSigmaDiff>("PairedSigmaDiff"),
     RowOf<PairedMeansEffect>("PairedMeansEffect"),
     RowOf<CriticalT>("CriticalT", DfAt<0>),
-    RowOf<PowerWithoutWindow>("TTestPower", DfAt<1>),
+    RowOf<PowerAlone>("TTestPower", DfAt<1>),
 };
 
 // A row with all that is read from it once.

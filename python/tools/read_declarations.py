@@ -20,8 +20,8 @@ STRUCT = re.compile(
     r"struct (?P<name>\w+) \{\n(?P<fields>(?:  double \w+;[^\n]*\n)+)\};",
     re.MULTILINE,
 )
-# Left out: the window that messages belong to, and who watches a search.
-UNSEEN = ("WindowHandle", "SearchObserver&")
+# Left out: where a refusal is put, and who watches a search.
+UNSEEN = ("Refusal&", "SearchObserver&")
 REFERENCES = ("int&", "double&")
 
 
