@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Bindings.h"
+#include "DirectAnswer.h"
 #include "PythonHost.h"
 #include "StudyObject.h"
 #include "cli/Calc.h"
@@ -213,6 +214,18 @@ StudyObject StudyOf(const RunRequest& request) {
   return {std::move(outcome.study), std::move(outcome.errors), std::move(outcome.notes)};
 }
 
+// The study with its table, report and charts.
+const Study& WholeStudy(StudyObject& object) {
+  if (object.request) {
+    StudyObject whole = StudyOf(*object.request);
+    // Another thread may have been as far while this one computed.
+    if (object.request) {
+      object = std::move(whole);
+    }
+  }
+  return object.study;
+}
+
 StudyObject Run(int mode,
                 const std::string& family,
                 const Values& given,
@@ -224,7 +237,8 @@ StudyObject Run(int mode,
   const RunRequest request =
       RequestOf(mode, family, given, charts, {settings, saveSettings, saveDefaults, config});
   try {
-    return StudyOf(request);
+    std::optional<StudyObject> direct = DirectAnswer(request);
+    return direct ? *std::move(direct) : StudyOf(request);
   } catch (const UsageError& error) {
     throw py::type_error(WithoutOption(error.what()));
   }
@@ -289,16 +303,17 @@ py::list MessagesOf(const StudyObject& object) {
   return messages;
 }
 
-std::string ExportTo(const StudyObject& object, const std::string& format) {
+std::string ExportTo(StudyObject& object, const std::string& format) {
   const auto found = FindExportFormat(format);
   if (!found || IsDocument(*found)) {
     throw py::value_error("there is no text format '" + format + "'");
   }
+  const Study& study = WholeStudy(object);
   TextStyle style;
-  for (const Chart* chart : ChartsOf(object.study)) {
+  for (const Chart* chart : ChartsOf(study)) {
     style.charts.push_back(chart->name);
   }
-  return Export(object.study, *found, style);
+  return Export(study, *found, style);
 }
 
 // The table alone, as text or as HTML; nothing without a table.

@@ -38,6 +38,55 @@ def test_gives_the_digits_of_the_command_line(cli_json, mode, family, fields):
     assert result.value == expected["rows"][-1]["value"]
 
 
+FAMILIES = [code for code, _name, _title in pa.families()]
+VARIATIONS = [
+    {},
+    {"Alpha": 0.01},
+    {"Alpha": 0.2, "H0Type": 1},
+    {"H0Type": 2},
+    {"NToVary": 1, "SampleSizeN2": 900},
+    {"NToVary": 2, "SampleSizeN1": 900},
+    {"NToVary": 3, "Ratio": 1.5},
+    {"DfToVary": 1, "Df2": 90},
+    {"Algorithm": 1},
+    {"RMSSE_Int": 0},
+    {"Alpha": 0.5},
+]
+
+
+def asked(mode, family, fields, **more):
+    """The answers, or the refusal in its words."""
+    try:
+        return getattr(pa, mode)(family, **fields, **more).answers
+    except (pa.Refused, RuntimeError) as refusal:
+        return str(refusal), [tuple(message) for message in getattr(refusal, "messages", ())]
+
+
+@pytest.mark.parametrize("mode", ["power", "size"])
+@pytest.mark.parametrize("family", FAMILIES)
+def test_numbers_alone_are_those_of_the_whole_run(tmp_path, mode, family):
+    # A file of defaults, though it changes nothing, takes the road of the dialogs.
+    (tmp_path / "POWER.INI").write_text("")
+    compared = 0
+    for fields in VARIATIONS:
+        try:
+            direct = asked(mode, family, fields)
+        except TypeError:
+            continue  # the family has no such field
+        assert direct == asked(mode, family, fields, config=tmp_path), fields
+        compared += 1
+    assert compared >= 3
+
+
+def test_what_is_shown_of_a_number_goes_with_it_whatever_was_saved_since(config_folder):
+    result = pa.power("T1", SampleSize=30)
+    expected = pa.power("T1", SampleSize=30).to_dict()
+    pa.power("T1", Mu=4, Alpha=0.01, save_defaults=True)
+    assert pa.power("T1", SampleSize=30).value != result.value
+    assert result.to_dict() == expected
+    assert result.to_dict()["answers"][0]["value"] == result.value
+
+
 def test_a_field_goes_by_every_spelling():
     expected = pa.power("T2", SampleSizeN1=40, H0Type=1).to_dict()
     for spelling in ("sample_size_n1", "samplesizen1", "SAMPLESIZEN1", "sample-size-n1"):
