@@ -214,18 +214,6 @@ StudyObject StudyOf(const RunRequest& request) {
   return {std::move(outcome.study), std::move(outcome.errors), std::move(outcome.notes)};
 }
 
-// The study with its table, report and charts.
-const Study& WholeStudy(StudyObject& object) {
-  if (object.request) {
-    StudyObject whole = StudyOf(*object.request);
-    // Another thread may have been as far while this one computed.
-    if (object.request) {
-      object = std::move(whole);
-    }
-  }
-  return object.study;
-}
-
 StudyObject Run(int mode,
                 const std::string& family,
                 const Values& given,
@@ -237,7 +225,7 @@ StudyObject Run(int mode,
   const RunRequest request =
       RequestOf(mode, family, given, charts, {settings, saveSettings, saveDefaults, config});
   try {
-    std::optional<StudyObject> direct = DirectAnswer(request);
+    std::optional<StudyObject> direct = DirectAnswer(request, StudyOf);
     return direct ? *std::move(direct) : StudyOf(request);
   } catch (const UsageError& error) {
     throw py::type_error(WithoutOption(error.what()));
@@ -308,7 +296,7 @@ std::string ExportTo(StudyObject& object, const std::string& format) {
   if (!found || IsDocument(*found)) {
     throw py::value_error("there is no text format '" + format + "'");
   }
-  const Study& study = WholeStudy(object);
+  const Study& study = object.Whole();
   TextStyle style;
   for (const Chart* chart : ChartsOf(study)) {
     style.charts.push_back(chart->name);

@@ -114,7 +114,8 @@ RunRequest WithAllFields(const RunRequest& request, const RecordView& record) {
 
 }  // namespace
 
-std::optional<StudyObject> DirectAnswer(const RunRequest& request) {
+std::optional<StudyObject> DirectAnswer(const RunRequest& request,
+                                        StudyObject (*run)(const RunRequest&)) {
   const FamilyRow* row = FindFamilyRow(request.family->family);
   if (row == nullptr || !AsksForNumbersAlone(request) || HasDefaults(request)) {
     return std::nullopt;
@@ -138,7 +139,7 @@ std::optional<StudyObject> DirectAnswer(const RunRequest& request) {
   if (std::any_of(object.study.answers.begin(), object.study.answers.end(), isMissing)) {
     return std::nullopt;
   }
-  object.request = WithAllFields(request, record.view());
+  object.rest = [whole = WithAllFields(request, record.view()), run] { return run(whole).study; };
   return object;
 }
 

@@ -2,11 +2,11 @@
 
 #include <pybind11/pybind11.h>
 
-#include <optional>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "cli/CommandLine.h"
 #include "exporters/Exporters.h"
 
 namespace poweranalysis {
@@ -16,8 +16,21 @@ struct StudyObject {
   Study study;
   std::vector<std::string> errors;  // beyond the messages of the system
   std::vector<std::string> notes;
-  // While it is there, the study has its answers alone: a run of it makes the rest.
-  std::optional<RunRequest> request = std::nullopt;
+  // Makes the whole study where it has its answers alone so far.
+  std::function<Study()> rest = nullptr;
+
+  // The study with its table, report and charts. Call it with the interpreter's lock.
+  const Study& Whole() {
+    if (const std::function<Study()> make = rest) {
+      Study whole = make();
+      // Another thread may have been as far while this one computed.
+      if (rest) {
+        study = std::move(whole);
+        rest = nullptr;
+      }
+    }
+    return study;
+  }
 };
 
 // One item of a workbook as a study of its own, for export.

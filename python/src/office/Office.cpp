@@ -12,16 +12,17 @@ namespace py = pybind11;
 
 namespace {
 
-py::bytes Document(const StudyObject& object, const std::string& format) {
+py::bytes Document(StudyObject& object, const std::string& format) {
   const auto found = FindExportFormat(format);
   if (!found || !IsDocument(*found)) {
     throw py::value_error("there is no document format '" + format + "'");
   }
+  const Study& study = object.Whole();
   std::string error;
   std::string bytes;
   {
     const py::gil_scoped_release release;
-    bytes = ExportDocument({DocumentStudy(object.study)}, *found, error);
+    bytes = ExportDocument({DocumentStudy(study)}, *found, error);
   }
   if (!error.empty()) {
     throw std::runtime_error(error);
