@@ -141,6 +141,27 @@ Json MessagesJson(const std::vector<Message>& messages) {
   return array;
 }
 
+namespace {
+
+Json TextOrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
+
+Json AnswerJson(const Answer& answer, NumberShape number) {
+  return {{"name", answer.name},
+          {"value", number(answer.value)},
+          {"counts", TextOrNull(answer.counts)},
+          {"of", TextOrNull(answer.of)}};
+}
+
+}  // namespace
+
+Json AnswersJson(const std::vector<Answer>& answers, NumberShape number) {
+  Json array = Json::array();
+  for (const Answer& answer : answers) {
+    array.push_back(AnswerJson(answer, number));
+  }
+  return array;
+}
+
 }  // namespace json_shapes
 
 namespace {
@@ -149,22 +170,9 @@ using namespace json_shapes;
 
 constexpr int kSchema = 1;
 
-Json TextOrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
-
-Json AnswerJson(const Answer& answer) {
-  return {{"name", answer.name},
-          {"value", NumberOrNull(answer.value)},
-          {"counts", TextOrNull(answer.counts)},
-          {"of", TextOrNull(answer.of)}};
-}
-
 void AddAnswers(const Study& study, Json& json) {
-  json["answers"] = Json::array();
-  for (const Answer& answer : study.answers) {
-    json["answers"].push_back(AnswerJson(answer));
-  }
-  const Answer* only = OnlyAnswer(study);
-  json["answer"] = only == nullptr ? Json() : AnswerJson(*only);
+  json["answers"] = AnswersJson(study.answers, NumberOrNull);
+  json["answer"] = OnlyAnswer(study) == nullptr ? Json() : json["answers"].front();
 }
 
 }  // namespace

@@ -20,6 +20,8 @@ Json NumberOrNull(double value);
 
 // Adds `headings`, `columns` and `rows`, which are empty without a table.
 void AddTable(const SummaryTable* table, NumberShape number, Json& json);
+// What was asked for, one object a number.
+Json AnswersJson(const std::vector<Answer>& answers, NumberShape number);
 Json MessagesJson(const std::vector<Message>& messages);
 // Single precision numbers with their fewest digits; failed points are null.
 Json PointsJson(const std::vector<float>& points, NumberShape number);

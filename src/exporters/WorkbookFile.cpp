@@ -85,6 +85,7 @@ Json StudyJson(const WorkbookStudy& study, const std::string& id) {
           {"mode", study.study.mode},
           {"code", study.study.code},
           {"inputs", std::move(inputs)},
+          {"answers", AnswersJson(study.study.answers, NumberOrName)},
           {"items", ItemsJson(study)},
           {"messages", MessagesJson(study.study.messages)},
           {"notes", study.notes},

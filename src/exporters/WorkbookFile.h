@@ -13,7 +13,7 @@
 namespace poweranalysis {
 
 inline constexpr int WorkbookSchema = 1;  // raised by a change that would break a reader
-inline constexpr int WorkbookMinor = 0;   // raised when members are added
+inline constexpr int WorkbookMinor = 1;   // raised when members are added
 
 // The largest workbook that is read or written. A study has some ten kilobytes.
 inline constexpr std::size_t WorkbookFileLimit = std::size_t{32} << 20;

@@ -394,6 +394,21 @@ std::vector<WorkbookInput> InputsAt(const Place& place, Findings& findings) {
   return inputs;
 }
 
+std::string TextOrNothingAt(const Place& place, Findings& findings) {
+  return place.json.is_null() ? std::string() : TextAt(place, findings);
+}
+
+Answer AnswerAt(const Place& place, Findings& findings) {
+  Object object(place, findings);
+  Answer answer;
+  answer.name = object.Member("name", TextAt);
+  answer.value = object.Member("value", ValueAt);
+  answer.counts = object.Member("counts", TextOrNothingAt);
+  answer.of = object.Member("of", TextOrNothingAt);
+  object.Finish();
+  return answer;
+}
+
 WorkbookStudy StudyAt(const Place& place, Findings& findings) {
   Object object(place, findings);
   WorkbookStudy study;
@@ -404,6 +419,10 @@ WorkbookStudy StudyAt(const Place& place, Findings& findings) {
   study.study.mode = object.Member("mode", TextAt);
   study.study.code = object.Member("code", IntAt);
   study.inputs = object.Member("inputs", InputsAt);
+  // The first workbooks did not keep them.
+  if (object.Has("answers")) {
+    study.study.answers = object.Members("answers", AnswerAt);
+  }
   object.Member("items", [&study](const Place& items, Findings& found) {
     EachAt(items, found, [&](const Place& item) { ItemAt(item, found, study); });
     return true;

@@ -59,7 +59,7 @@ namespace {
 constexpr int kSave = 9015;
 
 // The box that asks or tells something; its text, and the button pressed.
-QString Answer(WindowDriver& driver, QMessageBox::StandardButton button) {
+QString AnswerQuestion(WindowDriver& driver, QMessageBox::StandardButton button) {
   WindowDriver::Settle();
   QMessageBox* box = driver.window().openMessage();
   if (box == nullptr || box->button(button) == nullptr) {
@@ -163,7 +163,7 @@ void MishapsTest::aLoneCommaIsAskedAboutAndMendedByYes() {
   driver.ChooseTask(ModeSampleSize, 1);
   driver.Type(control::Mu1, QStringLiteral("12,5"));
   driver.Click(control::Accept);
-  const QString question = Answer(driver, QMessageBox::Yes);
+  const QString question = AnswerQuestion(driver, QMessageBox::Yes);
   QVERIFY2(question.contains(QStringLiteral("\u201c12,5\u201d is not a number")),
            qPrintable(question));
   QVERIFY2(question.endsWith(QStringLiteral("Did you mean 12.5?")), qPrintable(question));
@@ -176,7 +176,7 @@ void MishapsTest::aLoneCommaStaysOnNo() {
   driver.ChooseTask(ModeSampleSize, 1);
   driver.Type(control::Mu1, QStringLiteral("1,234"));
   driver.Click(control::Accept);
-  QVERIFY(!Answer(driver, QMessageBox::No).isEmpty());
+  QVERIFY(!AnswerQuestion(driver, QMessageBox::No).isEmpty());
   QCOMPARE(driver.Text(control::Mu1), QStringLiteral("1,234"));
   QCOMPARE(driver.resource(), ComputeDialog(ModeSampleSize, 1)->resource);
 }

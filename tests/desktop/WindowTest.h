@@ -20,6 +20,7 @@
 #include "desktop/ResultPages.h"
 #include "exporters/Exporters.h"
 #include "module/PowerAnalysisModule.h"
+#include "output/Answers.h"
 #include "settings/PowerSettings.h"
 #include "support/TemporaryFolder.h"
 
@@ -158,7 +159,10 @@ inline std::string HeadlessJson(int mode,
     study.mode = like.mode;
     study.workbook = host.workbook();
     study.messages = host.messages();
-    study.code = SummaryOf(study) == nullptr ? 0 : SummaryOf(study)->code;
+    if (const SummaryTable* table = SummaryOf(study)) {
+      study.code = table->code;
+      study.answers = AnswersOf(*table, *Block());
+    }
     json = ExportJson(study);
   }).join();
   return json;

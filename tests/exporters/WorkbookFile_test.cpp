@@ -53,6 +53,7 @@ WorkbookStudy SampleWorkbookStudy() {
   study.date = "2024-05-17T09:30:00+02:00";
   study.inputs = {{"SampleSize", 25}, {"Sigma", 0.1 + 0.2}};
   study.study = SampleStudy();
+  study.study.answers = {{"Power", 0.16050415233243398, {}, {}}};
   TableOf(study).columnFormats = {1, 255};
   TableOf(study).rowTitleWidth = 31;
   ChartOf(study).tickPositions = {0.2F, 0.5F, 0.8F};
@@ -88,7 +89,7 @@ TEST(WorkbookText, WritesTheWholeContract) {
   const std::string expected = R"json({
   "format": "PowerAnalysis workbook",
   "schema": 1,
-  "minor": 0,
+  "minor": 1,
   "studies": [
     {
       "id": "first",
@@ -98,6 +99,9 @@ TEST(WorkbookText, WritesTheWholeContract) {
       "mode": "power",
       "code": 0,
       "inputs": {"SampleSize": 25, "Sigma": 0.30000000000000004},
+      "answers": [
+        {"name": "Power", "value": 0.16050415233243398, "counts": null, "of": null}
+      ],
       "items": [
         {
           "label": "Table",
@@ -438,9 +442,9 @@ TEST(ParseWorkbook, NamesTheMemberOfTheWrongKind) {
        "schema: a whole number from -2147483648 to 2147483647 is expected"},
       {"\"schema\": 1", "\"schema\": 1.0",
        "schema: a whole number from -2147483648 to 2147483647 is expected"},
-      {"\"minor\": 0", "\"minor\": 18446744073709551615",
+      {"\"minor\": 1", "\"minor\": 18446744073709551615",
        "minor: a whole number from -2147483648 to 2147483647 is expected"},
-      {"\"minor\": 0,", "", "the file: the member \"minor\" is missing"},
+      {"\"minor\": 1,", "", "the file: the member \"minor\" is missing"},
       {"\"name\": \"Power of a test\"", "\"name\": 5", "studies[0].name: a text is expected"},
       {"\"name\": \"Power of a test\",", "", "studies[0]: the member \"name\" is missing"},
       {"\"status\": 0", "\"status\": 0, \"more\": 1", "studies[0]: the member \"more\" is unknown"},
@@ -498,10 +502,31 @@ TEST(ParseWorkbook, SurvivesAnyByteThatIsReplaced) {
   }
 }
 
-// --- Newer minor versions.
+// --- Older and newer minor versions.
+
+TEST(ParseWorkbook, TakesAFirstVersionWithoutAnswers) {
+  std::string text = Replaced(SampleText(), "\"minor\": 1", "\"minor\": 0");
+  const std::size_t begin = text.find("      \"answers\"");
+  text.erase(begin, text.find("      \"items\"") - begin);
+  const LoadedWorkbook loaded = ParseWorkbook(text);
+  ASSERT_EQ("", loaded.error);
+  EXPECT_THAT(loaded.studies[0].study.answers, IsEmpty());
+}
+
+TEST(ParseWorkbook, GivesAnswersBack) {
+  WorkbookStudy study = SampleWorkbookStudy();
+  study.study.answers = {{"N", 12, "per cell", "row"}, {"N", MissingValue(), "per cell", "column"}};
+  const std::vector<Answer> answers = Reread(study).study.answers;
+  ASSERT_EQ(2U, answers.size());
+  EXPECT_EQ("N", answers[0].name);
+  EXPECT_EQ(12, answers[0].value);
+  EXPECT_EQ("per cell", answers[0].counts);
+  EXPECT_EQ("row", answers[0].of);
+  EXPECT_TRUE(IsMissing(answers[1].value));
+}
 
 TEST(ParseWorkbook, SaysWhatANewerMinorVersionToldBeyondItsKnowledge) {
-  std::string text = Replaced(SampleText(), "\"minor\": 0", "\"minor\": 1, \"author\": {}");
+  std::string text = Replaced(SampleText(), "\"minor\": 1", "\"minor\": 2, \"author\": {}");
   text = Replaced(text, "\"type\": \"report\"", "\"type\": \"film\"");
   text = Replaced(text, "\"value\": -2.5", "\"value\": -2.5, \"unit\": \"cm\"");
   const LoadedWorkbook loaded = ParseWorkbook(text);
@@ -520,17 +545,17 @@ TEST(ParseWorkbook, SaysWhatANewerMinorVersionToldBeyondItsKnowledge) {
 
 TEST(ParseWorkbook, ANewerMinorVersionWithoutMoreIsNoReasonToWarn) {
   const LoadedWorkbook loaded =
-      ParseWorkbook(Replaced(SampleText(), "\"minor\": 0", "\"minor\": 7"));
+      ParseWorkbook(Replaced(SampleText(), "\"minor\": 1", "\"minor\": 7"));
   EXPECT_EQ("", loaded.error);
   EXPECT_FALSE(loaded.newer);
 }
 
 TEST(ParseWorkbook, NotesTheFirstTwentyUnknownMembersAndCountsTheRest) {
-  std::string more = "\"minor\": 1";
+  std::string more = "\"minor\": 2";
   for (int i = 0; i < 25; ++i) {
     more += ", \"more" + std::to_string(i) + "\": 0";
   }
-  const LoadedWorkbook loaded = ParseWorkbook(Replaced(SampleText(), "\"minor\": 0", more));
+  const LoadedWorkbook loaded = ParseWorkbook(Replaced(SampleText(), "\"minor\": 1", more));
   ASSERT_EQ(21U, loaded.notes.size());
   EXPECT_EQ("and 5 more", loaded.notes.back());
 }
