@@ -126,7 +126,15 @@ constexpr bool AscendingByField() {
 }
 static_assert(AscendingByField(), "kFieldControls: a field stands twice or out of order");
 
-// The number of a field in a list; 0 when it does not stand there.
+// The number of a field; 0 when it is not listed.
+int ListedNumber(std::string_view field) {
+  const auto* row =
+      std::lower_bound(std::begin(kFieldControls), std::end(kFieldControls), field,
+                       [](const FieldControl& r, std::string_view name) { return r.field < name; });
+  return row != std::end(kFieldControls) && row->field == field ? row->number : 0;
+}
+
+// The same in a short list without an order.
 int NumberIn(std::span<const FieldControl> list, std::string_view field) {
   const auto row = std::find_if(list.begin(), list.end(),
                                 [field](const FieldControl& r) { return r.field == field; });
@@ -139,14 +147,20 @@ std::vector<FieldControl> MakeFreeNumbers() {
   std::vector<FieldControl> free;
   for (const FamilyTable& family : FamilyTables()) {
     for (const Field& field : family.fields) {
-      const bool numbered = NumberIn(kFieldControls, field.name) != 0 ||
-                            NumberIn(free, field.name) != 0 || RadioBaseOf(field.name) != 0;
+      const bool numbered = ListedNumber(field.name) != 0 || NumberIn(free, field.name) != 0 ||
+                            RadioBaseOf(field.name) != 0;
       if (!numbered) {
         free.push_back({field.name, kFirstFree + static_cast<int>(free.size())});
       }
     }
   }
   return free;
+}
+
+// Made at the first field that no list has, since most dialogs have none.
+int FreeNumber(std::string_view field) {
+  static const std::vector<FieldControl> free = MakeFreeNumbers();
+  return NumberIn(free, field);
 }
 
 constexpr std::string_view kCheckBoxes[] = {"Continuity", "EqualN", "OneMinusP"};
@@ -195,9 +209,8 @@ TextId GroupOf(Family family, const Field& field, TextId groupCaption) {
 }  // namespace
 
 int ControlOfField(std::string_view field) {
-  static const std::vector<FieldControl> free = MakeFreeNumbers();
-  const int listed = NumberIn(kFieldControls, field);
-  return listed != 0 ? listed : NumberIn(free, field);
+  const int listed = ListedNumber(field);
+  return listed != 0 ? listed : FreeNumber(field);
 }
 
 bool IsCheckBox(std::string_view field) {

@@ -98,6 +98,7 @@ KeywordSection HeadlessHost::GetInitSection(const std::string& file, const std::
     return {};
   }
   const LoadedKeywordFile& loaded = keywords_->Load(path);
+  keywordReadError_ = loaded.error;
   return {loaded.exists, loaded.error, loaded.file.Keys(section)};
 }
 

@@ -47,6 +47,9 @@ void StoreValue(FieldType type, void* address, const KeywordValue& value) {
 int ReadSettings(const KeyTable& keys, const std::string& file) {
   Host* host = ModuleHost();
   const std::string section = LoadText(keys.family->section);
+  // At the start all families are read, and most have no keys in the file: a section is looked at
+  // once.
+  const bool hasKeys = host != nullptr && !host->GetInitSection(file, section).keys.empty();
   for (const KeyEntry& entry : keys.entries) {
     const FieldType type = entry.field->type;
     if (!KnownType(type)) {
@@ -54,7 +57,7 @@ int ReadSettings(const KeyTable& keys, const std::string& file) {
     }
     const KeywordValue factory = ValueOf(type, entry.factory);
     std::optional<KeywordValue> found;
-    if (host != nullptr) {
+    if (hasKeys) {
       found = host->GetInitKeywordPrivate(factory.kind, file, section, LoadText(entry.field->key));
     }
     StoreValue(type, entry.working, found.value_or(factory));
