@@ -14,12 +14,12 @@ constexpr TextEntry kTexts[] = {
 };
 
 // Is every row of Texts.def among the numbers that sources see?
-constexpr std::size_t kIds = 0
-#define TEXT(number, name) +1
+constexpr int kIds[] = {
+#define TEXT(number, name) (number),
 #include "frame/TextIds.def"
 #undef TEXT
-    ;
-static_assert(kIds == std::size(kTexts),
+};
+static_assert(std::size(kIds) == std::size(kTexts),
               "a row of Texts.def is not written TEXT(number, name, ...");
 
 constexpr bool AscendingByNumber() {

@@ -169,7 +169,7 @@ pid_t WriterOf(std::string_view name) {
 // A day without a change, by a process that is no more. Of a folder that machines share, the
 // process may run on another: none writes a file for a day.
 bool IsOrphan(int folder, const char* name) {
-  constexpr std::time_t kDay = 24 * 60 * 60;
+  constexpr std::time_t kDay = std::time_t{24} * 60 * 60;
   const pid_t writer = WriterOf(name);
   struct stat status = {};
   return writer != 0 && fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&

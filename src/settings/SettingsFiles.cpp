@@ -130,7 +130,8 @@ bool Write(PowerSettings& block, WindowHandle parent, Family family, const std::
   if (WriteSettings(FillKeys(block, family), file) != 0) {
     return true;
   }
-  ShowMessage(MessagePlain, parent, text::SettingsNotSaved, {ModuleHost()->InitKeywordsError()});
+  ShowMessage(MessagePlain, parent, text::SettingsNotSaved,
+              {FormatArg(ModuleHost()->InitKeywordsError())});
   return false;
 }
 
