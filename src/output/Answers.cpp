@@ -74,6 +74,7 @@ std::vector<Answer> Sizes(const std::vector<Cell>& cells,
 
 std::vector<Answer> Powers(const std::vector<Cell>& cells, const FamilyRow& row) {
   std::vector<Answer> answers;
+  answers.reserve(cells.size());
   for (const Cell& cell : cells) {
     answers.push_back({"Power", cell.value, "", EffectOf(row, cell.index)});
   }
