@@ -153,7 +153,7 @@ TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfProportions) {
                                                         err, algorithm, refusal, observer));
     });
   }
-  FoundWithoutAllocation([this] {
+  FoundWithoutAllocation([] {
     GroupSizes groups;
     double power = 0;
     int err = 0;
@@ -162,7 +162,7 @@ TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfProportions) {
         TwoProportionRequiredN({.test = {.pi1 = .6, .pi2 = .5, .alpha = .05}, .powerGoal = .9},
                                groups, power, err, refusal));
   });
-  FoundWithoutAllocation([this] {
+  FoundWithoutAllocation([] {
     int err = 0;
     Refusal refusal;
     return McNemarRequiredN({.delta = .1, .eta = .4, .alpha = .05}, .9, err, refusal);
@@ -170,7 +170,7 @@ TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfProportions) {
 }
 
 TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfSurvivalAndModelFit) {
-  FoundWithoutAllocation([this] {
+  FoundWithoutAllocation([] {
     std::int64_t events = 0;
     int err = 0;
     Refusal refusal;
@@ -178,7 +178,7 @@ TEST_F(AllocationsTest, DoNotHappenInTheSearchesOfSurvivalAndModelFit) {
         LogRankRequiredN({.pi1 = .5, .pi2 = .7, .alpha = .05}, .9, events, err, refusal));
   });
   for (const double dropouts : {0.0, .1}) {
-    FoundWithoutAllocation([this, dropouts] {
+    FoundWithoutAllocation([dropouts] {
       int err = 0;
       Refusal refusal;
       return static_cast<double>(ExponentialSurvivalRequiredN(
