@@ -1,7 +1,7 @@
 #pragma once
 
+#include "families/FamilySession.h"
 #include "frame/Services.h"
-#include "procedures/ProcedureObserver.h"
 
 // The one place where what procedures say is shown: their refusals, their notices and their
 // progress, over the host.
