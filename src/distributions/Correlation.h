@@ -37,8 +37,7 @@ double FisherZSecondMoment(double rho, std::int32_t n);
 //   (1 - u)^(n - 2) / sqrt(u - (rho x + 1) u^2 / 2)
 //
 // Source: Hotelling, H. (1953). New light on the correlation coefficient and its transforms.
-// Journal
-//         of the Royal Statistical Society B 15, 193-232.
+//         Journal of the Royal Statistical Society B 15, 193-232.
 // Domain: 0 < u < 1, n >= 3, rho x < 1. Singular at u = 0, which no node of the rule touches.
 // Fails:  never.
 double CorrelationIntegrand(double u, double rho, double x, std::int32_t n);

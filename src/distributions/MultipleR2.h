@@ -46,8 +46,8 @@ double MultipleR2CdfExact(double x, double rho2, std::int32_t n, std::int32_t k,
 
 // P(R2 <= x) by the noncentral F distribution that matches three moments.
 //
-//   R2 / (1 - R2) is taken as c nu / (n - k) times a noncentral F with nu and n - k degrees of
-//   freedom
+//   R2 / (1 - R2) is taken as c nu / (n - k) times a noncentral F with nu and n - k
+//   degrees of freedom
 //
 // Source: Lee, Y.-S. (1971). Some results on the sampling distribution of the multiple correlation
 //         coefficient. Journal of the Royal Statistical Society B 33, 117-130.

@@ -19,8 +19,7 @@ enum FAlgorithm : std::int16_t {
 //   an I_x is zero.
 //
 // Source: Johnson, N. L., Kotz, S. and Balakrishnan, N. (1995). Continuous Univariate
-// Distributions,
-//         volume 2, chapter 30.
+//         Distributions, volume 2, chapter 30.
 // Domain: 0 <= x <= 1, a > 0, b > 0, delta >= 0, shapes finite.
 // Fails:  NumericFailure with `failure` 1 outside the domain, after 100000 terms, and where the
 //         sum would take longer than a second or so (guard: 1.5e8 steps of continued fractions,

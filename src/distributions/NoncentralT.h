@@ -15,8 +15,7 @@ inline constexpr std::int32_t LargestTDf = 100'000'000;
 //   integrator evaluates. Delta 0 is the central distribution.
 //
 // Source: Owen, D. B. (1965). A special case of a bivariate non-central t-distribution. Biometrika
-// 52,
-//         437-446.
+//         52, 437-446.
 // Domain: df >= 1, any real t and delta; the caller guarantees it.
 // Fails:  NumericFailure when the integral for odd df fails. The result is not clamped: far in a
 //         tail it may leave [0, 1] by some 1e-8.
@@ -35,8 +34,7 @@ double NoncentralTCdfBesideLarger(double t, std::int32_t df, double delta);
 // Integrand of Owen's T function, exp(-h^2 (1 + x^2) / 2) / (1 + x^2).
 //
 // Source: Owen, D. B. (1956). Tables for computing bivariate normal probabilities. Annals of
-// Mathematical
-//         Statistics 27, 1075-1090.
+//         Mathematical Statistics 27, 1075-1090.
 // Domain: any real h and x.
 // Fails:  never; 0 where the quotient would underflow.
 double OwenTIntegrand(double x, double h);
@@ -46,9 +44,8 @@ double OwenTIntegrand(double x, double h);
 //   (1 - 1 / (4 df)) t - z sqrt(1 + t^2 / (2 df)),  z the normal quantile of p
 //
 // Source: Jennett, W. J. and Welch, B. L. (1939). The control of proportion defective as judged by
-// a single
-//         quality characteristic varying on a continuous scale. Supplement to the Journal of the
-//         Royal Statistical Society 6, 80-88.
+//         a single quality characteristic varying on a continuous scale. Supplement to the Journal
+//         of the Royal Statistical Society 6, 80-88.
 // Domain: df >= 1, 1e-35 < p < 1.
 // Fails:  never.
 double NoncentralTDeltaStart(double t, std::int32_t df, double p);

@@ -27,7 +27,8 @@ QuantileStart FirstQuantileStart(double delta, std::int32_t df, double p, std::i
 //   t0 + delta + delta (2 z^2 + 1 + z delta) / (4 n) + delta (...) / (96 n^2)
 //
 // Domain: df >= 1.
-// Fails:  never. Kept: where the central search fails it is z alone and not z + delta.
+// Fails:  never.
+// Kept:   where the central search fails it is z alone and not z + delta.
 double SecondQuantileStart(double delta, std::int32_t df, double p, std::int64_t& steps);
 
 // 96 n^2 as a 32-bit product. Kept: it wraps from n = 4730 on, which only moves a start.

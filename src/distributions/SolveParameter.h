@@ -28,8 +28,8 @@ const SecantPolicy& SearchPolicyOf(SearchKind kind);
 // freedom of the F kinds.
 //
 // Domain: that of the distribution; the F kinds take the exact algorithm, SearchFDeltaApprox
-// Tiku's. Fails:  NumericFailure with `failure` nonzero when the distribution fails, and with
-// `failure` 1
+//         Tiku's.
+// Fails:  NumericFailure with `failure` nonzero when the distribution fails, and with `failure` 1
 //         for a kind that has no distribution. `failure` is cleared on entry.
 // Kept:   for SearchTDelta a failed NoncentralTCdf is no failure: its value minus the target goes
 //         on as a very large residual.

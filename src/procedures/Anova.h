@@ -14,8 +14,8 @@ namespace poweranalysis {
 // --- Planned contrast.
 
 // The two-tailed t-test of a contrast: df = (n - 1) groups, delta = es / sqrt(ss / n) with the
-// standardized effect es and the sum of squared contrast weights ss. Guard: delta stays within
-// 1e15.
+// standardized effect es and the sum of squared contrast weights ss.
+// Guard: delta stays within 1e15.
 TDesign ContrastDesign(std::int64_t groups, std::int64_t n, double es, double ss);
 
 // Power of a planned contrast, always two-tailed.
@@ -49,10 +49,9 @@ double ContrastStart(double es, double ss, double alpha, double powerGoal);
 // A size per group whose power exceeds the goal.
 //
 // Kept: not always the smallest. The bracket starts above 2, so that the least answer of an
-// estimate
-//       below 2 is 3; the answer 2 comes only from an estimate of 2. And a candidate above the
-//       limit leaves the status SearchTooLarge even when the search goes on to an answer, so that a
-//       caller has to go by the size.
+//       estimate below 2 is 3; the answer 2 comes only from an estimate of 2. And a candidate above
+//       the limit leaves the status SearchTooLarge even when the search goes on to an answer, so
+//       that a caller has to go by the size.
 //
 // Domain: as ContrastPower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::PlannedContrast.
@@ -105,9 +104,8 @@ struct OneWaySizeRequest {
 };
 
 // First estimates, whole numbers that may exceed any integer or be no number:
-//   fixed:   ((NormalQuantile(powerGoal) + NormalQuantile(1 - alpha / 2)) / rmsse)^2 / sqrt(groups
-//   -
-//            1)
+//   fixed:   ((NormalQuantile(powerGoal) + NormalQuantile(1 - alpha / 2)) / rmsse)^2
+//            / sqrt(groups - 1)
 //   random:  ((q1 / df1) / (q2 / df1) - 1) / rmsse^2, with df1 = groups - 1 and q1, q2 the
 //            chi-square quantiles at 1 - alpha and 1 - powerGoal
 double FixedEffectsStart(std::int64_t groups, double rmsse, double alpha, double powerGoal);

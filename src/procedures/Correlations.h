@@ -118,9 +118,8 @@ double CorrelationCritical(std::int64_t n,
 // Power of the test that a correlation is rho0: the probability under rho that r lies beyond the
 // critical values, on both sides for form 0.
 //
-// Source: Hotelling, H. (1953). Journal of the Royal Statistical Society B 15, 193-232; Gayen, A.
-// K.
-//         (1951). Biometrika 38, 219-247; Fisher, R. A. (1921). Metron 1, 3-32.
+// Source: Hotelling, H. (1953). Journal of the Royal Statistical Society B 15, 193-232; Gayen,
+//         A. K. (1951). Biometrika 38, 219-247; Fisher, R. A. (1921). Metron 1, 3-32.
 // Domain: n < 2^31, -1 < rho, rho0 < 1, 0 < alpha < 1.
 // Fails:  NumericFailure with status 1 when NullHypothesisCheck of rho - rho0 refuses, with its
 //         refusal; without a word for n below 3 (crude: 4), an unknown form and when the

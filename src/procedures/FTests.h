@@ -31,8 +31,7 @@ class CriticalFCache {
 // P(F <= f) by an FAlgorithm; 1 at infinity.
 //
 // Domain: f >= 0, df1 >= 1, df2 >= 1, delta >= 0. For the approximation degrees of freedom beyond
-// 32
-//         bits count as the largest of 32 bits.
+//         32 bits count as the largest of 32 bits.
 // Fails:  NumericFailure with `failure` nonzero when the distribution fails, gives no number, or is
 //         asked for another algorithm.
 double FTestCdf(double f,

@@ -83,8 +83,7 @@ inline constexpr std::int64_t LargestModelFitN = 100000000;
 // halving steps down. actualPower is the power of that N.
 //
 // Kept: the halved steps, 50, 25, 12, 6, 3, 1 and 1, drop remainders, so that where the smallest
-// such
-//       N is 1 or 51 above a hundred the answer is one more.
+//       such N is 1 or 51 above a hundred the answer is one more.
 // Domain: as ModelFitPower, 0 < powerGoal < 1.
 // Fails:  both numbers missing with status 1 when NullHypothesisCheck with tolerance .001 refuses,
 //         with its refusal, when no N up to LargestModelFitN has a power above the goal (the

@@ -133,8 +133,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .title = Said::SearchingForN},
     // SearchMember::PlannedContrast
     // Kept: `lower` starts at 2 and the start is not raised, so that the least answer of an
-    // estimate
-    // below 2 is 3.
+    // estimate below 2 is 3.
     {.nullTolerance = .01,
      .nullForm = H0TwoTailed,
      .firstTrialWithinLimit = true,

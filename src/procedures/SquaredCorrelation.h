@@ -35,8 +35,7 @@ using SquaredCorrelationCriticalCache = CriticalCache<SquaredCorrelationTest>;
 // Source: Lee, Y.-S. (1971). Journal of the Royal Statistical Society B 33, 117-130; Fisher, R. A.
 //         (1928). Proceedings of the Royal Society A 121, 654-673.
 // Domain: n < 2^31, k >= 2, 0 <= rho2, c2 < 1, 0 < alpha < 1. Where rho2 = c2 passes the null
-// check,
-//         under an unknown form, the power is alpha.
+//         check, under an unknown form, the power is alpha.
 // Fails:  NumericFailure when NullHypothesisCheck of rho2 - c2 refuses, with its refusal, and,
 //         without a word, for n <= k, both with `err` 0. NumericFailure with `err` nonzero when the
 //         distribution fails (2: the user asked to stop) and for an unknown form.
@@ -73,8 +72,7 @@ struct SquaredCorrelationSizeRequest {
 // A size N whose power reaches the goal, by BracketBisectSearch from k + 2 and 5 k.
 //
 // Kept: the halving drops remainders, so that the answer can be a few above the smallest such N.
-// The
-//       tolerance of the null check is .05, far wider than elsewhere.
+//       The tolerance of the null check is .05, far wider than elsewhere.
 // Domain: as SquaredCorrelationPower, 0 < powerGoal < 1.
 // Fails:  as BracketBisectSearch: status 1 for a refused null, with its refusal, and for a goal out
 //         of reach (without a word), 2 for a cancellation (without a word).

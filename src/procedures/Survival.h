@@ -30,8 +30,7 @@ struct LogRankTest {
 // Source: Freedman, L. S. (1982). Statistics in Medicine 1, 121-129.
 // Domain: n >= 0, 0 < alpha < 1.
 // Fails:  NumericFailure, `err` 1 and `events` SizeFailure, without a word: a rate that is not
-// inside
-//         (0, 1), equal rates, a form other than 0 and 1.
+//         inside (0, 1), equal rates, a form other than 0 and 1.
 double LogRankPower(std::int64_t n, const LogRankTest& test, int& err, std::int64_t& events);
 
 // N of one group and the events to be observed in both.

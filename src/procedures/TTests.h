@@ -126,8 +126,7 @@ SearchResult OneGroupRequiredN(const TSizeRequest& request,
 //
 // Domain: as above; fixedN >= 1, unused for equal groups.
 // Fails:  as RequiredSizeSearch for SearchMember::TTest; an unknown `nToVary` gives SearchNullTrue
-// in
-//         silence.
+//         in silence.
 SearchResult TwoGroupsRequiredN(const TSizeRequest& request,
                                 std::int16_t nToVary,
                                 std::int64_t fixedN,
@@ -136,8 +135,8 @@ SearchResult TwoGroupsRequiredN(const TSizeRequest& request,
 
 // --- What the summary tables show.
 
-// Critical value of t of one mean: -crit, but crit itself, negative, for the lower-tail test (form
-// 2).
+// Critical value of t of one mean: -crit, but crit itself, negative, for the lower-tail test
+// (form 2).
 double ShownCriticalTOfOneMean(double crit, std::int16_t form);
 // Critical value of t of two means and of paired means.
 // Kept: -crit, positive, also for the lower-tail test.

@@ -40,8 +40,7 @@ struct TwoProportionTest {
 // Source: Fleiss, J. L. (1981). Statistical Methods for Rates and Proportions, 2nd ed., 38-45.
 // Domain: proportions of 0 to 1, 0 < alpha < 1. A group of fewer than one has power 0.
 // Fails:  NumericFailure, with `err` the result of NullHypothesisCheck, with its refusal, or 1 for
-// a
-//         form other than 0, 1 and 2.
+//         a form other than 0, 1 and 2.
 double TwoProportionPower(
     const TwoProportionTest& test, std::int64_t n1, std::int64_t n2, int& err, Refusal& refusal);
 

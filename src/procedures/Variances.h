@@ -47,8 +47,7 @@ class CriticalChiSquareCache {
 //   with F and q the central chi-square distribution and its quantiles, and r = var0 / var
 //
 // Kept: for 1 to 3 degrees of freedom and a small alpha the lower quantile is found as 0, with
-// `err`
-//       nonzero beside a power that then lacks its lower tail.
+//       `err` nonzero beside a power that then lacks its lower tail.
 //
 // Source: Hays, W. L. (1988). Statistics, 4th ed., chapter 9. New York: Holt, Rinehart and Winston.
 // Domain: df >= 1, 0 < alpha < 1. A var of 0 makes r infinite.
@@ -75,8 +74,7 @@ struct OneVarianceDfRequest {
 
 // First estimate: the whole part of (sqrt(2 var^2) (z2 - (var0 / var) z1) / (var0 - var))^2 with
 //   form 0:  z1 = NormalQuantile(1 - alpha / 2), z2 = NormalQuantile(1 - powerGoal), both negated
-//   if
-//            var < var0
+//            if var < var0
 //   form 1:  z1 = NormalQuantile(1 - alpha), z2 = NormalQuantile(1 - powerGoal)
 //   form 2:  z1 = NormalQuantile(alpha), z2 = NormalQuantile(powerGoal)
 // A whole number that may exceed any integer or be no number.
@@ -86,8 +84,7 @@ double OneVarianceStart(double var, double var0, double alpha, double powerGoal,
 //
 // Domain: as ChiSquareVariancePower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::OneVariance; a variance below 0 and a form that
-// is
-//         not 0, 1 or 2 give SearchNullTrue without a word.
+//         is not 0, 1 or 2 give SearchNullTrue without a word.
 SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
                                    CriticalChiSquareCache& criticals,
                                    ProcedureObserver& observer);
@@ -102,8 +99,7 @@ SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
 //   with F and q the central F distribution and its quantiles
 //
 // Kept: the null hypothesis is checked by the ratio itself and not by its difference from 1, so
-// that
-//       form 2 is always refused as a true null.
+//       that form 2 is always refused as a true null.
 //
 // Source: Hays, W. L. (1988). Statistics, 4th ed., chapter 9. New York: Holt, Rinehart and Winston.
 // Domain: 0 < alpha < 1.
