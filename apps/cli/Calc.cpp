@@ -285,7 +285,7 @@ void CalculatorRun::Tell() {
   workbook.items.emplace_back(Report{{Statement()}});
 }
 
-// What was asked for does not exist; the dialog shows what comes nearest.
+// What was asked for does not exist; the dialog shows the nearest value that does.
 bool CalculatorRun::NoSolution() const {
   const std::vector<Message>& messages = outcome_.study.messages;
   return std::any_of(messages.begin(), messages.end(), [](const Message& message) {

@@ -40,7 +40,7 @@ std::string CalculatorFooter(const CalculatorTable& calculator, const std::strin
 // --- Running.
 
 // A computation as a scripted run of the calculator's dialog: choose the calculator and the
-// unknown, fill in the boxes, Compute. The answer is told as a table with the unknown last.
+// unknown, fill in the boxes, Compute. The answer is given as a table with the unknown last.
 RunOutcome RunCalculator(const RunRequest& request, HeadlessHost& host);
 
 }  // namespace poweranalysis

@@ -48,7 +48,7 @@ FieldDescription Describe(const FamilyTable& family, const Field& field) {
   return description;
 }
 
-// The selectors of a calculator, which have options of their own.
+// The selectors of a calculator, which have their own options.
 void DescribeSelectors(const CalculatorTable& calculator, FamilyDescription& description) {
   FieldDescription unknown;
   unknown.field = "WhatToCompute";

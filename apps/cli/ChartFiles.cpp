@@ -51,7 +51,7 @@ struct ChartFiles {
   std::vector<std::string> errors;
 };
 
-// The further charts of one button go under names that nobody typed.
+// The further charts of one button get names that nobody typed.
 bool WasWritten(const std::string& file, const ChartFiles& files) {
   return std::any_of(files.written.begin(), files.written.end(),
                      [&file](const std::string& other) { return LeadsToOneFile(file, other); });

@@ -100,7 +100,7 @@ std::vector<int> ModesOf(const SubCommand& command) {
 
 bool IsForCalculators(const SubCommand& command) { return command.mode == ModeDistribution; }
 
-// How messages and help call what the command takes.
+// What messages and help call the argument of the command.
 const char* FamilyNoun(const SubCommand& command) {
   return IsForCalculators(command) ? "calculator" : "family";
 }
@@ -114,7 +114,7 @@ std::string Capitals(std::string text) {
 
 struct Task {
   int mode;
-  int row;  // -1: there is none of that name
+  int row;  // -1: there is none with that name
 };
 
 // The task of a name; no row when there is none.
@@ -151,7 +151,7 @@ bool HasValueBehind(const std::string& option) {
 
 // Takes the family out of the arguments: the options that there are depend on it. It is the first
 // word that is neither an option nor the value of one; when there is none, a value that names a
-// family, as behind an option that does not exist. Nothing when there is no such word.
+// family, as after an option that does not exist. Nothing when there is no such word.
 std::optional<std::string> TakeFamily(std::vector<std::string>& arguments,
                                       const SubCommand& command) {
   const auto take = [&arguments](std::size_t i) {
@@ -230,7 +230,7 @@ class FamilyParser {
  public:
   FamilyParser(const SubCommand& command, Task task, bool withHelp);
 
-  // Reads the arguments behind the family.
+  // Reads the arguments after the family.
   RunRequest Parse(const std::vector<std::string>& arguments);
   std::string Help() const { return app_.help(); }
 
@@ -246,9 +246,9 @@ class FamilyParser {
   std::string FieldHelp(const Field& field) const;
   std::string Footer() const;
   bool Offers(const Field& field) const;
-  // The options of a field, the shorter ones behind its own.
+  // The options of a field, the shorter ones after its own.
   std::vector<std::string> OptionsOf(const Field& field) const;
-  // The values of an option; none when it was not given, or is none of this family.
+  // The values of an option; none when it was not given, or does not belong to this family.
   std::vector<std::string> ValuesOf(const char* name) const;
   bool IsGiven(const char* name) const { return !ValuesOf(name).empty(); }
   std::optional<std::string> ValueOf(const char* name) const;
@@ -318,8 +318,8 @@ std::vector<std::string> FamilyParser::ValuesOf(const char* name) const {
   return option == nullptr ? std::vector<std::string>() : option->results();
 }
 
-// An option with one value each time that it is given; how often it may be is checked behind the
-// library, so that the user gets our words.
+// An option with one value each time that it is given; how often it may occur is checked after the
+// library has run, so that the user gets our wording.
 CLI::Option* FamilyParser::AddOption(const std::string& names) {
   constexpr int kAnyNumber = -1;
   return app_.add_option(names)->expected(1, kAnyNumber)->allow_extra_args(false);
@@ -412,7 +412,7 @@ void FamilyParser::RefuseUnknown() const {
   const std::string word = unknown->substr(0, unknown->find('='));
   const std::string nearest = Nearest(word, names);
   if (nearest == word) {
-    // It stood behind "--", where nothing is an option.
+    // It came after "--", where nothing is an option.
     throw UsageError(fmt::format("'{}' was not expected", *unknown));
   }
   throw UsageError(
@@ -546,8 +546,8 @@ std::vector<Output> OutputsOf(const RunRequest& request) {
   return outputs;
 }
 
-// The later of two would take the place of the earlier. What is no regular file (a pipe, a
-// terminal, /dev/null) takes any number.
+// The later of two would take the place of the earlier. Anything that is not a regular file (a
+// pipe, a terminal, /dev/null) takes any number.
 void RefuseSharedFiles(const RunRequest& request) {
   const std::vector<Output> outputs = OutputsOf(request);
   for (std::size_t i = 0; i < outputs.size(); ++i) {

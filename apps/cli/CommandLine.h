@@ -24,7 +24,7 @@ struct ChartWish {
 
 inline constexpr const char* AllCharts = "all";
 
-// A calculation, as the options tell it.
+// A calculation, as the options describe it.
 struct RunRequest {
   int mode = ModePower;
   int row = 0;  // of the task list
@@ -51,7 +51,7 @@ struct ParsedCommand {
   std::string text;  // what to print (help, version), or the file of a macro
 };
 
-// Reads the arguments behind the program's name. Throws UsageError.
+// Reads the arguments after the program's name. Throws UsageError.
 ParsedCommand ParseCommandLine(std::vector<std::string> arguments);
 
 // "poweranalysis size", the sub-command of a mode; empty for a mode that has none.

@@ -131,7 +131,7 @@ std::size_t Distance(const std::string& a, const std::string& b) {
 }  // namespace
 
 std::string Nearest(std::string_view word, const std::vector<std::string>& candidates) {
-  // Longer words than this are no typing slips; the table of distances stays small.
+  // Longer words than this are not typing slips; the table of distances stays small.
   constexpr std::size_t kLongest = 64;
   const std::string wanted = LowerCase(word.substr(0, kLongest));
   std::string best;

@@ -10,7 +10,7 @@
 namespace poweranalysis {
 
 // The option of a field, without its dashes: "SampleSizeN1" is "sample-size-n1". A word begins at a
-// capital behind a small letter or a digit, at the last capital of a run that goes on in small
+// capital after a small letter or a digit, at the last capital of a run that goes on in small
 // letters, and at an underscore.
 std::string OptionName(std::string_view field);
 
@@ -19,7 +19,7 @@ std::string OptionAlias(std::string_view field);
 
 // A value for a field, as given. Names of choices count in any case. A value outside the field's
 // range passes: refusing it is the dialogs'. Throws UsageError, which names `option`, the text and
-// the range, for what is no number, and for a fraction where a whole number is wanted.
+// the range, for what is not a number, and for a fraction where a whole number is wanted.
 double ParseFieldValue(const FamilyTable& family,
                        const Field& field,
                        const std::string& option,

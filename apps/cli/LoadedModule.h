@@ -15,7 +15,7 @@ void* FunctionOfModule(const char* module,
 // For functions that hand over bytes: appends them to the text that is the context.
 void AppendBytes(void* text, const char* bytes, std::size_t count);
 
-// What a module tells of a failure in.
+// What a module reports a failure in.
 inline constexpr std::size_t ModuleErrorSize = 200;
 
 }  // namespace poweranalysis

@@ -16,7 +16,7 @@ namespace poweranalysis {
 
 namespace {
 
-// A line of the program's own on standard error, its name in front.
+// A line of the program's own on standard error, with its name in front.
 void Complain(const std::string& text) {
   const bool colour = WantsColour(STDERR_FILENO);
   WriteError((colour ? "\x1b[31mpoweranalysis:\x1b[0m " : "poweranalysis: ") + text + "\n");
@@ -77,7 +77,7 @@ bool WantsFile(const RunRequest& request) {
   return !request.output.empty() && request.output != "-";
 }
 
-// Bytes that a terminal would take for commands of its own.
+// Bytes that a terminal would take for its own commands.
 void RefuseDocumentOnTerminal(const RunRequest& request) {
   if (IsDocument(request.format) && !WantsFile(request) && ::isatty(STDOUT_FILENO) != 0) {
     throw UsageError(
@@ -86,7 +86,7 @@ void RefuseDocumentOnTerminal(const RunRequest& request) {
 }
 
 // Puts the study where it was asked for. A file stays as it was when there is nothing to put into
-// it: no answer (but for JSON, which tells of it), or a cancelled run.
+// it: no answer (except for JSON, which reports it), or a cancelled run.
 int Deliver(const RunRequest& request, const Study& study) {
   const bool json = request.format == ExportFormat::Json;
   const bool something = HasAnswer(study) || !ChartsOf(study).empty();

@@ -113,8 +113,7 @@ std::string WriteFile(const std::string& path, std::string_view bytes) {
   if (exists && !S_ISREG(status.st_mode)) {
     return WriteInPlace(path, bytes);
   }
-  // Replacing a file asks for the right to write in its folder alone; a file that is protected
-  // stays.
+  // Replacing a file only needs the right to write in its folder; a file that is protected stays.
   if (exists && ::access(path.c_str(), W_OK) != 0) {
     return Reason();
   }

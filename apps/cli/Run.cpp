@@ -271,7 +271,7 @@ std::vector<ControlSpec> TaskRun::WantedCharts() const {
 void TaskRun::Draw(const std::vector<ControlSpec>& buttons) {
   for (const ControlSpec& button : buttons) {
     const std::size_t charts = ChartsIn(host_.workbook());
-    // Counted one by one: a repeat of the last message is a message as well.
+    // Counted one by one: a repeat of the last message counts as a message too.
     const int messages = host_.messageCalls();
     script_.Press(button.number);
     if (ChartsIn(host_.workbook()) > charts) {
@@ -354,8 +354,8 @@ void AddLines(std::string_view text, std::vector<std::string>& notes) {
   }
 }
 
-// What the settings page says of its files stands beside the study and is not part of it: the lines
-// become notes. Why a file could not be read or written is among the errors already.
+// What the settings page says about its files goes beside the study and is not part of it: the
+// lines become notes. Why a file could not be read or written is among the errors already.
 void TakeRemarks(RunOutcome& outcome) {
   std::vector<Message>& messages = outcome.study.messages;
   const auto remarks =

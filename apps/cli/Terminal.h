@@ -9,14 +9,14 @@
 namespace poweranalysis {
 
 // Makes an interrupt (Control-C) a request to cancel; a second one ends the program at once. A
-// program that was started with interrupts ignored goes on to ignore them. A closed pipe becomes an
+// program that was started with interrupts ignored goes on ignoring them. A closed pipe becomes an
 // error of the write.
 void WatchSignals();
 bool Interrupted();
 
 // A terminal that knows control sequences.
 bool IsCapableTerminal(int descriptor);
-// Whether bold and colour are welcome there: such a terminal, and no NO_COLOR.
+// Whether bold and colour are wanted there: such a terminal, and no NO_COLOR.
 bool WantsColour(int descriptor);
 // Columns of a terminal; 80 for anything else.
 int TerminalColumns(int descriptor);

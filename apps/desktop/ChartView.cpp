@@ -21,7 +21,7 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr double kSmallestFraction = 1e-4;  // single precision tells no more apart
+constexpr double kSmallestFraction = 1e-4;  // single precision distinguishes no more
 
 // A round step for some eight ticks.
 float RoundStep(double length) {

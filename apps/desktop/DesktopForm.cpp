@@ -38,8 +38,8 @@ QString Shown(std::string_view text) { return ToText(std::string(text)); }
 
 using ControlGroup = std::vector<ControlSpec>;
 
-// Controls under one caption, in the order in which the page begins them. What has no caption goes
-// by itself.
+// Controls under one caption, in the order in which the page begins them. A control without a
+// caption stands by itself.
 std::vector<ControlGroup> InGroups(const PageSpec& page) {
   std::vector<ControlGroup> groups;
   for (const ControlSpec& control : page.controls) {
@@ -91,7 +91,7 @@ std::vector<ControlSpec> OfKind(const PageSpec& page, ControlKind kind) {
 
 enum class Reading { Number, Missing, NotNumber, NotWhole, TooLarge };
 
-// What is said of a box by its mark, and in a message by its name and its text.
+// What the mark of a box says about it, and what a message says, with its name and its text.
 struct ReadingWords {
   const char* mark;
   const char* sentence;
@@ -201,7 +201,7 @@ void DesktopForm::AddDlgTabs(const DialogSpec& spec) {
 }
 
 // Captions that bring their own letter keep it; the others share what is left, the buttons first:
-// to them the keyboard has a longer way than to a field.
+// they are farther away by keyboard than a field.
 void DesktopForm::AssignMnemonics(const DialogSpec& spec) {
   QString taken = QStringLiteral("FEAMVH");  // the menu bar's
   const std::vector<ControlSpec> controls = AllControls(spec);
@@ -551,8 +551,8 @@ int DesktopForm::ControlOf(const QWidget* widget) const {
   return 0;
 }
 
-// While a search runs the form is disabled, and nothing is taken; who can set a text all the same
-// sees it go.
+// While a search runs the form is disabled, and nothing is taken; whoever can set a text all the
+// same sees it disappear.
 void DesktopForm::Edited(int control, const QString& text) {
   if (!isEnabled()) {
     ShowText(control);
@@ -622,7 +622,7 @@ bool DesktopForm::event(QEvent* event) {
 
 // --- Marks while typing.
 
-// What stands in the box of an unknown, or of the value that was reached, is an answer and no
+// What stands in the box of an unknown, or of the value that was reached, is an answer, not an
 // input.
 bool DesktopForm::IsAnswer(const ControlSpec& box) const {
   const ControlSpec* unknown =

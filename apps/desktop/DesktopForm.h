@@ -55,7 +55,7 @@ class DesktopForm : public QWidget, public Form {
 
   // The inputs that cannot be read, in the order of the dialog.
   std::vector<UnreadableBox> UnreadableBoxes() const;
-  // Does a button compute with what stands in the boxes, or keep it?
+  // Does a button compute with what is in the boxes, or save it?
   bool TakesValues(int button) const;
 
   // --- Form.

@@ -183,7 +183,7 @@ void DesktopHost::FollowExit() {
   }
 }
 
-// A task whose dialogs are not there yet would end the analysis without a word.
+// A task whose dialogs are not there yet would end the analysis without a message.
 void DesktopHost::ReopenStartup() {
   QString task;
   if (const PowerSettingsHead* block = Module().settings) {

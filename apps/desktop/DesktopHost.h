@@ -55,7 +55,8 @@ class DesktopHost : public QObject, public Host {
   std::uint64_t dialogNumber() const { return form_ == nullptr ? 0 : dialogNumber_; }
   bool busy() const { return busy_; }
   bool frozen() const { return frozen_; }
-  // The user's break: the running command stops at its next poll. It ends no later command.
+  // The user's break: the running command stops at its next poll. It does not affect later
+  // commands.
   void Cancel() { wasCancelled_ = true; }
   const ProgressState& progress() const { return progress_; }
   int messageCount() const { return messageCount_; }
@@ -149,7 +150,7 @@ class DesktopHost : public QObject, public Host {
   void OpenNext();
   void ReopenStartup();
   void Finish();
-  // A study for what comes next, when the open one is not its place.
+  // A study for what comes next, when it does not belong in the open one.
   void PrepareStudy(bool forTable);
 
   StudyBook& book_;

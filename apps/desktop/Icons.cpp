@@ -9,8 +9,8 @@ namespace poweranalysis {
 
 namespace {
 
-// Painted here at a few sizes rather than through the icon plug-in for SVG, which is a package of
-// its own and may be missing.
+// Painted here at a few sizes rather than through the icon plug-in for SVG, which is a separate
+// package and may be missing.
 QIcon Painted(const QString& path) {
   QSvgRenderer renderer(path);
   QIcon icon;

@@ -74,7 +74,8 @@ QString LockPath(const QString& workbook) {
 
 // --- Of this window.
 
-// Not by the number of the process: the next one to have it would write over what is left here.
+// Not named by the number of the process: the next one to have it would overwrite what is left
+// here.
 KeptWork::KeptWork(const QString& folder)
     : folder_(folder),
       path_(folder.isEmpty()
@@ -106,7 +107,7 @@ void KeptWork::Remove() {
   }
 }
 
-// --- Of windows that are no more.
+// --- Of windows that are gone.
 
 bool LeftWork::IsOvertaken() const {
   const QFileInfo saved(file);

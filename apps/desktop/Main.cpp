@@ -11,7 +11,7 @@
 
 namespace {
 
-// Without a screen the library below would end the program with words that help nobody.
+// Without a screen the library below would end the program with a message that helps nobody.
 bool HasScreen() {
   for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) {
     if (!qEnvironmentVariableIsEmpty(name)) {
@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   QApplication application(argc, argv);
-  // Numbers are never written in the way of a country, here or in any library.
+  // Numbers never follow the conventions of a country, here or in any library.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setApplicationName(QStringLiteral("PowerAnalysis"));
   QApplication::setDesktopFileName(QStringLiteral("poweranalysis-desktop"));

@@ -35,7 +35,7 @@
 #include "desktop/WorkbookIo.h"
 #include "module/PowerAnalysisModule.h"
 
-// The linker would drop the resources of a static library that nobody names.
+// The linker would drop the resources of a static library that nothing refers to.
 static void KeepResources() { Q_INIT_RESOURCE(desktop); }
 
 namespace poweranalysis {
@@ -48,7 +48,7 @@ constexpr int kItemRole = Qt::UserRole + 1;
 constexpr int kWholeStudy = -1;
 constexpr int kAutosaveMilliseconds = 1000;
 
-// A study tells its day, what is in it the hour; the tool tip both.
+// A study shows its day, what is in it the time; the tool tip shows both.
 QString TimeText(const QDateTime& when, const char* format = "yyyy-MM-dd HH:mm:ss") {
   return QLocale::c().toString(when, QString::fromLatin1(format));
 }
@@ -173,7 +173,7 @@ void MainWindow::ConnectHost() {
   connect(host_, &DesktopHost::ProgressChanged, this, &MainWindow::ShowProgress);
   connect(host_, &DesktopHost::MessagesReady, this, &MainWindow::QueueMessages);
   connect(host_, &DesktopHost::BoxesUnreadable, this, &MainWindow::RefuseUnreadable);
-  // Only once the command has returned: a dialog box inside it would run a loop of its own.
+  // Only once the command has returned: a dialog box inside it would run its own loop.
   connect(host_, &DesktopHost::OptionsWanted, this, &MainWindow::ShowOptions, Qt::QueuedConnection);
   connect(host_, &DesktopHost::Doing, this, &MainWindow::Record);
   connect(host_, &DesktopHost::CommandDone, this, &MainWindow::CommandDone);
@@ -599,7 +599,7 @@ class StudyRemoval : public QUndoCommand {
 
 }  // namespace
 
-// The keyboard goes to the tree: there, Undo means the study and no typing.
+// The keyboard goes to the tree: there, Undo means the study and not typing.
 void MainWindow::DeleteStudy() {
   if (ChosenStudy() < 0 || RefuseWhileBusy()) {
     return;

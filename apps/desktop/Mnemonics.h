@@ -5,9 +5,9 @@
 
 namespace poweranalysis {
 
-// Gives each caption without a mnemonic a letter of its own, where one is left: the first letter of
-// a word if it can be, any other letter or digit otherwise. `taken` holds the letters that are in
-// use and grows with those given.
+// Gives each caption without a mnemonic its own letter, where one is left: the first letter of a
+// word if it can be, any other letter or digit otherwise. `taken` holds the letters that are in use
+// and grows with those given.
 QString WithMnemonic(const QString& caption, QString& taken);
 
 // The letter of a caption's own mnemonic, in upper case; null when it has none.

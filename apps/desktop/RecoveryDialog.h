@@ -11,7 +11,7 @@ class QGridLayout;
 namespace poweranalysis {
 
 // Asks of each work that was left behind whether to open it, keep it for later or delete it. One
-// can be opened, for a window shows one workbook. Who closes the dialog keeps them all.
+// can be opened, for a window shows one workbook. Closing the dialog keeps them all.
 class RecoveryDialog : public QDialog {
   Q_OBJECT
 

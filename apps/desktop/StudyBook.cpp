@@ -25,7 +25,7 @@ QString ChartName(const std::string& name) {
   return words.join(QLatin1Char(' '));
 }
 
-// A plot that is drawn for each of several effects has one name for all: its title tells which.
+// A plot that is drawn for each of several effects has one name for all: its title says which.
 QString EffectOf(const Chart& chart) {
   const QString title = ToText(chart.titles.back());
   return title.contains(QLatin1String("Effect")) ? title.section(QLatin1String(" ("), 0, 0)

@@ -58,7 +58,7 @@ class StudyBook : public QObject {
  Q_SIGNALS:
   // The book was replaced by another.
   void Replaced();
-  // So it was, or a study went or came back.
+  // As above, or a study was removed or came back.
   void Reset();
   void StudyAdded(int study);
   void ItemAdded(int study, int item);

@@ -117,7 +117,7 @@ bool MainWindow::OpenFile(const QString& path) {
     return false;
   }
   book_.Replace(std::move(loaded.studies));
-  // A file of a newer version is not saved over: it gets a name of its own first.
+  // A file of a newer version is not overwritten: it gets its own name first.
   SetFile(loaded.newer ? QString() : path);
   RemoveAutosave();
   if (!loaded.notes.isEmpty()) {

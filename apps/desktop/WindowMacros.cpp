@@ -153,7 +153,7 @@ void MainWindow::RunInside(const QString& path, const MacroDialog& shown) {
           [this, dialog, output, stop](const QString& fault) {
             output->appendPlainText(fault.isEmpty() ? tr("The macro has ended.") : fault);
             stop->setEnabled(false);
-            // The next macro has a dialog of its own; this one is done with.
+            // The next macro has its own dialog; this one is no longer needed.
             disconnect(stop, nullptr, macros_, nullptr);
             disconnect(dialog, nullptr, macros_, nullptr);
             disconnect(macros_, nullptr, output, nullptr);
@@ -166,8 +166,8 @@ void MainWindow::RunInside(const QString& path, const MacroDialog& shown) {
   }
 }
 
-// Without an interpreter of its own the program leaves the macro to the system's: then the macro
-// has dialogs of its own, and not those of this window.
+// Without its own interpreter the program leaves the macro to the system's: then the macro has its
+// own dialogs, and not those of this window.
 void MainWindow::RunBeside(const QString& path, const MacroDialog& shown) {
   QPlainTextEdit* output = shown.output;
   QPushButton* stop = shown.stop;

@@ -15,7 +15,7 @@
 #include "desktop/MainWindow.h"
 #include "desktop/Names.h"
 
-// The menus of the window and what is reached through them alone.
+// The menus of the window and what is reached only through them.
 namespace poweranalysis {
 
 namespace {
@@ -40,7 +40,7 @@ QAction* AddAction(QMenu& menu,
   return action;
 }
 
-// A page of Markdown in a window of its own.
+// A page of Markdown in its own window.
 void ShowMarkdown(QWidget* parent, const QString& title, const QString& markdown) {
   auto* dialog = new QDialog(parent);
   dialog->setAttribute(Qt::WA_DeleteOnClose);

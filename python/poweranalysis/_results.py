@@ -12,7 +12,7 @@ if TYPE_CHECKING:
 
 
 class Message(NamedTuple):
-    """A message of the system; `count` tells how often it came in a row."""
+    """A message of the system; `count` says how often it came in a row."""
 
     id: int
     text: str
@@ -186,14 +186,14 @@ class Result:
         return self._study.export("json")
 
     def to_html(self) -> str:
-        """A document of its own, with the charts drawn in it."""
+        """A complete document, with the charts drawn in it."""
         return self._study.export("html")
 
     def to_markdown(self) -> str:
         return self._study.export("markdown")
 
     def to_csv(self, full: bool = False) -> str:
-        """The table; with `full` the headings before it and the charts behind it."""
+        """The table; with `full` the headings before it and the charts after it."""
         return self._study.full_csv() if full else self._study.export("csv")
 
     def to_xlsx(self) -> bytes:
@@ -233,8 +233,8 @@ class Result:
 class Refused(Exception):
     """The system refused the calculation.
 
-    `message` is its message word for word and `id` the message's number; `messages` are all that
-    came, and `result` is what there is beside the refusal.
+    `message` is its message verbatim and `id` the message's number; `messages` are all that
+    came, and `result` is whatever was computed besides.
     """
 
     def __init__(

@@ -265,7 +265,7 @@ _running = _Running()
 
 
 class Application:
-    """The root of the object model, with dialogs of its own.
+    """The root of the object model, with its own dialogs.
 
     config: the folder of the default settings, in place of the user's own. echo: whether results
     and messages are printed as they come; by default an application prints that a script makes at
@@ -342,7 +342,7 @@ class Application:
 
 
 def _end_by_closed_pipe():
-    # As other programs end whose reader has gone: in silence, with the status that a shell gives
+    # As other programs end whose reader has gone: silently, with the status that a shell gives
     # the signal. The interpreter would try to write what is left, and complain.
     from os import O_WRONLY, devnull, dup2
     from os import open as open_file

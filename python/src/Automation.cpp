@@ -249,7 +249,7 @@ const char* TypeName(const Member& member) {
 }
 
 // (class of the dialog, title, [(member, kind, type, takes a path)]) of an interface; None when
-// there is none of the name.
+// there is none with the name.
 py::object DescribeInterface(const std::string& name) {
   const Interface* interface = FindInterface(name);
   if (interface == nullptr) {
@@ -296,7 +296,7 @@ void UseDriver(const py::object& capsule) {
 }
 
 // Lives as long as the process: a static of the program is destroyed when the interpreter is gone, and
-// then nothing of Python may be released any more.
+// then no Python object may be released any more.
 template <class Error>
 const py::object& NewErrorClass(py::module_& module, const char* name, py::handle base) {
   return *new py::exception<Error>(module, name, base);

@@ -113,7 +113,7 @@ std::string TextOf(const std::string& keyword, const py::object& value) {
   return FormatShortest(number);
 }
 
-// `find` tells the field of a keyword.
+// `find` gives the field of a keyword.
 template <class Find>
 std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given, Find find) {
   std::vector<FieldValue> values;
@@ -134,7 +134,7 @@ std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given,
   return values;
 }
 
-// Wrong use in the words of a program instead of those of the command line.
+// Wrong use, worded for a program instead of for the command line.
 std::string WithoutOption(const std::string& error) {
   const std::size_t end = error.find(": ");
   return error.rfind("--", 0) == 0 && end != std::string::npos ? error.substr(end + 2) : error;

@@ -21,7 +21,7 @@ namespace py = pybind11;
 
 namespace {
 
-// Watches a computation that is to pass without a word.
+// Watches a computation that is to run without any message.
 class DirectObserver final : public ProcedureObserver {
  public:
   void Start(std::int32_t /*count*/) override {}
@@ -43,7 +43,7 @@ class DirectObserver final : public ProcedureObserver {
   bool spoken_ = false;
 };
 
-// A record of its own, with the built-in values.
+// Its own record, with the built-in values.
 class OwnRecord {
  public:
   explicit OwnRecord(const FamilyTable& family)
@@ -90,7 +90,7 @@ bool IsRefused(const FamilyRow& row, Question question, const RecordView& record
          (!row.checksItself && RefusalOf(effect.CheckOf(question), record, question));
 }
 
-// A refusal of the computation is for the dialogs to say.
+// A refusal of the computation is left to the dialogs to report.
 std::optional<Computed> Compute(const FamilyRow& row, Question question, const RecordView& record) {
   DirectObserver observer;
   const py::gil_scoped_release release;

@@ -28,7 +28,7 @@
 #include "distributions/SolveParameter.h"
 #include "procedures/TTests.h"
 
-// The numeric functions over NumPy arrays. One table, one row a function; names of arguments and
+// The numeric functions over NumPy arrays. One table, one row per function; names of arguments and
 // docstrings come from the headers.
 namespace poweranalysis {
 
@@ -210,7 +210,7 @@ template <int Index>
 bool PairsAt(const double* arguments) {
   return arguments[Index] >= 2;
 }
-// A correlation other than -1 and 1, or no number.
+// A correlation other than -1 and 1, or not a number.
 template <int Index>
 bool InsideAt(const double* arguments) {
   return !(std::fabs(arguments[Index]) >= 1);
@@ -248,8 +248,8 @@ void RoundedCount(double proportion, double n, double& count, double& rounded) {
   rounded = counted.proportion;
 }
 
-// Of several functions of one name, the one of these types; the ones that can be cancelled where
-// there are such.
+// Of several functions with one name, the one with these types; the ones that can be cancelled
+// where there are such.
 using BetaFunction = double (*)(double, double, double, int&);
 using FractionFunction = double (*)(double, double, double);
 using ParameterSearch =
@@ -300,7 +300,7 @@ constexpr Row RowOf(const char* name, Domain domain = nullptr) {
           domain};
 }
 
-// A further function is a further row.
+// An additional function is an additional row.
 constexpr Row kRows[] = {
     RowOf<NormalCdf>("NormalCdf"),
     RowOf<NormalQuantile>("NormalQuantile"),
@@ -383,7 +383,7 @@ const std::vector<Function>& Functions() {
 
 // --- Evaluation.
 
-// The index of an argument that is no whole number of its type; nothing when all are good.
+// The index of an argument that is not a whole number of its type; nothing when all are good.
 std::optional<std::size_t> BadArgument(const Function& function, const double* arguments) {
   for (std::size_t i = 0; i < function.types.size(); ++i) {
     const ArgumentType& type = function.types[i];

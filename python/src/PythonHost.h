@@ -11,9 +11,8 @@
 
 namespace poweranalysis {
 
-// Gives the thread a module state of its own for as long as it lives, and puts the one before back.
-// So analyses of different callers do not take each other's place, on whatever thread they are
-// called.
+// Gives the thread its own module state for as long as it lives, and puts the one before back. So
+// analyses of different callers do not take each other's place, on whatever thread they are called.
 class ModuleStateScope {
  public:
   ModuleStateScope() : outer_(std::exchange(Module(), ModuleState{})) {}

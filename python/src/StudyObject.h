@@ -16,7 +16,7 @@ struct StudyObject {
   Study study;
   std::vector<std::string> errors;  // beyond the messages of the system
   std::vector<std::string> notes;
-  // Makes the whole study where it has its answers alone so far.
+  // Makes the whole study where it has only its answers so far.
   std::function<Study()> rest = nullptr;
 
   // The study with its table, report and charts. Call it with the interpreter's lock.
@@ -33,7 +33,7 @@ struct StudyObject {
   }
 };
 
-// One item of a workbook as a study of its own, for export.
+// One item of a workbook as a separate study, for export.
 StudyObject StudyOf(WorkbookItem item);
 
 }  // namespace poweranalysis

@@ -1,4 +1,4 @@
-"""Every test has a configuration folder of its own, for itself and for what it starts."""
+"""Every test has its own configuration folder, for itself and for what it starts."""
 
 import json
 import os

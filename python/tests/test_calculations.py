@@ -55,7 +55,7 @@ VARIATIONS = [
 
 
 def asked(mode, family, fields, **more):
-    """The answers, or the refusal in its words."""
+    """The answers, or the message of the refusal."""
     try:
         return getattr(pa, mode)(family, **fields, **more).answers
     except (pa.Refused, RuntimeError) as refusal:

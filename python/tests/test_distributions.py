@@ -112,7 +112,7 @@ def test_every_function_is_documented():
     assert "AS 70" in d.NormalQuantile.__doc__
 
 
-# --- The truth tables, a call a table: columns are arrays of arguments.
+# --- The truth tables, one call per table: columns are arrays of arguments.
 
 DATA = Path(__file__).parents[2] / "tests" / "distributions" / "data"
 

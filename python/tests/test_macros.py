@@ -1,4 +1,4 @@
-"""Recorded macros: in this process, and as a script of their own."""
+"""Recorded macros: in this process, and as scripts by themselves."""
 
 import subprocess
 import sys
@@ -63,7 +63,7 @@ def test_a_macro_shows_the_messages_of_the_system(macro):
     done = subprocess.run([sys.executable, str(macro)], capture_output=True, text=True)
     assert "outside the permissible range" in done.stderr
     assert done.stdout == ""
-    # The dialog of the results is not there, and the macro tells so.
+    # The dialog of the results is not there, and the macro says so.
     assert done.returncode != 0 or "Alpha" in done.stderr
 
 

@@ -72,7 +72,7 @@ def run_mypy(module, *arguments):
 
 def test_the_stubs_agree_with_what_is_there(tmp_path):
     allowed = tmp_path / "allowed"
-    # The inner modules are no interface.
+    # The inner modules are not an interface.
     allowed.write_text(r"poweranalysis\._.*" + "\n")
     done = run_mypy(
         "mypy.stubtest", "poweranalysis", "--allowlist", str(allowed), "--ignore-unused-allowlist"

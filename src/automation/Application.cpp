@@ -24,7 +24,8 @@ std::string Quoted(std::string_view name) { return "'" + std::string(name) + "'"
   throw UnknownMember(message);
 }
 
-// Toward zero and held to 32 bits, as a whole number is read from a control; nothing for no number.
+// Toward zero and held to 32 bits, as a whole number is read from a control; nothing for what is
+// not a number.
 std::int64_t WholeOf(double value) {
   constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
   constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
@@ -204,7 +205,7 @@ Value DialogObject::Read(const ControlSpec& control, MemberType type) {
   if (control.kind == ControlKind::Radio || control.kind == ControlKind::CheckBox) {
     value = driver.Checked(control.number) ? 1 : 0;
   } else {
-    // A text that is no number reads as the 0 that it stores.
+    // A text that is not a number reads as the 0 that it stores.
     value = driver.Number(control.number).value_or(0);
     if (control.kind == ControlKind::IntEdit) {
       value = static_cast<double>(WholeOf(value));
@@ -239,7 +240,7 @@ void DialogObject::Write(const ControlSpec& control, const Value& value) {
   DialogDriver& driver = application_.driver();
   switch (control.kind) {
     case ControlKind::Radio:
-      // 0 says nothing: which other button to choose is not told.
+      // 0 does nothing: it does not say which other button to choose.
       if (NumberOf(value, control.name) != 0) {
         driver.Press(control.number);
       }
@@ -411,7 +412,7 @@ std::shared_ptr<DialogObject> Application::Dialog() {
   if (open == 0) {
     dialog_.reset();
   } else if (dialog_ == nullptr || number_ != open) {
-    // A dialog without an interface of its own has the members of all dialogs.
+    // A dialog without its own interface has the members of all dialogs.
     const Interface* interface = InterfaceOfClass(driver_.Spec().className);
     dialog_ = std::make_shared<DialogObject>(
         *this, interface == nullptr ? BaseInterface() : *interface, open);

@@ -59,7 +59,7 @@ constexpr MemberRow kSummary = {RowKind::Summary, "Summary", "", ControlAccept, 
 constexpr MemberRow kSaveSettingsAs = Method("SaveSettingsAs", ControlSaveAs);
 constexpr MemberRow kSaveAsDefault = Method("SaveAsDefault", ControlSaveAsDefault);
 
-// The observed F of the one-way interval dialog has a control of its own.
+// The observed F of the one-way interval dialog has its own control.
 constexpr int kObservedFOfOneWay = 4801;
 
 // Irregular names and types are part of the vocabulary and stay as they are.

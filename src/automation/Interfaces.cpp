@@ -64,7 +64,7 @@ CatalogueDialog FindClass(std::string_view className) {
   return {nullptr, 0, 0, false};
 }
 
-// The calculators without a family of their own name.
+// The calculators that have no family of the same name.
 struct CalculatorRecord {
   std::string_view calculator;
   Family family;

@@ -67,7 +67,7 @@ struct Interface {
   std::string helpTitle;
   std::span<const Member> members;  // its own; those of the base interface come first in the object
 
-  // Own members, then those of the base interface; null when there is none of that name.
+  // Own members, then those of the base interface; null when there is none with that name.
   const Member* Find(std::string_view member) const;
   // A member that stands for a control and, for a flag, is that button; null when none does.
   const Member* FindControl(int control) const;

@@ -21,7 +21,7 @@ constexpr int kIntervalConstants = 28972;
 constexpr int kCalculatorConstants = 28982;
 constexpr int kModeConstants = 28988;
 
-// 0 for a mode that there is not.
+// 0 for a mode that does not exist.
 int FirstTaskConstant(int mode) {
   switch (mode) {
     case ModePower:

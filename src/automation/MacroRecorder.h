@@ -31,16 +31,16 @@ class COleAConstant {
 
 // Replaces a row that was chosen in one of the startup's lists by the constant of its name. The
 // tasks and the modes are numbered in one run, which is why the mode in force decides about a
-// task's. Whatever is no row of these lists stays as it is.
+// task's. Whatever is not a row of these lists stays as it is.
 void PostRecordControlValue(int control, COleAConstant* value);
 
 // The enumerator with a number; null for a number outside the run. A second, misspelled name of the
 // independent t-test has no number.
 const char* ConstantName(int constant);
 
-// Writes a script that does again what the user did: it runs as it stands with Python. A host tells
-// it of each action before the dialog answers, with the number of the dialog, which is another for
-// each dialog that opens, and what the dialog looks like.
+// Writes a script that does again what the user did: it runs as it stands with Python. A host
+// reports each action to it before the dialog answers, with the number of the dialog, which differs
+// for each dialog that opens, and what the dialog looks like.
 //
 // A script holds whole analyses. When recording begins in the middle of one, what the dialogs hold
 // by then is written first.
@@ -48,7 +48,7 @@ class MacroRecorder {
  public:
   // A new analysis has begun: its startup dialog opens.
   void AnalysisStarted();
-  // A text was typed; `number` is what the control reads from it, nothing when it is no number.
+  // A text was typed; `number` is what the control reads from it, nothing when it is not a number.
   void Typed(std::uint64_t dialog,
              const DialogSpec& spec,
              int control,

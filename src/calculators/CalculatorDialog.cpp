@@ -73,7 +73,7 @@ DialogSpec CCalculatorDialog::Spec() const {
   return spec;
 }
 
-// The edits; a label that changes is a control of its own, in front of its box.
+// The edits; a label that changes is a separate control, in front of its box.
 std::vector<ControlSpec> CCalculatorDialog::BoxSpecs() const {
   std::vector<ControlSpec> boxes;
   const auto label = [&boxes](int control, std::string name, TextId caption) {

@@ -29,7 +29,7 @@ inline CalculatorAnswer GoodAnswer(double value) {
 }
 
 // A probability, held to [0, 1], which rounding may have left. `upper` computes its upper tail from
-// its own side; it is asked only where one minus the probability is none.
+// its own side; it is called only where one minus the probability has lost its digits.
 template <class Upper>
 CalculatorAnswer ProbabilityAnswer(double p, Upper upper) {
   constexpr double kSmallTail = 1e-4;
@@ -45,7 +45,7 @@ CalculatorAnswer ProbabilityAnswer(double p, Upper upper) {
 struct CalculatorUnknown {
   const char* field;  // that its box shows
   const char* name;   // for commands: "delta"
-  const char* flag;   // the field that is 1 when this is the unknown; null: WhatToCompute tells
+  const char* flag;   // the field that is 1 when this is the unknown; null: WhatToCompute decides
   TextId caption;     // of its radio button; that of the probability goes by OneMinusP
   // Solves for it from Working; `p` is the cumulative probability.
   CalculatorAnswer (*compute)(const PowerSettings& block, double p);
@@ -70,8 +70,8 @@ std::span<const CalculatorTable> Calculators();
 // By its code in the catalogue; null when there is none.
 const CalculatorTable* FindCalculator(std::string_view code);
 
-// What a field of a calculator means. A working value, which no family keeps in a file, has no text
-// of its own: it takes that of the same number in another calculator.
+// What a field of a calculator means. A working value, which no family keeps in a file, does not
+// have its own text: it takes that of the same number in another calculator.
 std::string MeaningOfBox(const Field& field);
 
 // Presents a distribution as an equation among a few numbers: the user names one of them as the

@@ -26,7 +26,7 @@ bool WarnOfLargeDelta(WindowHandle parent, const PowerSettings& block) {
   return true;
 }
 
-// Kept: as many observations as variables pass, although the message wants more.
+// Kept: as many observations as variables pass, although the message asks for more.
 bool EnoughObservations(WindowHandle parent, const PowerSettings& block) {
   const R2Params& in = block.R2.Working;
   if (in.SampleSize >= in.TotalNumberOfVars) {

@@ -14,7 +14,7 @@ namespace {
 // As many variables as observations pass the dialog's own test, but leave no degrees of freedom.
 bool HasDegreesOfFreedom(const R2Params& in) { return in.SampleSize > in.TotalNumberOfVars; }
 
-// Without a bar, but to be stopped.
+// Without a bar, but it can be stopped.
 HostObserver Stoppable() { return {nullptr, HostObserver::Bar::None}; }
 
 // Where the search for rho2 begins: the estimate that allows for its own bias, less its normal
@@ -59,7 +59,8 @@ CalculatorAnswer SolveForR2Probability(const PowerSettings& block, double /*p*/)
   if (failure != 0) {
     return {};
   }
-  // The approximation has no upper tail of its own: where it comes close to 1 the exact one stands.
+  // The approximation does not have its own upper tail: where it comes close to 1 the exact one is
+  // taken.
   return ProbabilityAnswer(p, [&in] {
     return MultipleR2Upper(in.PopulationR2, in.SampleSize, in.TotalNumberOfVars, in.R2Observed);
   });

@@ -141,7 +141,7 @@ int NumberIn(std::span<const FieldControl> list, std::string_view field) {
   return row == list.end() ? 0 : row->number;
 }
 
-// Fields that radio buttons show have no number of their own.
+// Fields that radio buttons show do not have their own number.
 std::vector<FieldControl> MakeFreeNumbers() {
   constexpr int kFirstFree = 21101;
   std::vector<FieldControl> free;

@@ -36,7 +36,7 @@ inline constexpr int ControlProbabilityLabel = 22081;
 inline constexpr int ControlActualValueLabel = 22082;
 
 // The number of a field's edit control or check box; 0 for a field that radio buttons show, and for
-// a name that is no field's.
+// a name that is not a field's.
 int ControlOfField(std::string_view field);
 // Is the field a check box, 1 when checked?
 bool IsCheckBox(std::string_view field);

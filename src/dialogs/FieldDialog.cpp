@@ -142,7 +142,7 @@ bool CFieldDialog::StoreField(int control) {
       if (field.type != FieldType::Real) {
         value = form().GetDlgItemLong(control);
       } else if (form().GetDlgItemDouble(control, value) != 0) {
-        // A text that is no number stores 0; the next check names the field.
+        // A text that is not a number stores 0; the next check names the field.
         value = 0;
       }
       working.Set(field, value + 0.0);  // a "-0" is stored as 0

@@ -53,7 +53,7 @@ constexpr PlotRow kSizePlots[] = {
      RequiredNLabel},
 };
 
-// Exact fit has two forms: the test of its own and that of an R0 of 0.
+// Exact fit has two forms: its own test and that of an R0 of 0.
 constexpr PlotTexts kTitle =
     Only(text::TitleWithDetail,
          {text::HeadingStructuralEquationModeling,

@@ -141,7 +141,7 @@ std::vector<ShownRow> CResultsDialog::Rows() const {
 }
 
 std::string CResultsDialog::FrameText() const {
-  // The inputs of the summary table and what follows from them, one a line, under the titles of
+  // The inputs of the summary table and what follows from them, one per line, under the titles of
   // their blocks; what a calculation gives is not known yet. They are those that a calculation
   // would take: a file that was opened changes them before it is committed.
   PowerSettings block = *Block();
@@ -240,8 +240,8 @@ bool CResultsDialog::HoldsResult(const Outcome& outcome) const {
          });
 }
 
-// A procedure that fails says why, or in some cases fails without a word: then the user is
-// told at least what there is no value of. Who cancels knows.
+// A procedure that fails says why, or in some cases fails without a message: then the user learns
+// at least what has no value. Whoever cancels knows.
 Outcome CResultsDialog::Compute() {
   const std::int32_t messagesBefore = Module().messagesShown;
   HostObserver observer(window(), HostObserver::Bar::OfSearches);
@@ -297,7 +297,7 @@ long CResultsDialog::DrawPlotsOf(const ChartName& chart) {
       const PlotOutcome outcome =
           SameChart(plot.chart, chart) ? DrawPlotOf(plot) : PlotOutcome::Dropped;
       if (outcome == PlotOutcome::Cancelled) {
-        break;  // who stops one of a button's plots wants none of the others
+        break;  // whoever stops one of a button's plots wants none of the others
       }
       drawn = outcome == PlotOutcome::Drawn ? 1 : drawn;
     }

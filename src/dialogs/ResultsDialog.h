@@ -31,7 +31,8 @@ struct PlotAxis {
   bool whole;  // sample sizes and degrees of freedom
 };
 
-// One plot of a results dialog. Plots of one name are neighbours, drawn by one press of its button.
+// One plot of a results dialog. Plots with the same name are neighbours, drawn by one press of its
+// button.
 struct PlotRow {
   Varied varied;
   ChartName chart;

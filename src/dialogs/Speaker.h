@@ -10,7 +10,7 @@ namespace poweranalysis {
 // Shows why something was refused, over `parent`; nothing for an empty refusal.
 void Speak(WindowHandle parent, const Refusal& refusal);
 
-// A procedure under the eyes of the host, which forgets a break with the command that it came in.
+// A procedure watched by the host, which forgets a break when the command that it came in ends.
 class HostObserver final : public ProcedureObserver {
  public:
   // Without a bar a search shows its messages all the same, and can be stopped where it asks.

@@ -72,7 +72,7 @@ constexpr PlotRow kV1SizePlots[] = {
      kRequiredDfLabel},
 };
 
-// One title serves the three plots along degrees of freedom; their axes tell them apart.
+// One title serves the three plots along degrees of freedom; their axes distinguish them.
 constexpr PlotTexts kV2VsDf = Only(text::PlotPowerVsDfVar1Var2Alpha, {"Var1", "Var2", "Alpha"});
 
 constexpr PlotRow kV2PowerPlots[] = {

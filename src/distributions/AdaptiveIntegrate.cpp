@@ -196,7 +196,7 @@ class Integration {
     errorBound_ = Bound(result);
   }
 
-  // Nothing to subdivide: no better is possible, or good already. An error equal to resasc says
+  // Nothing to subdivide: no better is possible, or good already. An error equal to resasc means
   // that the rule has seen no convergence yet.
   bool SettledByFirstRule(const RuleEstimate& whole) {
     if (abserr <= 100.0 * Epsilon * resabs_ && abserr > errorBound_) {
@@ -369,7 +369,7 @@ class Integration {
   }
 
   // The extrapolated value or the plain sum, and whether the integral looks divergent. Judge says
-  // that the extrapolated value stands.
+  // that the extrapolated value is taken.
   Next JudgeExtrapolation() {
     if (abserr == Largest) {
       return Next::Sum;

@@ -22,8 +22,8 @@ constexpr double Doubt = 1e-4;
 constexpr double LargestSum = 20000.0;
 
 // Front factors are linked by their ratio only up to this sum of the shapes: the rounding of the
-// log-gammas (some 1e-13 there) is part of a factor computed afresh, and a linked one has not the
-// same.
+// log-gammas (some 1e-13 there) is part of a factor computed afresh, and a linked one does not have
+// the same.
 constexpr double LargestLinkedSum = 300.0;
 
 // Nor from one that is near underflow.

@@ -10,7 +10,8 @@ namespace poweranalysis {
 // Domain: n >= 1, 0 <= pi <= 1, any k: 0 below 0 and 1 from n on.
 // Fails:  NumericFailure with `failure` 1 for an n below 1, and with the failure of BetaCdf for a
 //         pi outside [0, 1]. `failure` is cleared on entry.
-// Guards: an n, pi or k that is no number fails with `failure` 1, as does a result that is none.
+// Guards: an n, pi or k that is not a number fails with `failure` 1, as does a result that is not a
+// number.
 double BinomialCdf(double n, double pi, double k, int& failure);
 
 // The smallest k with P(X <= k) >= p, a whole number, and P(X <= k) itself in `actual`. `logP` is

@@ -214,7 +214,7 @@ class RhoSearch {
         failure = 2;
         return;
       }
-      // Written so that a slope that is no number ends the search.
+      // Written so that a slope that is not a number ends the search.
       if (!(std::fabs(slope_) >= FlatSlope)) {
         return;
       }

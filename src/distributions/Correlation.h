@@ -65,7 +65,7 @@ double CorrelationDensity(double x, double rho, std::int32_t n, int& flag);
 // Fails:  NumericFailure when an integral of either level fails: for n = 3 where rho x comes near 1
 //         in the range of integration.
 // Guard:  NumericFailure for n < 3, |rho| >= 1, for |r| >= 1 in the Fisher forms, for NaN in rho or
-//         r, and for an integral that comes out as no number.
+//         r, and for an integral that does not come out as a number.
 // Kept:   above n of some 500 the first rule over a wide range can miss a narrow density: the
 //         result is then 0 or 1 by the side of the integration, which the sign of r chooses and not
 //         that of rho.
@@ -99,15 +99,16 @@ double CorrelationQuantile(double rho, std::int32_t n, double p, std::int16_t al
 // The rho at which P(R <= r) = p.
 //
 //   A secant search to 1e-8 from tanh(atanh(r) - z / sqrt(n - 3)), within +-0.99999999, in at most
-//   10000 evaluations. The observer is started with the count 10 and advanced once a pass, from 3.
+//   10000 evaluations. The observer is started with the count 10 and advanced once per pass, from
+//   3.
 //
 // Domain: n >= 3, -1 < r < 1, 0 < p < 1.
 // Fails:  NumericFailure with `failure` 1 when the evaluations run out or the residual stays above
 //         0.0001. `failure` 2, with the value last reached, when the observer asked to stop; 1 all
 //         the same when the residual was still above 0.0001. `failure` is cleared on entry.
-// Guard:  NumericFailure with `failure` 1, and no word to the observer, outside the domain. The
-//         start is kept within the bounds, too; a residual that is no number ends the search with
-//         `failure` 1: n = 3 with p = 1/2.
+// Guard:  NumericFailure with `failure` 1, without calling the observer, outside the domain. The
+//         start is kept within the bounds, too; a residual that is not a number ends the search
+//         with `failure` 1: n = 3 with p = 1/2.
 // Kept:   a cancelled search stops the observer twice. A failed CorrelationCdf takes part as a
 //         large residual.
 double CorrelationRhoForP(std::int32_t n,
@@ -117,7 +118,7 @@ double CorrelationRhoForP(std::int32_t n,
                           std::int16_t algorithm,
                           SearchObserver& observer);
 
-// The same, observed by nobody.
+// The same, without an observer.
 double CorrelationRhoForP(std::int32_t n, double r, double p, int& failure, std::int16_t algorithm);
 
 }  // namespace poweranalysis

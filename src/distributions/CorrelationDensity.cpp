@@ -212,7 +212,7 @@ double Density::At(double x, int& flag) const {
 
 Limits LimitsFor(double r) {
   // Kept: the sign of r chooses the side, whatever rho is. A density that lies on the same side is
-  // not found by this rule any the better for it.
+  // not found any better by this rule.
   return r > 0.0 ? Limits{r, 1.0} : Limits{-1.0, r};
 }
 
@@ -236,7 +236,7 @@ double ExactCdf(double rho, double r, Workspace& workspace) {
   int ier = 0;
   AdaptiveIntegrate(integrand, limits.lower, limits.upper, OuterTolerance, OuterTolerance, integral,
                     abserr, neval, ier);
-  // A node that rounds to an end of the range gives no number for small n.
+  // A node that rounds to an end of the range does not give a number for small n.
   if (ier != 0 || std::isnan(integral)) {
     return NumericFailure;
   }

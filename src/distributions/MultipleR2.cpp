@@ -105,7 +105,7 @@ double Clamped(double value, const SecantBounds& bounds) {
   return std::min(bounds.upper, std::max(bounds.lower, value));
 }
 
-// True when the search cannot or shall not go on from this residual.
+// True when the search cannot or must not go on from this residual.
 bool MustStop(double f, int& failure, Watch& watch) {
   if (failure == Cancelled || watch.Ask()) {
     failure = Cancelled;

@@ -82,8 +82,8 @@ double MultipleR2Cdf(
 //         for which there is no quantile). The value last reached with `failure` 1 when the
 //         residual there is above 1e-4, the search took 10000 passes, or the evaluation failed;
 //         with `failure` 2 when cancelled. Guards: a start below 1e-6 takes its first slope
-//         upwards, where the function is defined; a start that is no number becomes 0.5; a
-//         residual that is no number ends the search; one search does the work of twenty million
+//         upwards, where the function is defined; a start that is not a number becomes 0.5; a
+//         residual that is not a number ends the search; one search does the work of twenty million
 //         terms at most, a second's or so, which only one that goes in circles needs.
 double MultipleR2Quantile(double rho2,
                           std::int32_t n,

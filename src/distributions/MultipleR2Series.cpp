@@ -29,7 +29,7 @@ constexpr double VanishingWeight = -330.0;
 
 // A running product of the ratios of the weights agrees with the sum of their logarithms to 5e-13
 // while the logarithm of the first weight times the index of the peak is no larger than this.
-// Beyond, that sum has rounding errors of its own, and is kept.
+// Beyond, that sum has its own rounding errors, and is kept.
 constexpr double ProductWeights = 1e4;
 constexpr double SmallestFirstLog = -250.0;
 
@@ -47,7 +47,7 @@ constexpr int ProductsBetweenPowers = 15;
 
 // The continued fraction of a beta function stops with a relative error of some 1e-10; the
 // recurrence between beta functions has no such error. A term whose share of the result is so
-// small that this cannot show takes the recurrence, any other a fraction of its own.
+// small that this cannot show takes the recurrence, any other its own fraction.
 constexpr double OwnFraction = 2e-6;
 
 // Steps of continued fractions that a series may take about its peak; a series that would need
@@ -55,7 +55,7 @@ constexpr double OwnFraction = 2e-6;
 constexpr double FractionSteps = 1e7;
 constexpr std::int64_t StepsPerTerm = 4;
 
-// Up to this index of the peak every term counts, and all have fractions of their own at once.
+// Up to this index of the peak every term counts, and all have their own fractions at once.
 constexpr double ShortSeries = 48.0;
 
 // A block is half as long as the part of the series before it.

@@ -26,7 +26,7 @@ inline constexpr int NoSuchChiSquareDelta = 9999;
 // Domain: x >= 0, df >= 0, delta >= 0. With df 0 the distribution has a point mass at 0.
 // Fails:  an x or delta below 0 gives 0, density -1 and `failure` 1; 500 terms that do not suffice
 //         give their sum and `failure` 2. The approximation leaves `failure` as it stood.
-// Guards: an x or delta that is no number, an infinite delta, a df below 0 or above
+// Guards: an x or delta that is not a number, an infinite delta, a df below 0 or above
 //         LargestChiSquareDf and an approximation that overflows count as out of range. An
 //         infinite x gives 1 with density 0.
 double NoncentralChiSquareCdf(
@@ -53,9 +53,9 @@ double NoncentralChiSquareQuantile(double delta, std::int32_t df, double p, int&
 //         NumericFailure with `word` 0 when an evaluation fails, as where a step of the search
 //         leaves the domain: a delta close to 0 is often overshot. Otherwise `word` is the status
 //         of the search. A p of exactly .5 with x above df starts from 1 and fails for a large x.
-// Guards: an x that is not finite, a p that is no number and a df out of range give NumericFailure
-//         with `word` 1. A negative radicand of the start counts as 0, and a start that is no
-//         number as 0.
+// Guards: an x that is not finite, a p that is not a number and a df out of range give
+//         NumericFailure with `word` 1. A negative radicand of the start counts as 0, and a start
+//         that is not a number as 0.
 double NoncentralChiSquareDelta(double x, std::int32_t df, double p, int& word);
 
 }  // namespace poweranalysis

@@ -208,7 +208,7 @@ double FCdf(double f, double df1, double df2, double delta, int& failure, WorkLe
   const double a = df1 / 2.0;
   const double b = df2 / 2.0;
   if (a * f == std::numeric_limits<double>::infinity()) {
-    // The quotient below would be no number.
+    // The quotient below would not be a number.
     return 1.0;
   }
   const double x = a * f / (a * f + b);
@@ -288,7 +288,8 @@ double CentralStart(double df1, double df2, double p) {
 }
 
 Ends CentralEnds(double start) {
-  // A start that is no number (the square root above, for a small p) is treated as one below zero.
+  // A start that is not a number (the square root above, for a small p) is treated as one below
+  // zero.
   if (!(start > 0.0)) {
     return {0.0, 0.5};
   }
@@ -320,8 +321,8 @@ constexpr int QuickPasses = 6;
 //   F'' / F' = a - (a + b) x,  x = a f / (a f + b)
 //
 // and a step s leaves an error of (h^2 / 12 + (a + b) x (1 - x) / 6) s^3, h = F'' / F'. The root is
-// that of the bracket to within the tolerances of its search. False where it is not plain sailing:
-// far off, in a tail, or where those tolerances are not far above the last digit.
+// that of the bracket to within the tolerances of its search. False where that does not go
+// smoothly: far off, in a tail, or where those tolerances are not far above the last digit.
 bool QuickCentralRoot(double a, double b, double p, double f, double& root) {
   const BetaShapes shapes(a, b);
   for (int pass = 0; pass < QuickPasses && f >= SmallestQuickF && f <= LargestQuickF; ++pass) {

@@ -47,7 +47,7 @@ double NoncentralFCdf(double f, double df1, double df2, double delta, int& failu
 // Source: Tiku, M. L. (1966). A note on approximating to the non-central F distribution.
 //         Biometrika 53, 606-610.
 // Domain: as above; for Tiku also df2 > 2. At or below that the value is what the formula gives,
-//         and a formula that gives no number fails.
+//         and a formula that does not give a number fails.
 // Fails:  NumericFailure with `failure` 1, also for an unknown algorithm.
 double NoncentralFCdfInt(double f,
                          std::int32_t df1,
@@ -64,7 +64,7 @@ double NoncentralFCdfInt(double f,
 //   method in log f comes to the same root within the tolerance of that search, 1e-10 in p.
 //
 // Source: Abramowitz, M. and Stegun, I. A. (1964). Handbook of Mathematical Functions, 26.6.16.
-// Domain: df1 > 0, df2 > 0, 0 < p < 1. A start that is no number (a small p at few degrees of
+// Domain: df1 > 0, df2 > 0, 0 < p < 1. A start that is not a number (a small p at few degrees of
 //         freedom) counts as one at or below zero.
 // Fails:  NumericFailure with `failure` 1 when the bracket or Brent's method takes more than 1000
 //         passes, which is also how p at or outside 0 and 1 ends; and for an argument that is not

@@ -20,7 +20,7 @@ inline constexpr std::int32_t LargestTDf = 100'000'000;
 // Fails:  NumericFailure when the integral for odd df fails. The result is not clamped: far in a
 //         tail it may leave [0, 1] by some 1e-8.
 // Guards: NumericFailure for a df above LargestTDf, and where the recursion overflows or the result
-//         is no number for another reason: |delta| from some 1e35 on, NaN.
+//         is not a number for another reason: |delta| from some 1e35 on, NaN.
 double NoncentralTCdf(double t, std::int32_t df, double delta);
 
 // The same for a value that is to be added to a much larger one: as good as NoncentralTCdf

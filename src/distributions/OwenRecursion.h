@@ -4,7 +4,7 @@
 
 namespace poweranalysis {
 
-// The quantities of Owen's recursion at one point, by his letters.
+// The quantities of Owen's recursion at one point, in his notation.
 //
 // Source: Owen, D. B. (1965). Biometrika 52, 437-446.
 struct OwenTerms {

@@ -4,9 +4,9 @@
 
 namespace poweranalysis {
 
-// Who watches a long search: told when it opens and closes and how far it is, and asked whether it
-// is to go on. A search calls Start once and Stop at least once; a cancelled one may call Stop a
-// second time, so that Stop must allow it.
+// Watches a long search: it is told when the search opens and closes and how far it is, and is
+// asked whether the search is to go on. A search calls Start once and Stop at least once; a
+// cancelled one may call Stop a second time, so that Stop must allow it.
 class SearchObserver {
  public:
   SearchObserver() = default;

@@ -13,7 +13,7 @@ struct SecantPolicy {
   bool floorAtZero = false;     // the variable stays at or above 0
   bool ceilingAtOne = false;    // and at or below 1
   bool triesZeroFirst = false;  // start at 1 or above, after a look at 0
-  bool nanIsLarge = false;      // a residual that is no number counts as a very large one
+  bool nanIsLarge = false;      // a residual that is not a number counts as a very large one
 };
 
 namespace secant {
@@ -43,9 +43,9 @@ inline double NeighbourOf(double start, double h, const SecantPolicy& policy) {
   return neighbour;
 }
 
-// One evaluation. A residual that is no number would pass the exit tests by accident, and a point
-// that is none need not be a legal argument: both fail the evaluation or, where the policy says
-// so, stand for a very large residual.
+// One evaluation. A residual that is not a number would pass the exit tests by accident, and a
+// point that is not a number need not be a legal argument: both fail the evaluation or, where the
+// policy says so, stand for a very large residual.
 template <class Residual>
 double Evaluate(const Residual& residual, double b, const SecantPolicy& policy, int& failure) {
   failure = 0;

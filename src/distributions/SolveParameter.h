@@ -31,8 +31,8 @@ const SecantPolicy& SearchPolicyOf(SearchKind kind);
 //         Tiku's.
 // Fails:  NumericFailure with `failure` nonzero when the distribution fails, and with `failure` 1
 //         for a kind that has no distribution. `failure` is cleared on entry.
-// Kept:   for SearchTDelta a failed NoncentralTCdf is no failure: its value minus the target goes
-//         on as a very large residual.
+// Kept:   for SearchTDelta a failed NoncentralTCdf is not a failure: its value minus the target
+//         goes on as a very large residual.
 double SolveResidual(double x,
                      double b,
                      std::int32_t df,

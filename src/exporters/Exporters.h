@@ -38,15 +38,15 @@ std::string ExportJson(const Study& study);
 
 // The table with all digits (RFC 4180 quoting, line feeds).
 std::string ExportCsv(const Study& study);
-// The same with the headings before it, and each chart as a further table after an empty line.
+// The same with the headings before it, and each chart as an additional table after an empty line.
 std::string ExportFullCsv(const Study& study);
 
 std::string ExportMarkdown(const Study& study);
 
-// A document of its own, with the charts drawn in it.
+// A complete document, with the charts drawn in it.
 std::string ExportHtml(const Study& study);
 
-// In a format that is text; of a document there is none here.
+// In a format that is text; documents are not made here.
 std::string Export(const Study& study, ExportFormat format, const TextStyle& style = {});
 
 // --- One item of a study, as it stands in the study's own document.
@@ -59,7 +59,7 @@ std::string MarkdownOf(const SummaryTable& table);
 std::string MarkdownOf(const Report& report);
 std::string MarkdownOf(const Chart& chart);
 
-// For a page that has a style of its own.
+// For a page that has its own style.
 std::string HtmlOf(const SummaryTable& table);
 std::string HtmlOf(const Report& report);
 std::string HtmlOf(const Chart& chart);

@@ -81,7 +81,7 @@ std::string ScalarText(const Json& json) {
     return FormatShortest(json.get<double>());
   }
   constexpr int kCompact = -1;
-  // Texts of files and paths may hold bytes that are no UTF-8: JSON cannot.
+  // Texts of files and paths may hold bytes that are not UTF-8: JSON cannot.
   return json.dump(kCompact, ' ', false, Json::error_handler_t::replace);
 }
 

@@ -20,7 +20,7 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
   return "line " + std::to_string(lines + 1) + ", column " + std::to_string(column);
 }
 
-// What the library finds wrong, in our words.
+// What the library finds wrong, in our wording.
 std::string SyntaxReason(const std::string& what) {
   struct Row {
     const char* part;
@@ -80,7 +80,7 @@ class Builder {
   bool parse_error(std::size_t position,
                    const std::string& /*token*/,
                    const nlohmann::detail::exception& exception) {
-    // The position is behind the last byte that was read, which may be the end itself.
+    // The position is after the last byte that was read, which may be the end itself.
     const bool atEnd = position > text_.size();
     error_ = LineAndColumn(text_, position == 0 ? 0 : position - 1) + ": " +
              (atEnd ? "the text breaks off" : SyntaxReason(exception.what()));

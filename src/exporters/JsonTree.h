@@ -11,13 +11,13 @@ namespace poweranalysis {
 struct JsonLimits {
   std::size_t values;   // numbers, texts, arrays and objects in all
   std::size_t members;  // of one object
-  std::size_t depth;    // of arrays and objects in each other
+  std::size_t depth;    // of arrays and objects nested in each other
 };
 
-// Reads the whole text. Refuses what is no JSON or no UTF-8, numbers beyond a double, an object
-// with one name twice (whose readers would not agree on what it says), and more than the limits.
-// Returns the reason with its place, a line and column or a way through the tree; empty when `tree`
-// is read. A negative zero keeps its sign.
+// Reads the whole text. Refuses what is not JSON or not UTF-8, numbers beyond a double, an object
+// with the same name twice (whose readers would not agree on what it says), and more than the
+// limits. Returns the reason with its place, a line and column or a way through the tree; empty
+// when `tree` is read. A negative zero keeps its sign.
 std::string ReadJsonTree(std::string_view text,
                          const JsonLimits& limits,
                          nlohmann::ordered_json& tree);

@@ -24,7 +24,7 @@ void AddParagraph(std::vector<std::string>& paragraphs, std::string& open) {
   open.clear();
 }
 
-// Does a text begin a line of its own, far to the right, as the points of a list do?
+// Does a text begin its own line, far to the right, as the points of a list do?
 bool OpensLine(const std::string& text) {
   constexpr std::size_t kIndent = 4;
   const std::size_t first = text.find_first_not_of(' ');

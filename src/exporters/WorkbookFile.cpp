@@ -16,7 +16,7 @@ namespace {
 using namespace json_shapes;
 
 // A workbook keeps apart what the JSON output gives as null: a value that is missing, and one that
-// is there and no number.
+// is there and not a number.
 Json NumberOrName(double value) {
   if (IsMissing(value)) {
     return {};

@@ -44,15 +44,15 @@ struct WorkbookStudy {
 struct LoadedWorkbook {
   std::vector<WorkbookStudy> studies;  // none when there is an error
   std::string error;                   // empty; or what is wrong and where
-  // A newer version wrote it and told more than is understood here: to save it under its name would
-  // lose that. The notes say where it stands.
+  // A newer version wrote it, with more in it than is understood here: saving it under its name
+  // would lose that. The notes say where it stands.
   bool newer = false;
   std::vector<std::string> notes;
 };
 
 // Same studies, same bytes. Table values and chart points read back to the same bits; a NaN other
-// than the missing value reads back as some NaN. Texts that are no UTF-8 get replacement
-// characters, and dates that are none are left out.
+// than the missing value reads back as some NaN. Texts that are not UTF-8 get replacement
+// characters, and dates that are invalid are left out.
 std::string WorkbookText(const std::vector<WorkbookStudy>& studies);
 
 // Reads any bytes. The error says where: a line and column, or a place such as
@@ -67,7 +67,7 @@ LoadedWorkbook LoadWorkbook(const std::string& path);
 // refuse is not written.
 std::string SaveWorkbook(const std::vector<WorkbookStudy>& studies, const std::string& path);
 
-// The date in a form of its own ("2024-05-17T09:30:00", fractions of a second and a zone after it
+// The date in its own form ("2024-05-17T09:30:00", fractions of a second and a zone after it
 // allowed) that a study can bear.
 bool IsWorkbookDate(std::string_view text);
 

@@ -2,7 +2,7 @@
 
 #include "host/Workbook.h"
 
-// What the writer and the reader of workbook files must agree on and no type tells.
+// What the writer and the reader of workbook files must agree on and no type expresses.
 namespace poweranalysis {
 
 inline constexpr const char* WorkbookFormatName = "PowerAnalysis workbook";

@@ -16,10 +16,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr JsonLimits kLimits = {WorkbookValueLimit, 1000, 32};
-// Rows and cells are set apart by so many blanks; more are a mistake that would fill the memory.
+// Rows and cells are indented by at most this many blanks; more are a mistake that would fill the
+// memory.
 constexpr int kMostIndent = 200;
 
-// A value of the tree and the way to it, which is put into words only when something is wrong.
+// A value of the tree and the way to it, which is worded only when something is wrong.
 struct Place {
   const Json& json;
   const Place* parent = nullptr;
@@ -39,7 +40,7 @@ struct Place {
 };
 
 // Where the first fault and all that was not understood are noted. Reading goes on after a fault
-// with harmless values, which nobody gets to see.
+// with harmless values, which are never shown.
 class Findings {
  public:
   void Fail(const Place& place, const std::string& reason) {
@@ -48,7 +49,7 @@ class Findings {
     }
   }
 
-  // What this version does not know is an error in a file of its own making.
+  // What this version does not know is an error in a file that it wrote itself.
   void Unknown(const Place& place, const std::string& what) {
     if (!newer_) {
       Fail(place, what + " is unknown");
@@ -187,7 +188,7 @@ auto ListAt(const Place& place, Findings& findings, Read read) {
   return list;
 }
 
-// --- Objects. Which members there may be is told by what is asked for.
+// --- Objects. Which members there may be follows from what is asked for.
 
 class Object {
  public:
@@ -203,7 +204,8 @@ class Object {
     return place_.json.is_object() && place_.json.find(std::string(name)) != place_.json.end();
   }
 
-  // Reads a member with one of the functions above; a value of that type's own when there is none.
+  // Reads a member with one of the functions above; a default value of that type when there is
+  // none.
   template <class Read>
   auto Member(const char* name, Read read)
       -> decltype(read(std::declval<Place>(), std::declval<Findings&>())) {

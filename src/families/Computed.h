@@ -7,13 +7,13 @@ namespace poweranalysis {
 
 // What a calculation computed: all that tables, reports and every other face show beyond the
 // inputs. Quantities that a family does not have stay failed. Of several powers, sizes or critical
-// values there is one an effect or one a group.
+// values there is one per effect or one per group.
 struct Computed {
   static constexpr double kFailed = -9999.0;
   using PerEffect = std::array<double, 3>;
 
-  PerEffect power{};                   // one, or one an effect
-  std::array<std::int64_t, 3> size{};  // one, one an effect, or one a group
+  PerEffect power{};                   // one, or one per effect
+  std::array<std::int64_t, 3> size{};  // one, one per effect, or one per group
 
   double effect = kFailed;  // standardized effect
   double spread = kFailed;  // standard deviation of paired differences

@@ -6,8 +6,8 @@
 
 #include "families/FamilySession.h"
 
-// One table: a row a test family says what the family can be asked, what its sizes count, what its
-// effect is and how it is computed. Whoever wants the power of a record asks here.
+// One table: its row for a test family says what can be asked of the family, what its sizes count,
+// what its effect is and how it is computed. Whoever wants the power of a record asks here.
 namespace poweranalysis {
 
 // --- Sizes.
@@ -26,7 +26,7 @@ struct SizeRule {
   std::size_t place = 0;           // of the size among those of Computed
 };
 
-// The rules by the value of the field that chooses; of one rule there is no choice.
+// The rules by the value of the field that chooses; with one rule there is no choice.
 struct SizeRules {
   const char* choice = nullptr;
   std::array<SizeRule, 4> rules{};
@@ -36,7 +36,7 @@ struct SizeRules {
   bool refusesOthers = false;
 };
 
-// So many groups of one size.
+// This many groups of one size.
 struct GroupRun {
   std::int64_t size = 0;
   std::int64_t times = 0;

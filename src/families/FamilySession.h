@@ -30,7 +30,7 @@ struct Varied {
 };
 
 constexpr Varied Along(const char* field) { return {Varied::Kind::Field, field}; }
-// The measure of the effect, where it is no field of the record that decides.
+// The measure of the effect, where that varies and not a field of the record.
 inline constexpr Varied AlongEffect = {Varied::Kind::Effect, nullptr};
 // The sizes of both groups, which stay equal.
 inline constexpr Varied AlongSizes = {Varied::Kind::Sizes, nullptr};
@@ -61,11 +61,11 @@ class FamilySession {
   Input Find(const Varied& varied) const;
   void Vary(const Input& input, double x);
 
-  // The answer to the question, with all that a table shows. The observer is told of refusals that
-  // do not end the computation.
+  // The answer to the question, with all that a table shows. Refusals that do not end the
+  // computation are reported to the observer.
   virtual Outcome Compute(ProcedureObserver& observer) = 0;
   // The power or the size alone, of one effect, as at the points of a curve; NumericFailure when
-  // there is none. The observer is told of any refusal.
+  // there is none. Any refusal is reported to the observer.
   virtual double Value(std::size_t effect, ProcedureObserver& observer) = 0;
   // What decides the test of one effect. False when there is no such test.
   virtual bool Describe(std::size_t effect, Statistic& statistic) = 0;

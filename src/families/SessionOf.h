@@ -12,7 +12,7 @@ const Params& As(const RecordView& record) {
   return *static_cast<const Params*>(record.record());
 }
 
-// What a design has without a word of its own. It adds
+// What a design has by default. A design adds
 //
 //   double Power(std::size_t effect, Refusal& refusal, ProcedureObserver& observer)
 //   SearchResult Size(std::size_t effect, ProcedureObserver& observer)
@@ -107,7 +107,7 @@ class SessionOf final : public FamilySession {
     return static_cast<double>(found.status == SearchOk ? found.requiredSize : SizeFailure);
   }
 
-  // A curve leaves out a point that a fixed group has no answer for, without a word.
+  // A curve leaves out a point that a fixed group has no answer for, without a message.
   static bool IsQuiet(Said text) {
     return text == Said::IncreaseN1 || text == Said::IncreaseN2 ||
            text == Said::SelectedGroupNotFound;
@@ -123,7 +123,7 @@ std::unique_ptr<FamilySession> Open(Question question) {
 }
 
 // Puts the critical values of a form in their places, each by `critical(side)` of HighSide or
-// LowSide. False for a form that there is none of.
+// LowSide. False for an unknown form.
 template <class Critical>
 bool PutCriticals(std::int16_t form, Critical critical, Statistic& statistic) {
   const CriticalPair pair = FindCriticals(form, critical);

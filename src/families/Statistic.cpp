@@ -24,7 +24,7 @@ double FChance(const Distribution& d, double x) {
 }
 
 double ChiSquareChance(const Distribution& d, double x) {
-  constexpr int kNoChance = 1;  // a sum that ended early is a chance all the same
+  constexpr int kNoChance = 1;  // a sum that ended early is still a probability
   int failure = 0;
   double density = 0;
   const double chance = NoncentralChiSquareCdf(x / d.scale, static_cast<std::int32_t>(d.df1),

@@ -39,7 +39,7 @@ struct Distribution {
 double ChanceUpTo(const Distribution& distribution, double x);
 double ChanceBelow(const Distribution& distribution, double x);
 
-// A critical value that fails is none: the test does not reject on that side.
+// A critical value that fails does not count: the test does not reject on that side.
 struct Statistic {
   Distribution null;
   Distribution alternative;

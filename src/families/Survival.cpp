@@ -126,8 +126,8 @@ double SA1Measure(const RecordView& record) {
 double SolveSA1(const RecordView& record, double hazardRatio) {
   return std::exp(std::log(As<SA1Params>(record).Pi1) / hazardRatio);
 }
-// Kept: the effect of the log-rank test is Pi2 - Pi1, against the words of its one-tailed
-// hypothesis, which is refused where they hold.
+// Kept: the effect of the log-rank test is Pi2 - Pi1, contrary to the wording of its one-tailed
+// hypothesis, which is refused where the wording is true.
 double SA1Difference(const RecordView& record) {
   return As<SA1Params>(record).Pi2 - As<SA1Params>(record).Pi1;
 }

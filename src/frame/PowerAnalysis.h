@@ -35,8 +35,8 @@ inline constexpr int StageStartup = 101;
 inline constexpr int StageCompute = 102;
 inline constexpr int StageResult = 103;
 
-// The analysis: a short table of stages, each of which does set-up or opens one dialog. It holds
-// nothing of its own; every parameter lives in the one block.
+// The analysis: a short table of stages, each of which does set-up or opens one dialog. It holds no
+// parameters itself; every one lives in the one block.
 class POWERANALYSIS_EXPORT CPowerAnalysis : public CAnalysisSupport {
  public:
   // With the parts of this program; defined where they are known.
@@ -44,7 +44,7 @@ class POWERANALYSIS_EXPORT CPowerAnalysis : public CAnalysisSupport {
   CPowerAnalysis(CAnalysisDoc* document, const AnalysisParts& parts);
   ~CPowerAnalysis() override;
 
-  // Allocates and fills the block. Always 1: on failure the block stays null, in silence, and the
+  // Allocates and fills the block. Always 1: on failure the block silently stays null, and the
   // dialogs open without values.
   int Init();
   // Each opens at most one dialog: StageRuns, or StageNothing when none came up.

@@ -23,17 +23,17 @@ struct ReportBufferBlock {
   std::string text;
 };
 
-// State of the module, one instance a thread: an analysis belongs to the thread that created it.
+// State of the module, one instance per thread: an analysis belongs to the thread that created it.
 struct ModuleState {
   PowerSettingsHead* settings = nullptr;
   std::int16_t ProgressOpen = 0;  // a progress bar that this program opened is up
   ReportBufferBlock ReportBuffer;
   CAnalysisSupport* analysis = nullptr;
-  std::int32_t messagesShown = 0;  // so far, so that a caller can tell whether a procedure spoke
+  std::int32_t messagesShown = 0;  // so far, so that a caller can see whether a procedure spoke
 };
 ModuleState& Module();
 
-// The host of the live analysis, or null when there is none: procedures then run in silence.
+// The host of the live analysis, or null when there is none: procedures then run silently.
 Host* ModuleHost();
 
 // Shows a text of the table, filled in.

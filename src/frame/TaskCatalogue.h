@@ -45,9 +45,9 @@ struct TaskRow {
 };
 
 std::span<const ModeRow> Modes();
-// Its word; empty for a number that is no mode's.
+// Its word; empty for a number that is not a mode's.
 const char* ModeWord(int mode);
-// The list of a mode, empty for a number that is none. Modes 0 and 1 share one.
+// The list of a mode, empty for a number that is not a mode's. Modes 0 and 1 share one.
 std::span<const TaskRow> Tasks(int mode);
 
 // What a stage opens for a mode and row; null when it opens nothing.

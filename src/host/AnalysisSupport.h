@@ -38,7 +38,7 @@ inline constexpr int ExitBack = 1;
 inline constexpr int ExitForward = 2;
 
 // A dialog as a model: it answers events through EventHandler and touches its controls through the
-// form that the host gave it. It holds no values of its own.
+// form that the host gave it. It does not hold any values itself.
 class CAnalysisDialog {
  public:
   CAnalysisDialog(CAnalysisSupport& analysis, int resource);

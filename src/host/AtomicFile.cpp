@@ -152,7 +152,7 @@ int FollowLinks(std::string& path) {
 
 namespace {
 
-// The process that a temporary file's name tells of; 0 for any other name.
+// The process that a temporary file's name contains; 0 for any other name.
 pid_t WriterOf(std::string_view name) {
   constexpr std::string_view kStart = ".saving-";
   constexpr std::string_view kEnd = ".tmp";
@@ -166,8 +166,8 @@ pid_t WriterOf(std::string_view name) {
   return error == std::errc{} && *end == '-' && writer > 0 ? writer : 0;
 }
 
-// A day without a change, by a process that is no more. Of a folder that machines share, the
-// process may run on another: none writes a file for a day.
+// A day without a change, by a process that is gone. Of a folder that machines share, the process
+// may run on another machine: none takes a day to write a file.
 bool IsOrphan(int folder, const char* name) {
   constexpr std::time_t kDay = std::time_t{24} * 60 * 60;
   const pid_t writer = WriterOf(name);
@@ -193,7 +193,7 @@ void SweepOrphans(int folder) {
   }
 }
 
-// Opens a new file of a name that no other writer has, and says which; -1 and errno on failure.
+// Opens a new file under a name that no other writer has, and says which; -1 and errno on failure.
 // The name is short, for the file's own may already be as long as names can be.
 int CreateTemporary(int folder, mode_t mode, std::string& name) {
   static std::atomic<unsigned> counter{0};
@@ -281,8 +281,8 @@ int ReplaceFile(int folder, const std::string& name, std::string_view text) {
     unlinkat(folder, temporary.c_str(), 0);
     return error;
   }
-  // The new file is in place and whole whether or not the folder's entry has reached the disk, so
-  // a failure here is none to report.
+  // The new file is in place and whole whether or not the folder's entry has reached the disk, so a
+  // failure here need not be reported.
   static_cast<void>(fsync(folder));
   return 0;
 }

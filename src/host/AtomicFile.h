@@ -7,8 +7,8 @@
 // Files that are read whole or not at all, and that others see whole or not at all.
 namespace poweranalysis {
 
-// Our own words for the ordinary failures of the file system, in the language and tone of the other
-// messages: "permission is denied".
+// Our own wording for the ordinary failures of the file system, in the language and tone of the
+// other messages: "permission is denied".
 std::string FileReason(int error);
 
 struct FileBytes {
@@ -30,8 +30,8 @@ FileBytes ReadFile(const std::string& path, std::size_t limit);
 // replaced. Returns an error number, 0 when all is well.
 int ReplaceFile(int folder, const std::string& name, std::string_view text);
 
-// The same for a path, whose symbolic links are followed, and stay. What is there and is no regular
-// file stays too. Returns the reason of a failure, empty when all is well.
+// The same for a path, whose symbolic links are followed, and stay. Anything there that is not a
+// regular file stays too. Returns the reason of a failure, empty when all is well.
 std::string SaveFile(const std::string& path, std::string_view text);
 
 // --- Paths

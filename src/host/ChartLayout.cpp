@@ -405,7 +405,7 @@ std::string Layout::Summary() const {
          poweranalysis::Summary(chart_.yLabel.empty() ? "Y" : chart_.yLabel, chart_.y) + ".";
 }
 
-// Shrinks a text to its room, at the least to that share of its size, then wraps it. The first
+// Shrinks a text to its room, but not below the share `least` of its size, then wraps it. The first
 // line's baseline is at `first.at`; returns the distance between the first and the last.
 double Layout::AddLines(const std::string& text, const TextItem& first, double room, double least) {
   const double width = TextWidth(text, first.size, first.bold);

@@ -6,7 +6,7 @@ namespace poweranalysis {
 
 namespace {
 
-// The variable's value without slashes at its end, or nothing when it is no absolute path.
+// The variable's value without slashes at its end, or nothing when it is not an absolute path.
 std::optional<std::string> AbsolutePath(const EnvironmentLookup& environment,
                                         const std::string& name) {
   std::optional<std::string> path = environment(name);

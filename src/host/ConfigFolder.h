@@ -14,8 +14,8 @@ std::optional<std::string> ProcessEnvironment(const std::string& name);
 
 // The folder of the user's configuration for an application, by the XDG base directory rules of
 // freedesktop.org: `$XDG_CONFIG_HOME/application`, or `$HOME/.config/application` where that
-// variable is not set, is empty or is not an absolute path. Empty when HOME is none either.
-// The folder need not exist.
+// variable is not set, is empty or is not an absolute path. Empty when HOME is not one either. The
+// folder need not exist.
 std::string UserConfigFolder(const std::string& application,
                              const EnvironmentLookup& environment = ProcessEnvironment);
 

@@ -40,7 +40,7 @@ class DialogDriver {
 
   // --- What the controls show.
   virtual std::string Text(int control) const = 0;
-  // The number behind an edit control at full precision; nothing for a text that is no number.
+  // The number behind an edit control at full precision; nothing for a text that is not a number.
   virtual std::optional<double> Number(int control) const = 0;
   virtual bool Checked(int control) const = 0;
   virtual int SelectedRow(int list) const = 0;  // -1: none

@@ -22,12 +22,13 @@ class Form {
   virtual std::string GetDlgItemText(int control) const = 0;
 
   virtual void SetDlgItemLong(int control, std::int64_t value) = 0;
-  // The whole number of the text, toward zero and held to 32 bits; 0 for a text that is no number.
+  // The whole number of the text, toward zero and held to 32 bits; 0 for a text that is not a
+  // number.
   virtual std::int32_t GetDlgItemLong(int control) const = 0;
 
   // Shows at most `decimals` decimals; the full value stays with the control until it is typed in.
   virtual void SetDlgItemDouble(int control, double value, int width, int decimals) = 0;
-  // 0 and the value, or nonzero for a text that is no number.
+  // 0 and the value, or nonzero for a text that is not a number.
   virtual int GetDlgItemDouble(int control, double& value) const = 0;
   virtual void SetRETruncate(int control, int truncate) = 0;
 

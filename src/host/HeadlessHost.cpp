@@ -13,7 +13,7 @@ namespace poweranalysis {
 
 namespace {
 
-// What tells a changed file from the one that was read.
+// What distinguishes a changed file from the one that was read.
 struct FileStamp {
   bool exists = false;
   dev_t device = 0;
@@ -268,7 +268,7 @@ void HeadlessHost::DspMessageBox(unsigned /*flags*/,
 // --- Progress.
 
 void HeadlessHost::TellProgress(std::string call) {
-  // The log is kept short: positions are told to the observer alone.
+  // The log is kept short: positions are reported to the observer only.
   if (!call.empty()) {
     calls.progress.push_back(std::move(call));
   }

@@ -112,8 +112,8 @@ class HeadlessHost : public Host {
   std::deque<std::optional<std::string>> saveAnswers;  // of the file choosers; empty: Cancel
   std::deque<std::optional<std::string>> openAnswers;
   std::function<bool()> cancelled;                       // polled by lookbr
-  std::function<void(const ProgressState&)> onProgress;  // told of every change of the bar
-  std::function<void(const Message&)> onMessage;         // told of every message as it is shown
+  std::function<void(const ProgressState&)> onProgress;  // called at every change of the bar
+  std::function<void(const Message&)> onMessage;         // called with every message as it is shown
   // The n-th allocation from now fails (1 is the next); 0: none does.
   int failAllocation = 0;
   // The n-th keyword written from now fails (1 is the next); 0: none does.

@@ -52,8 +52,8 @@ class Host {
   virtual int GetMem(void** block, std::size_t bytes) = 0;
   virtual void FreeMem(void* block) = 0;
 
-  // --- Messages. `text` is shown as it stands: a percent sign in it is no format. `textId` is the
-  // number of the text that it was made from.
+  // --- Messages. `text` is shown as it stands: a percent sign in it is not a format. `textId` is
+  // the number of the text that it was made from.
   virtual void DspMessageBox(unsigned flags,
                              WindowHandle parent,
                              int textId,

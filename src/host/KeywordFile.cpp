@@ -335,7 +335,8 @@ LoadedKeywordFile Load(int folder, const std::string& name) {
 }
 
 // Makes a folder and those above it that are missing, for the user alone. A folder above may exist
-// where we must not write, so only the last step decides; the first failure is the one that tells.
+// where we must not write, so only the last step decides; the first failure is the one that
+// matters.
 int MakeFolders(const std::string& folder) {
   int firstError = 0;
   for (std::size_t end = 0; end != std::string::npos;) {

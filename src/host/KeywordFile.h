@@ -12,7 +12,7 @@
 #include "host/KeywordLine.h"
 
 // Keyword files: UTF-8 text of `[section]` headers and `key=value` lines, shared with people who
-// edit them by hand and with other programs that keep sections of their own in them.
+// edit them by hand and with other programs that keep their own sections in them.
 namespace poweranalysis {
 
 // The largest keyword file that is read or written. A settings file has some ten kilobytes; what is
@@ -25,7 +25,7 @@ struct KeywordResult {
 };
 
 // The shortest text that reads back to the same bits, a negative zero included. Infinities and NaN
-// give "inf", "-inf" and "nan", which ParseReal refuses: no setting is other than finite.
+// give "inf", "-inf" and "nan", which ParseReal refuses: every setting is finite.
 std::string FormatReal(double value);
 
 // Decimal digits, with a minus sign when negative.
@@ -100,7 +100,7 @@ class KeywordFile {
 
 struct LoadedKeywordFile {
   KeywordFile file;   // holds nothing when there is no file or an error
-  std::string error;  // empty also for a missing file, which is no error
+  std::string error;  // empty also for a missing file, which is not an error
   bool exists = false;
 };
 
@@ -113,7 +113,7 @@ LoadedKeywordFile LoadKeywordFile(const std::string& path);
 // From construction to Commit (or destruction) the writer holds an advisory lock (flock) on the
 // folder that the file stands in, and the file is read under that lock; so writers of different
 // sections, in any number of processes and threads, lose nothing of each other's. The lock is the
-// folder's because the file itself is replaced, and because so no lock file is left lying about.
+// folder's because the file itself is replaced, and because so no lock file is left behind.
 // Therefore a thread must not hold two writers for one folder.
 //
 // Commit writes a temporary file in the same folder, with the permissions and where possible the

@@ -10,7 +10,7 @@ namespace poweranalysis {
 // list gives the same bytes.
 std::string PaintSvg(const DisplayList& list, const ChartTheme& theme = LightTheme());
 
-// The same as an element of a page, without the declaration that only a file of its own may begin
+// The same as an element of a page, without the declaration that only a separate file may begin
 // with.
 std::string PaintSvgElement(const DisplayList& list, const ChartTheme& theme = LightTheme());
 

@@ -26,7 +26,7 @@ struct CharacterSet {
 constexpr CharacterSet kUnicode = {"│", "─", "└", "┤", "┬", 2, 4};
 constexpr CharacterSet kAscii = {"|", "-", "+", "+", "+", 1, 1};
 
-// What plain ASCII says for the signs that the texts use.
+// What plain ASCII puts for the signs that the texts use.
 struct Spelling {
   std::string_view sign;
   std::string_view ascii;
@@ -157,7 +157,7 @@ class Dots {
   std::vector<std::uint8_t> marks_;
 };
 
-// The Braille pattern of a cell: U+2800 and one bit a dot.
+// The Braille pattern of a cell: U+2800 and one bit per dot.
 std::string BraillePattern(const Dots& dots, int column, int row) {
   static constexpr std::array<std::array<unsigned, 2>, 4> kBits = {
       {{0x01, 0x08}, {0x02, 0x10}, {0x04, 0x20}, {0x40, 0x80}}};

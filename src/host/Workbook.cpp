@@ -7,7 +7,7 @@ namespace poweranalysis {
 
 namespace {
 
-// The bit pattern is a NaN of its own, so that a computed NaN is not taken for it.
+// The bit pattern is a distinct NaN, so that a computed NaN is not taken for it.
 constexpr std::uint64_t kMissingBits = 0xFFFFFFFDFFFFFFFFULL;
 
 }  // namespace

@@ -79,7 +79,7 @@ std::string LowerCase(std::string text) {
   return text;
 }
 
-// The first so many UTF-16 units of it, which is how the format counts.
+// The first `most` UTF-16 units of it, which is how the format counts.
 std::string Shortened(const std::string& text, std::size_t most) {
   std::size_t units = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -145,7 +145,8 @@ std::time_t CreationTime(const std::vector<WorkbookStudy>& studies) {
 
 // --- The book
 
-// Values that the library's sixteen digits do not tell, by the sheet and the cell that hold them.
+// Values that the library's sixteen digits do not distinguish, by the sheet and the cell that hold
+// them.
 using ExactValues = std::map<std::string, double>;
 
 struct Book {

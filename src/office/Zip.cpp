@@ -17,7 +17,7 @@ constexpr std::uint16_t kVersion = 20;        // 2.0: deflate
 constexpr std::uint16_t kUtf8Names = 0x0800;  // flag bit 11
 constexpr std::uint16_t kStored = 0;
 constexpr std::uint16_t kDeflated = 8;
-constexpr std::uint16_t kDate = 0x0021;  // 1980-01-01, the first that can be told
+constexpr std::uint16_t kDate = 0x0021;  // 1980-01-01, the first that can be stored
 constexpr std::size_t kLocalSize = 30;
 constexpr std::size_t kCentralSize = 46;
 constexpr std::size_t kEndSize = 22;
@@ -98,7 +98,7 @@ std::size_t Number(std::string_view bytes, std::size_t at, std::size_t size) {
   return value;
 }
 
-// The entry that the directory tells of at `at`, which moves on to the next one.
+// The entry that the directory lists at `at`, which moves on to the next one.
 std::optional<ZipEntry> ReadEntry(std::string_view bytes, std::size_t& at, std::size_t& limit) {
   if (at > bytes.size() || bytes.size() - at < kCentralSize ||
       Number(bytes, at, 4) != kCentralMark) {

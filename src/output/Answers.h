@@ -10,7 +10,7 @@ namespace poweranalysis {
 
 // The numbers among those of a finished summary table that were asked for: the power, or the sizes
 // that were sought. `params` is the block that the table was made for. Empty for a table that holds
-// none, as the one of an unknown code.
+// none, such as that of an unknown code.
 std::vector<Answer> AnswersOf(const SummaryTable& table, PowerSettings& params);
 
 // The same straight from a calculation, without a table.

@@ -18,7 +18,7 @@ namespace {
 
 constexpr auto kNone = std::nullopt;
 
-// One row a kind, in the order of ChartKind.
+// One row per kind, in the order of ChartKind.
 constexpr std::array<ChartClamps, ClampedChartKinds> kClamps = {{
     // yTop   yBottom xBottom  xTop
     {1.0F, 0.0F, kNone, kNone},   // power vs. effect
@@ -192,7 +192,7 @@ bool ScaleAxis(double& min, double& max, double& step, std::int16_t fine) {
   double low = min;
   double high = max;
   const SignHandling signs = MakeNonnegative(low, high, offset);
-  // Written so that a quotient that is no number is refused too.
+  // Written so that a quotient that is not a number is refused too.
   if (!(std::abs(low / unit) <= kMostUnits && std::abs(high / unit) <= kMostUnits)) {
     return false;
   }
@@ -246,7 +246,7 @@ void KeepMargin(RoundedAxis& axis, const Limits& data, double share) {
   }
 }
 
-// A step below a hundred-thousandth of the values could not be told on the labels.
+// A step below a hundred-thousandth of the values could not be seen on the labels.
 void CoarsenUnreadableStep(RoundedAxis& axis) {
   constexpr double kMostSteps = 100000.0;
   const double magnitude = std::max(std::abs(axis.min), std::abs(axis.max));
@@ -395,7 +395,7 @@ bool FillTicks(Host& host, std::size_t validCount, Chart& chart) {
   }
   chart.tickPositions.assign(positions.data() + validCount,
                              positions.data() + validCount + tickCount);
-  // Kept: exactly one decimal is told as no layout at all; the labels themselves have it.
+  // Kept: exactly one decimal is reported as no layout at all; the labels themselves have it.
   chart.decimals = decimals == 1 ? 0 : decimals;
   chart.labelWidth = decimals == 1 ? 0 : LabelWidth(chart.yAxis);
   return true;
@@ -421,7 +421,7 @@ bool FillAxes(const DataScan& scan, Chart& chart) {
 
 bool BuildChart(Host& host, const ChartRequest& request) {
   const DataScan scan = Scan(request.x, request.y);
-  // Nothing to draw is no error: the ending is silent on purpose.
+  // Nothing to draw is not an error: the ending is silent on purpose.
   if (scan.validCount == 0) {
     return false;
   }

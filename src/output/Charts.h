@@ -89,8 +89,8 @@ struct ChartRequest {
 };
 
 // Scales the axes, makes the tick tables and hands the chart to the host. A chart that cannot be
-// made (no valid point, no memory, limits that do not fit, a host that refuses) is dropped in
-// silence: false.
+// made (no valid point, no memory, limits that do not fit, a host that refuses) is dropped
+// silently: false.
 bool BuildChart(Host& host, const ChartRequest& request);
 
 // The values along the X axis of a plot. A reversed range gives the same grid.

@@ -4,7 +4,7 @@ namespace poweranalysis {
 
 namespace {
 
-// Reports are written at the highest level of output detail alone.
+// Reports are written only at the highest level of output detail.
 constexpr int kReportLevel = 4;
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "output/SummaryTables.h"
 
-// The rows of every summary table, one a line, and the tables by family and mode.
+// The rows of every summary table, one per line, and the tables by family and mode.
 namespace poweranalysis {
 
 namespace {
@@ -532,7 +532,7 @@ constexpr TableRowDefinition kSEMPower[] = {
     {Power(),                   text::RowPower},
 };
 
-// Kept: the degrees of freedom behind alpha, unlike in the power table.
+// Kept: the degrees of freedom after alpha, unlike in the power table.
 constexpr TableRowDefinition kSEMSize[] = {
     {Input("R"),                text::RowPopulationRMSEAR},
     {Input("R0"),               text::RowNullHypothesizedRMSEAR0},

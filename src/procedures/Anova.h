@@ -24,7 +24,7 @@ TDesign ContrastDesign(std::int64_t groups, std::int64_t n, double es, double ss
 //
 // Source: Owen, D. B. (1965). Biometrika 52, 437-446, for the noncentral t distribution.
 // Domain: groups >= 1, ss > 0.
-// Fails:  NumericFailure for n below 2, without a word, and as TTestPower.
+// Fails:  NumericFailure for n below 2, without a message, and as TTestPower.
 double ContrastPower(std::int64_t groups,
                      std::int64_t n,
                      double alpha,
@@ -103,7 +103,7 @@ struct OneWaySizeRequest {
   std::int64_t sizeLimit = 0;  // of the family's `Upper` record
 };
 
-// First estimates, whole numbers that may exceed any integer or be no number:
+// First estimates, whole numbers that may exceed any integer, or not a number at all:
 //   fixed:   ((NormalQuantile(powerGoal) + NormalQuantile(1 - alpha / 2)) / rmsse)^2
 //            / sqrt(groups - 1)
 //   random:  ((q1 / df1) / (q2 / df1) - 1) / rmsse^2, with df1 = groups - 1 and q1, q2 the

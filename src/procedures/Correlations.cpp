@@ -53,7 +53,7 @@ bool UpwardWalk::Next() {
   if (size_ >= upper_ && powerGoal_ < upperPower_) {
     size_ = upper_ - 1;
   }
-  // At the cap, or with no upper end to the bracket, the walk would go on for ever.
+  // At the cap, or with no upper end to the bracket, the walk would go on forever.
   if (size_ <= lower_ || size_ >= NoWalkCap) {
     result_.status = SearchTooLarge;
     return false;

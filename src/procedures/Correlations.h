@@ -34,7 +34,7 @@ inline constexpr WalkRules TwoCorrelationsWalk = {NoWalkCap, 1e-15};
 
 // Secant steps of 1 to 200 upward from a first estimate that falls short, and a bracket that closes
 // on two adjacent sizes: while Next() gives a trial, evaluate the power at size() and Record() it.
-// result() then has the status SearchOk, SearchTooLarge or SearchCancelled, all without a word.
+// result() then has the status SearchOk, SearchTooLarge or SearchCancelled, all without a message.
 //
 // Kept: unlike its neighbour SizeSearch it never tries a size below its start, and a step of 0
 //       becomes 1.
@@ -70,7 +70,7 @@ class UpwardWalk {
 
 // The size that an estimate leads to: the estimate itself when its power exceeds the goal, else the
 // end of the walk up from it. A power equal to the goal, and NaN, fall short. Asks the observer
-// once a trial whether to stop. `powerAt` maps a size (std::int64_t) to a power.
+// once per trial whether to stop. `powerAt` maps a size (std::int64_t) to a power.
 //
 // Kept: an estimate that passes is the answer although a smaller size may do.
 template <class PowerAt>
@@ -122,7 +122,7 @@ double CorrelationCritical(std::int64_t n,
 //         A. K. (1951). Biometrika 38, 219-247; Fisher, R. A. (1921). Metron 1, 3-32.
 // Domain: n < 2^31, -1 < rho, rho0 < 1, 0 < alpha < 1.
 // Fails:  NumericFailure with status 1 when NullHypothesisCheck of rho - rho0 refuses, with its
-//         refusal; without a word for n below 3 (crude: 4), an unknown form and when the
+//         refusal; without a message for n below 3 (crude: 4), an unknown form and when the
 //         distribution fails. Otherwise `status` is 0.
 double CorrelationPower(std::int64_t n,
                         double alpha,
@@ -173,7 +173,7 @@ double CorrelationFirstEstimate(const CorrelationSizeRequest& request);
 // Domain: as CorrelationPower, 0 < powerGoal < 1.
 // Fails:  status 1 with both numbers missing: NullHypothesisCheck with tolerance .001 refused, with
 //         its refusal; N above 150000 would be needed (the refusal says SearchTooLarge); the user
-//         stopped the search, or the form is unknown (both without a word).
+//         stopped the search, or the form is unknown (both without a message).
 //         Status 99 with an answer: the exact algorithm gave way to the refined one, because the
 //         first estimate exceeds LargestExactEstimate; the observer had the notice
 //         SwitchingToRefined before the walk.
@@ -191,7 +191,7 @@ double FisherZCritical(double alpha, std::int16_t form, std::int16_t side);
 // deviation.
 struct ZDifference {
   double mean = 0;
-  double sd = NumericFailure;  // an algorithm that there is none of
+  double sd = NumericFailure;  // for an unknown algorithm
 };
 
 // The mean and the standard deviation of FisherZPowerTerm.
@@ -215,7 +215,7 @@ double FisherZPowerTerm(
 //
 // Domain: as FisherZPowerTerm, 0 < alpha < 1.
 // Fails:  NumericFailure when NullHypothesisCheck of rho1 - rho2 refuses, with its refusal; without
-//         a word for an unknown form and for an algorithm but refined and crude.
+//         a message for an unknown form and for any algorithm other than refined and crude.
 double TwoCorrelationsPower(double rho1,
                             double rho2,
                             std::int64_t n1,
@@ -251,7 +251,7 @@ struct TwoCorrelationsSizeRequest {
 // Domain: as TwoCorrelationsPower, 0 < powerGoal < 1; a fixed group of 3 or more.
 // Fails:  status 1 with both numbers missing: NullHypothesisCheck with tolerance .001 refused, with
 //         its refusal; no size of the varied group helps the fixed one (the refusal says IncreaseN2
-//         or IncreaseN1); without a word for an effect that runs against the test, an unknown
+//         or IncreaseN1); without a message for an effect that runs against the test, an unknown
 //         algorithm, form or nToVary, when the user stops the search and for equal groups of more
 //         than 100000000.
 SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request,

@@ -43,7 +43,7 @@ bool FindCritical(std::int64_t df1,
   return err == 0;
 }
 
-// A failed probability is no probability to subtract from 1.
+// A failed probability is not a probability to subtract from 1.
 double Complement(double probability) {
   return probability == NumericFailure ? NumericFailure : 1 - probability;
 }

@@ -32,8 +32,8 @@ class CriticalFCache {
 //
 // Domain: f >= 0, df1 >= 1, df2 >= 1, delta >= 0. For the approximation degrees of freedom beyond
 //         32 bits count as the largest of 32 bits.
-// Fails:  NumericFailure with `failure` nonzero when the distribution fails, gives no number, or is
-//         asked for another algorithm.
+// Fails:  NumericFailure with `failure` nonzero when the distribution fails, does not give a
+//         number, or is asked for another algorithm.
 double FTestCdf(double f,
                 std::int64_t df1,
                 std::int64_t df2,
@@ -60,7 +60,7 @@ double FTestPower(std::int64_t df1,
                   CriticalFCache& criticals);
 
 // Power of the F test of random effects of root mean square `rmsse`, in units of the error's
-// standard deviation, with n observations a group.
+// standard deviation, with n observations per group.
 //
 //   1 - P(F(df1, df2) <= crit / (n rmsse^2 + 1)),  crit as above and given out unscaled
 //

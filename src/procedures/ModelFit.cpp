@@ -24,7 +24,7 @@ CriticalPair CriticalsOf(const ModelFitNull& null) {
   return FindCriticals(null.form, [&](std::int16_t side) {
     int status = 0;
     const double p = CriticalProbability(null.alpha, null.form, side);
-    // Kept: the status is not looked at; it may tell of a search that never left its start at 0.
+    // Kept: the status is not looked at; it may come from a search that never left its start at 0.
     return p == NumericFailure ? p : NoncentralChiSquareQuantile(null.delta, null.df, p, status);
   });
 }

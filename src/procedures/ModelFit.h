@@ -47,7 +47,7 @@ using ModelFitCriticalCache = CriticalCache<ModelFitNull>;
 // Domain: n >= 1, df >= 1, r, r0 >= 0, 0 < alpha < 1. Where r = r0 passes the null check, under an
 //         unknown form, the power is alpha.
 // Fails:  NumericFailure with `err` 1 when NullHypothesisCheck of r - r0 refuses, with its refusal;
-//         without a word with `err` 1 for an unknown form and when there is no critical value,
+//         without a message with `err` 1 for an unknown form and when there is no critical value,
 //         which befalls noncentralities r0^2 (n - 1) df from some 810 to 921. A power with `err` 2
 //         rests on a sum of 500 terms that did not suffice.
 double ModelFitPower(std::int64_t n,
@@ -87,8 +87,8 @@ inline constexpr std::int64_t LargestModelFitN = 100000000;
 // Domain: as ModelFitPower, 0 < powerGoal < 1.
 // Fails:  both numbers missing with status 1 when NullHypothesisCheck with tolerance .001 refuses,
 //         with its refusal, when no N up to LargestModelFitN has a power above the goal (the
-//         refusal says SearchTooLarge) and for an unknown form (without a word); SearchCancelled
-//         when the user stops the search (without a word).
+//         refusal says SearchTooLarge) and for an unknown form (without a message); SearchCancelled
+//         when the user stops the search (without a message).
 SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request, ProcedureObserver& observer);
 
 }  // namespace poweranalysis

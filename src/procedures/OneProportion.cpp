@@ -48,7 +48,7 @@ class CountDistribution {
     if (algorithm_ != ProportionNormal) {
       return Exact(c - 1);
     }
-    // Without variance the count is its mean, and a quotient of zeros says nothing of it.
+    // Without variance the count is its mean, and a quotient of zeros says nothing about it.
     return sd_ == 0 ? static_cast<double>(c > mean_) : NormalCdf((c - mean_) / sd_);
   }
   double ChanceUpTo(double c) {

@@ -9,8 +9,7 @@
 
 // Power and required size of the test of one proportion: exact, on the binomial distribution, and
 // by the normal approximation. Both reject beyond critical counts that the normal distribution
-// gives, so that the exact test has a type I error rate of its own and a power that is a sawtooth
-// in N.
+// gives, so that the exact test has its own type I error rate and a power that is a sawtooth in N.
 namespace poweranalysis {
 
 // --- Critical values.
@@ -100,8 +99,9 @@ double OneProportionEstimate(const OneProportionTest& test, double goal);
 // Domain: as OneProportionPower, and 0 < goal < 1.
 // Fails:  SizeFailure, with `err`
 //           SearchTooLarge   a refused null (the refusal of NullHypothesisCheck), a form other than
-//                            0, 1 and 2, an estimate that is not a number (both without a word), or
-//                            no size up to LargestOneProportionN (the refusal says SearchTooLarge)
+//                            0, 1 and 2, an estimate that is not a number (both without a message),
+//                            or no size up to LargestOneProportionN (the refusal says
+//                            SearchTooLarge)
 //           SearchCancelled  the user stopped the search (the refusal says CancelledAtRequest)
 std::int64_t OneProportionRequiredN(double goal,
                                     const OneProportionTest& test,

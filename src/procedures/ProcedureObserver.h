@@ -11,8 +11,8 @@
 // an observer.
 namespace poweranalysis {
 
-// What procedures and the checks before them say, each by the number of its text. The words stand
-// in the one table of texts, against which the numbers are held where they are shown.
+// What procedures and the checks before them say, each by the number of its text. The wording is in
+// the one table of texts, with which the numbers are compared where they are shown.
 enum class Said : int {
   Nothing = 0,
   // Why there is no answer.
@@ -39,7 +39,7 @@ enum class Said : int {
 using SlotNumber = std::variant<double, std::int64_t>;
 using SlotNumbers = std::array<SlotNumber, 2>;
 
-// Why a procedure gives no answer; empty when it gives one, or fails without a word.
+// Why a procedure gives no answer; empty when it gives one, or fails without a message.
 struct Refusal {
   Said text = Said::Nothing;
   SlotNumbers numbers{};
@@ -48,8 +48,8 @@ struct Refusal {
   bool operator==(const Refusal&) const = default;
 };
 
-// Who watches a procedure. As an observer of a single distribution it starts a bar without a title
-// of the procedure's; a required-size search opens one with its own.
+// Watches a procedure. As an observer of a single distribution it starts a bar without a title from
+// the procedure; a required-size search opens one with its own.
 class ProcedureObserver : public SearchObserver {
  public:
   // A search opens a bar; `count` as in Start. False: there is no bar, and the search neither
@@ -94,8 +94,8 @@ class EvaluationObserver final : public SearchObserver {
   ProcedureObserver& procedure_;
 };
 
-// The power of a trial within a search: `powerOf` is handed a Refusal, which is told at once, and
-// the search goes on.
+// The power of a trial within a search: `powerOf` is handed a Refusal, which is reported at once,
+// and the search goes on.
 template <class PowerOf>
 double TrialPower(ProcedureObserver& observer, PowerOf&& powerOf) {
   Refusal refusal;

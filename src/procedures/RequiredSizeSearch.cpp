@@ -25,7 +25,7 @@ constexpr int kBracketBisectBarCount = 20;
 constexpr double kLargestStep = 2e9;
 // An estimate that is not a number or beyond any size is as good as none.
 constexpr double kLargestStart = 2147483648.0;
-// More than any power that rises with size takes: a power that falls could cycle for ever.
+// More than any power that rises with size takes: a power that falls could cycle forever.
 constexpr std::int64_t kMostTrials = 2000000;
 
 bool NullIsTrue(double effect, std::int16_t form) {
@@ -139,7 +139,7 @@ void SizeSearch::Record(double power) {
 }
 
 void SizeSearch::RecordSmallest(double power) {
-  // Kept: one member wants more than the goal, the other is content with it.
+  // Kept: one member requires more than the goal, the other accepts the goal itself.
   const bool reached = policy_.smallestDesign == SmallestDesign::AboveGoal
                            ? power > request_.powerGoal
                            : power >= request_.powerGoal;
@@ -278,7 +278,7 @@ void SizeSearch::FinishWithout(int status, const Refusal& refusal) {
 }
 
 void SizeSearch::FinishTooLarge(double power) {
-  // Kept: the words speak of N also where the size is degrees of freedom.
+  // Kept: the wording says N also where the size is degrees of freedom.
   FinishWithout(SearchTooLarge, {Said::SearchTooLarge, {request_.sizeLimit}});
   if (policy_.tooLargeResult == TooLargeResult::SizeAndPower) {
     result_.requiredSize = size_;

@@ -38,7 +38,7 @@ enum SearchStatus : int {
   SearchTooLarge = 1,        // the size limit was passed, and the refusal says so
   SearchCancelled = 2,       // the user stopped the search, and the refusal says so
   SearchNullTrue = 3,        // the refusal is that of NullHypothesisCheck
-  SearchGoalOutOfRange = 4,  // without a word
+  SearchGoalOutOfRange = 4,  // without a message
 };
 
 // What a search gives. Without an answer both numbers are the missing value of their kind.
@@ -163,7 +163,7 @@ inline constexpr std::array<SearchPolicy, 6> SearchPolicies = {{
      .resetOnlyUpward = true,
      .tooLargeResult = TooLargeResult::PowerOnly},
     // SearchMember::OneVariance
-    // Kept: the limit is a number of this member's own, though its refusal tells the request's.
+    // Kept: the limit is this member's own number, though its refusal states the request's.
     {.nullTolerance = .02,
      .smallestDesign = SmallestDesign::AboveGoal,
      .firstTrialFloor = 1,
@@ -252,9 +252,9 @@ class SizeSearch {
 //   neighbours. A power equal to the goal falls short.
 //
 // `powerAt` maps a size (std::int64_t) to a power; NumericFailure and NaN fall short. It is called
-// once a trial and never for a size below the policy's smallest.
+// once per trial and never for a size below the policy's smallest.
 //
-// Domain: any request. result.requiredSize and result.actualPower are read by nobody; one ending (a
+// Domain: any request. result.requiredSize and result.actualPower are not read; one ending (a
 //         cancelled one-way ANOVA) leaves them as they stood. The bar is the observer's; a search
 //         without one cannot be stopped.
 // Fails:  result.status, a SearchStatus (for two variances the result of NullHypothesisCheck, 1 or

@@ -41,7 +41,7 @@ double PowerBeyond(const SquaredCorrelationTest& test,
   EvaluationObserver observer(procedure);
   err = criticals.failure;
   const double power = RejectionProbability(test.form, criticals, [&](double c) {
-    // A sum that ended too early is no probability either.
+    // A sum that ended too early is not a probability either.
     const double cdf = MultipleR2Cdf(rho2, static_cast<std::int32_t>(test.n), test.k, c,
                                      test.algorithm, err, observer);
     return err == ProcedureOk ? cdf : NumericFailure;

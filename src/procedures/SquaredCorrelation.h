@@ -37,8 +37,8 @@ using SquaredCorrelationCriticalCache = CriticalCache<SquaredCorrelationTest>;
 // Domain: n < 2^31, k >= 2, 0 <= rho2, c2 < 1, 0 < alpha < 1. Where rho2 = c2 passes the null
 //         check, under an unknown form, the power is alpha.
 // Fails:  NumericFailure when NullHypothesisCheck of rho2 - c2 refuses, with its refusal, and,
-//         without a word, for n <= k, both with `err` 0. NumericFailure with `err` nonzero when the
-//         distribution fails (2: the user asked to stop) and for an unknown form.
+//         without a message, for n <= k, both with `err` 0. NumericFailure with `err` nonzero when
+//         the distribution fails (2: the user asked to stop) and for an unknown form.
 double SquaredCorrelationPower(std::int64_t n,
                                std::int32_t k,
                                double alpha,
@@ -75,7 +75,7 @@ struct SquaredCorrelationSizeRequest {
 //       The tolerance of the null check is .05, far wider than elsewhere.
 // Domain: as SquaredCorrelationPower, 0 < powerGoal < 1.
 // Fails:  as BracketBisectSearch: status 1 for a refused null, with its refusal, and for a goal out
-//         of reach (without a word), 2 for a cancellation (without a word).
+//         of reach (without a message), 2 for a cancellation (without a message).
 SearchResult SquaredCorrelationRequiredN(const SquaredCorrelationSizeRequest& request,
                                          ProcedureObserver& observer);
 

@@ -81,8 +81,8 @@ std::int64_t LogRankRequiredN(
     const LogRankTest& test, double goal, std::int64_t& events, int& err, Refusal& refusal) {
   err = 1;
   events = SizeFailure;
-  // Kept: pi2 - pi1, so that form 1 asks for the larger rate in group 2, against the words of its
-  // null hypothesis.
+  // Kept: pi2 - pi1, so that form 1 asks for the larger rate in group 2, contrary to the wording of
+  // its null hypothesis.
   if (NullHypothesisCheck(test.pi2 - test.pi1, test.form, SurvivalTolerance, kWithTolerance,
                           refusal) != 0) {
     return SizeFailure;

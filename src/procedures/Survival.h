@@ -29,7 +29,7 @@ struct LogRankTest {
 //
 // Source: Freedman, L. S. (1982). Statistics in Medicine 1, 121-129.
 // Domain: n >= 0, 0 < alpha < 1.
-// Fails:  NumericFailure, `err` 1 and `events` SizeFailure, without a word: a rate that is not
+// Fails:  NumericFailure, `err` 1 and `events` SizeFailure, without a message: a rate that is not
 //         inside (0, 1), equal rates, a form other than 0 and 1.
 double LogRankPower(std::int64_t n, const LogRankTest& test, int& err, std::int64_t& events);
 
@@ -39,7 +39,7 @@ double LogRankPower(std::int64_t n, const LogRankTest& test, int& err, std::int6
 //
 // Source and domain: as above, and 0 < goal < 1.
 // Fails:  SizeFailure, `err` 1 and `events` SizeFailure: a null that NullHypothesisCheck refuses,
-//         with its refusal, and without a word as above.
+//         with its refusal, and without a message as above.
 std::int64_t LogRankRequiredN(
     const LogRankTest& test, double goal, std::int64_t& events, int& err, Refusal& refusal);
 
@@ -73,8 +73,8 @@ struct ExponentialSurvivalTest {
 // Source: George, S. L. and Desu, M. M. (1974). Journal of Chronic Diseases 27, 15-24.
 // Domain: n >= 0, 0 < alpha < 1; t >= t0, which the dialogs see to.
 // Fails:  NumericFailure: a null that NullHypothesisCheck refuses, with its refusal, and without a
-//         word a parameter that is not above 0 or a negative dropout rate, a form other than 0 and
-//         1, a result that is not finite.
+//         message a parameter that is not above 0 or a negative dropout rate, a form other than 0
+//         and 1, a result that is not finite.
 double ExponentialSurvivalPower(std::int64_t n,
                                 const ExponentialSurvivalTest& test,
                                 Refusal& refusal);
@@ -85,7 +85,7 @@ double ExponentialSurvivalPower(std::int64_t n,
 //
 // Source and domain: as above, and 0 < goal < 1.
 // Fails:  SizeFailure and `err` 1: what NullHypothesisCheck or FollowUpCheck refuses, with its
-//         refusal, and without a word as above, or a size beyond 9e15.
+//         refusal, and without a message as above, or a size beyond 9e15.
 std::int64_t ExponentialSurvivalRequiredN(const ExponentialSurvivalTest& test,
                                           double goal,
                                           int& err,

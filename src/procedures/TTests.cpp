@@ -16,8 +16,8 @@ constexpr std::int16_t kExactly = 0;
 // With a group fixed the power levels off as the other grows. Secant steps from a small size cross
 // that flat stretch badly: they leap over a limit within which a size is enough, or far above the
 // answer, from where the search walks down by ones. So the smallest design is tried first and the
-// search then goes on from a normal estimate of its own; a candidate above the limit is cut to it,
-// and only the limit falling short is too large.
+// search then goes on from its own normal estimate; a candidate above the limit is cut to it, and
+// only the limit falling short is too large.
 constexpr SearchPolicy FixedGroupPolicy() {
   SearchPolicy policy = PolicyOf(SearchMember::TTest);
   policy.smallestDesign = SmallestDesign::AboveGoal;

@@ -125,8 +125,8 @@ SearchResult OneGroupRequiredN(const TSizeRequest& request,
 // `nToVary` seeks while the other keeps `fixedN`.
 //
 // Domain: as above; fixedN >= 1, unused for equal groups.
-// Fails:  as RequiredSizeSearch for SearchMember::TTest; an unknown `nToVary` gives SearchNullTrue
-//         in silence.
+// Fails:  as RequiredSizeSearch for SearchMember::TTest; an unknown `nToVary` silently gives
+//         SearchNullTrue.
 SearchResult TwoGroupsRequiredN(const TSizeRequest& request,
                                 std::int16_t nToVary,
                                 std::int64_t fixedN,

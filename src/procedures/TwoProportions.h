@@ -84,8 +84,9 @@ void SetGroups(const TwoProportionSizeRequest& request, std::int64_t n, GroupSiz
 //
 // Domain: as TwoProportionPower, and 0 < powerGoal < 1, ratio > 0.
 // Fails:  SizeFailure and `actualPower` NumericFailure. `err` is the result of NullHypothesisCheck,
-//         with its refusal, or 1 without a word for a form or a choice of groups that there is not;
-//         it is 0 when the passes did not suffice, and the refusal says SelectedGroupNotFound.
+//         with its refusal, or 1 without a message for a form or a choice of groups that does not
+//         exist; it is 0 when the passes did not suffice, and the refusal says
+//         SelectedGroupNotFound.
 std::int64_t TwoProportionRequiredN(const TwoProportionSizeRequest& request,
                                     GroupSizes& groups,
                                     double& actualPower,
@@ -116,7 +117,7 @@ struct McNemarTest {
 //         McNemarParameterCheck refuses. The refusal is that of the one or the other.
 double McNemarPower(const McNemarTest& test, double n, int& err, Refusal& refusal);
 
-// The whole number of pairs that reaches the goal, with no limit of its own.
+// The whole number of pairs that reaches the goal, without its own limit.
 //
 //   ceil(((sqrt(eta - delta^2 (eta + 3) / (4 eta)) z(goal) + sqrt(eta) z) / |delta|)^2)
 //

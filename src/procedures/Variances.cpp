@@ -15,7 +15,7 @@ constexpr std::int16_t kExactly = 0;
 
 bool HasBranch(std::int16_t form) { return form >= H0TwoTailed && form <= H0AtLeast; }
 
-// A search that nothing serves, and nothing to say about it.
+// A search that nothing serves, with no message about it.
 constexpr SearchResult kNotServed = {SizeFailure, NumericFailure, SearchNullTrue};
 
 // Power of a test that rejects beyond the quantiles of its statistic under the null hypothesis.

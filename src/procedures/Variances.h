@@ -77,14 +77,14 @@ struct OneVarianceDfRequest {
 //            if var < var0
 //   form 1:  z1 = NormalQuantile(1 - alpha), z2 = NormalQuantile(1 - powerGoal)
 //   form 2:  z1 = NormalQuantile(alpha), z2 = NormalQuantile(powerGoal)
-// A whole number that may exceed any integer or be no number.
+// A whole number that may exceed any integer or not be a number.
 double OneVarianceStart(double var, double var0, double alpha, double powerGoal, std::int16_t form);
 
 // The smallest degrees of freedom whose power exceeds the goal.
 //
 // Domain: as ChiSquareVariancePower, and 0 < powerGoal < 1.
 // Fails:  as RequiredSizeSearch for SearchMember::OneVariance; a variance below 0 and a form that
-//         is not 0, 1 or 2 give SearchNullTrue without a word.
+//         is not 0, 1 or 2 give SearchNullTrue without a message.
 SearchResult OneVarianceRequiredDf(const OneVarianceDfRequest& request,
                                    CriticalChiSquareCache& criticals,
                                    ProcedureObserver& observer);
@@ -136,18 +136,18 @@ struct TwoVariancesDfRequest {
 // First estimate: the whole part of 2 e^2, e = (a + NormalQuantile(powerGoal) R) / (R - 1), with R
 // the ratio, or its inverse where it is below 1 (form 0) or the lower tail rejects (form 2), and a
 // = NormalQuantile(1 - alpha / 2) for form 0, NormalQuantile(1 - alpha) otherwise. A whole number
-// that may exceed any integer or be no number.
+// that may exceed any integer or not be a number.
 double TwoVariancesStart(double ratio, double alpha, double powerGoal, std::int16_t form);
 
 // The smallest degrees of freedom, of both groups or of the first, whose power exceeds the goal; 1
 // when that reaches it.
 //
-// Kept: form 2 finds nothing. Every trial is refused as a true null, and the observer is told each
-//       time, until the limit ends the search.
+// Kept: form 2 finds nothing. Every trial is refused as a true null, and this is reported to the
+// observer each time, until the limit ends the search.
 //
 // Domain: as TwoVariancePower, and 0 < powerGoal < 1; fixedDf2 >= 1.
 // Fails:  as RequiredSizeSearch for SearchMember::TwoVariances; another `dfToVary` or form gives
-//         SearchNullTrue without a word.
+//         SearchNullTrue without a message.
 SearchResult TwoVariancesRequiredDf(const TwoVariancesDfRequest& request,
                                     CriticalFCache& criticals,
                                     ProcedureObserver& observer);

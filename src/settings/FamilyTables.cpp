@@ -20,7 +20,7 @@ constexpr FieldType TypeOf(i16) { return FieldType::Int16; }
 constexpr FieldType TypeOf(i32) { return FieldType::Int32; }
 constexpr FieldType TypeOf(f64) { return FieldType::Real; }
 
-// Where a field's usual meaning would not tell what a family counts.
+// Where a field's usual meaning would not say what a family counts.
 struct FieldMeaning {
   std::string_view family;
   std::string_view field;
@@ -166,7 +166,7 @@ double Load(const void* address) {
   return static_cast<double>(value);
 }
 
-// Held to 32 bits, and nothing for what is no number.
+// Held to 32 bits, and nothing for what is not a number.
 std::int32_t WholeOf(double value) {
   constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
   constexpr double kHighest = std::numeric_limits<std::int32_t>::max();

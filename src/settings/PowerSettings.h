@@ -174,7 +174,7 @@ bool WithinRange(const Field& field, double value);
 // Factory value. No range check. Always 0.
 int ReadSettings(const KeyTable& keys, const std::string& file);
 // Writes every key; stops at the first error, with what went before in the file, and returns 0
-// without a word. 1 when all went out, and for an empty table.
+// without a message. 1 when all went out, and for an empty table.
 int WriteSettings(const KeyTable& keys, const std::string& file);
 
 // Buttons of the page "Settings I/O".

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-// The parameter records, one type a family. Their members are the rows of Fields.def.
+// The parameter records, one type per family. Their members are the rows of Fields.def.
 namespace poweranalysis {
 
 using i16 = std::int16_t;

@@ -5,8 +5,8 @@
 
 #include "settings/PowerSettings.h"
 
-// What a settings file could not give or take, in words. A file is taken as far as it can be read,
-// so these are remarks beside the values and refuse nothing.
+// What a settings file could not give or take, worded for the user. A file is taken as far as it
+// can be read, so these are remarks beside the values and refuse nothing.
 namespace poweranalysis {
 
 struct SettingsRemark {
@@ -32,7 +32,7 @@ SettingsRemarks RemarksOnSavingDefaults(PowerSettings& block, Family family);
 // Whether a message is one of these, or says that a file could not be written.
 bool IsSettingsRemark(int id);
 
-// Shows them as one message, one a line, under the number of the first.
+// Shows them as one message, one per line, under the number of the first.
 void ShowRemarks(WindowHandle parent, const SettingsRemarks& remarks);
 
 }  // namespace poweranalysis

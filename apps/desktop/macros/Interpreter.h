@@ -32,8 +32,9 @@ class ScriptRun {
 
   // Runs the script on the calling thread to its end.
   ScriptOutcome Run();
-  // Raises KeyboardInterrupt in the script, or as soon as it begins; nothing once it has ended. Of
-  // any other thread; waits for the interpreter's lock, which a script may hold for long.
+  // Raises KeyboardInterrupt in the script, or as soon as it begins; nothing once it has ended.
+  // Callable from any other thread; waits for the interpreter's lock, which a script may hold for
+  // long.
   void Interrupt();
 
  private:

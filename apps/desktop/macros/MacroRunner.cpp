@@ -26,7 +26,7 @@ constexpr milliseconds kPatience(2000);
 constexpr milliseconds kInterruptPause(200);
 // Output that the window has not taken yet; a macro that prints faster waits.
 constexpr std::size_t kMostOutput = 1 << 18;
-// The window has better to do than to show each line by itself.
+// The window has better things to do than to show each line by itself.
 constexpr milliseconds kOutputPace(20);
 
 // Whether a macro holds the interpreter, of whatever runner.
@@ -86,7 +86,7 @@ struct MacroRunner::Execution {
     std::unique_lock<std::mutex> lock(mutex);
     return changed.wait_for(lock, time, [this] { return ended; });
   }
-  // On a thread of its own: the macro may hold the interpreter's lock for long.
+  // On its own thread: the macro may hold the interpreter's lock for long.
   static void Interrupt(const std::shared_ptr<Execution>& execution) {
     std::thread([execution] { execution->script->Interrupt(); }).detach();
   }

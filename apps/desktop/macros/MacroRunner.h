@@ -9,9 +9,9 @@
 
 namespace poweranalysis {
 
-// Runs macros inside this process, one at a time, each on a thread of its own. What a macro does to
-// the dialogs is carried out on the thread that the runner lives on. All members are called, and
-// all signals sent, on that thread.
+// Runs macros inside this process, one at a time, each on its own thread. What a macro does to the
+// dialogs is carried out on the thread that the runner lives on. All members are called, and all
+// signals sent, on that thread.
 class MacroRunner : public QObject {
   Q_OBJECT
 

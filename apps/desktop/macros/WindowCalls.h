@@ -14,7 +14,7 @@ namespace poweranalysis {
 
 // Carries calls of another thread over to the thread of a QObject, and waits for each. Unlike a
 // blocking queued connection the wait can be given up, so the window may stop or outlive its
-// caller at any time, even inside such a call, and neither waits for the other for ever.
+// caller at any time, even inside such a call, and neither waits for the other forever.
 class WindowCalls : public std::enable_shared_from_this<WindowCalls> {
  public:
   explicit WindowCalls(QObject& window) : window_(&window) {}

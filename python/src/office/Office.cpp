@@ -4,8 +4,8 @@
 
 #include "StudyObject.h"
 
-// Documents of office programs, in a module of their own: their libraries load when the first of
-// them is asked for.
+// Documents of office programs, in their own module: their libraries load when the first of them is
+// asked for.
 namespace poweranalysis {
 
 namespace py = pybind11;
