@@ -88,9 +88,20 @@ std::string FormatCell(double value, int digits) {
   return IsShownWhole(value) ? WholeText(value) : FormatGeneral(value, digits);
 }
 
+namespace {
+
+// A negative zero shows as 0, and is not lost by that.
+bool ReadsBackAs(double value, const std::string& text) {
+  double read = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
+  return error == std::errc{} && end == text.data() + text.size() && read == value;
+}
+
+}  // namespace
+
 std::string FormatCell(CellKind kind, double value, int digits) {
   std::string text = FormatCell(value, digits);
-  if (kind == CellKind::Input && !IsMissing(value) && !IsShownWhole(value)) {
+  if (kind == CellKind::Input && !IsMissing(value) && !ReadsBackAs(value, text)) {
     return FormatShortest(value);
   }
   const bool rounded = kind == CellKind::Probability && value < 1 && text == "1";

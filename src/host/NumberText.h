@@ -24,8 +24,9 @@ std::string FormatShortest(double value);
 // A cell of a summary table: six significant digits, whole numbers up to 1e15 in full, nothing for
 // a missing value.
 std::string FormatCell(double value, int digits = 6);
-// The same by what the number is: an input is the shortest text that reads back as it, and a
-// probability below 1 never shows as 1 but as ">0.999999".
+// The same by what the number is: an input loses no digit, so that where the text above does not
+// read back as it the shortest text that does takes its place ("0.0001", but "1234567.891"), and
+// a probability below 1 never shows as 1 but as ">0.999999".
 std::string FormatCell(CellKind kind, double value, int digits = 6);
 
 // A number's text as the reader of numbers takes it: without the plus sign that people may write

@@ -94,6 +94,9 @@ TEST(FormatCell, AnInputReadsBackAsItWasTyped) {
   EXPECT_EQ(FormatCell(CellKind::Input, 0.1 + 0.2), "0.30000000000000004");
   EXPECT_EQ(FormatCell(CellKind::Input, 0.12345678, 3), "0.12345678");
   EXPECT_EQ(FormatCell(CellKind::Input, 150000), "150000");
+  EXPECT_EQ(FormatCell(CellKind::Input, 0.0001), "0.0001") << "as people write an alpha";
+  EXPECT_EQ(FormatCell(CellKind::Input, 1e-5), "1e-05");
+  EXPECT_EQ(FormatCell(CellKind::Input, 1e30), "1e+30");
   EXPECT_EQ(FormatCell(CellKind::Input, -0.0), "0");
   EXPECT_EQ(FormatCell(CellKind::Input, MissingValue()), "");
   EXPECT_EQ(FormatCell(CellKind::Computed, 1234567.891), "1.23457e+06");
