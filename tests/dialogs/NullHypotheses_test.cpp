@@ -72,6 +72,7 @@ class NullHypotheses : public FamilyRun {
   void OpenAt(const NullCase& c, const char* value) {
     Leave();
     OpenParameters(c.mode, c.family);
+    host_.Press(ControlRestoreDefaults);
     host_.Type(ControlOfField(c.field), value);
     parameters_ = OpenResource();
     host_.Press(ControlAccept);
@@ -206,22 +207,24 @@ TEST_F(NullHypotheses, OfOneWayTestsAreRefusedInASearchAlone) {
 }
 
 TEST_F(NullHypotheses, OfTwoWayTestsLeaveTheOtherEffectsTheirAnswersAndPlots) {
-  for (const auto& [mode, value, message] :
-       {std::tuple(ModePower, "0", kNullTrue), std::tuple(ModeSampleSize, "0", kNullTrue),
-        std::tuple(ModeSampleSize, "0.009", kNullNearlyTrue)}) {
-    const NullCase c = {"AV2", mode, "RMSSE_Col", "", "", "", ""};
-    SCOPED_TRACE(NameOf(c) + " at " + value);
-    OpenAt(c, value);
-    EXPECT_EQ(host_.Press(ControlAccept), 1);
-    EXPECT_EQ(OpenResource(), results_);
-    EXPECT_THAT(MessageIds(), ElementsAre(message));
-    for (const ControlSpec& chart : Charts()) {
-      SCOPED_TRACE(chart.name);
-      Forget();
-      const bool along = chart.name.find("rmsse") != std::string::npos;
-      EXPECT_EQ(host_.Press(chart.number), 1);
-      EXPECT_THAT(Items<Chart>(), SizeIs(along ? 3 : 2));
-      EXPECT_THAT(MessageIds(), along ? std::vector<int>{} : std::vector<int>{message});
+  for (const char* effect : {"RMSSE_Row", "RMSSE_Col", "RMSSE_Int"}) {
+    for (const auto& [mode, value, message] :
+         {std::tuple(ModePower, "0", kNullTrue), std::tuple(ModeSampleSize, "0", kNullTrue),
+          std::tuple(ModeSampleSize, "0.009", kNullNearlyTrue)}) {
+      const NullCase c = {"AV2", mode, effect, "", "", "", ""};
+      SCOPED_TRACE(NameOf(c) + " at " + value + " for " + effect);
+      OpenAt(c, value);
+      EXPECT_EQ(host_.Press(ControlAccept), 1);
+      EXPECT_EQ(OpenResource(), results_);
+      EXPECT_THAT(MessageIds(), ElementsAre(message));
+      for (const ControlSpec& chart : Charts()) {
+        SCOPED_TRACE(chart.name);
+        Forget();
+        const bool along = chart.name.find("rmsse") != std::string::npos;
+        EXPECT_EQ(host_.Press(chart.number), 1);
+        EXPECT_THAT(Items<Chart>(), SizeIs(along ? 3 : 2));
+        EXPECT_THAT(MessageIds(), along ? std::vector<int>{} : std::vector<int>{message});
+      }
     }
   }
 }
