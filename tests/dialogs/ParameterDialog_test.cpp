@@ -258,6 +258,39 @@ TEST_F(ParameterDialog, WithoutABlockOnlyBackWorks) {
   EXPECT_EQ(host.dialog(), nullptr);
 }
 
+// What is open goes where Back leads even when the values have gone.
+TEST_F(ParameterDialog, EveryPageClosesWithoutABlock) {
+  for (const bool results : {false, true}) {
+    for (const int button : {ControlBack, ControlBackToo}) {
+      SCOPED_TRACE((results ? "results " : "parameters ") + std::to_string(button));
+      OpenParameters(ModePower, "T1");
+      if (results) {
+        host_.Press(ControlAccept);
+      }
+      const int open = OpenResource();
+      host_.calls.exits.clear();
+      PowerSettingsHead* settings = Module().settings;
+      Module().settings = nullptr;
+      for (const int other : {ControlAccept, ControlChangeParams, ControlRefresh,
+                              ControlPowerCharts, ControlRestoreDefaults, 1211}) {
+        EXPECT_EQ(host_.Press(other), 0) << other;
+        EXPECT_EQ(OpenResource(), open) << other;
+      }
+      EXPECT_THAT(host_.calls.exits, IsEmpty());
+      EXPECT_EQ(host_.Press(button), 1);
+      Module().settings = settings;
+      ASSERT_EQ(host_.calls.exits.size(), 1u);
+      EXPECT_EQ(host_.calls.exits[0].stage, results ? StageCompute : StageStartup);
+      EXPECT_EQ(host_.calls.exits[0].kind, ExitBack);
+      EXPECT_THAT(host_.messages(), IsEmpty());
+      while (host_.dialog() != nullptr) {
+        host_.Press(ControlBack);
+      }
+      host_.Start(*analysis_);
+    }
+  }
+}
+
 TEST_F(ParameterDialog, EveryControlHasANameAndAnEditATip) {
   for (const char* family : {"T1", "T2", "T3"}) {
     for (const int mode : {ModePower, ModeSampleSize}) {
