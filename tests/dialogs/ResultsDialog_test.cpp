@@ -574,6 +574,44 @@ TEST_F(ResultsDialog, ASizeThatFailsWithoutAWordIsToldByItsName) {
   EXPECT_THAT(host_.workbook().items, IsEmpty());
 }
 
+TEST_F(ResultsDialog, TwoPowersThatFailWithoutAWordAreToldOnce) {
+  // Without a rejection region the test of one proportion has neither its exact nor its normal
+  // power.
+  OpenParameters(ModePower, "P1");
+  block().P1.Working.H0Type = H0Zero;
+  host_.Press(1);
+  EXPECT_EQ(host_.Press(1), 1);
+  EXPECT_TRUE(IsMissing(Row("Power (Exact)")));
+  EXPECT_TRUE(IsMissing(Row("Power (Normal Approximation)")));
+  ASSERT_THAT(host_.messages(), SizeIs(1));
+  EXPECT_THAT(host_.messages()[0].text, EndsWith(" could not be computed with these parameters."));
+  EXPECT_EQ(host_.messages()[0].count, 1);
+}
+
+TEST_F(ResultsDialog, TheTwoPowersOfOneProportionAreThereTogether) {
+  OpenParameters(ModePower, "P1");
+  for (const double pi : {0.0, 1e-300, 0.6, 1 - 1e-12, 1.0}) {
+    for (const double null : {0.0, 1e-12, 0.5, 1.0}) {
+      for (const i32 n : {2, 50, 150000}) {
+        if (pi == null) {
+          continue;
+        }
+        P1Params& working = block().P1.Working;
+        working.Pi = pi;
+        working.Pi0 = null;
+        working.SampleSize = n;
+        host_.Press(1);
+        ASSERT_EQ(host_.Press(1), 1);
+        EXPECT_FALSE(IsMissing(Row("Power (Exact)"))) << pi << ' ' << null << ' ' << n;
+        EXPECT_FALSE(IsMissing(Row("Power (Normal Approximation)")))
+            << pi << ' ' << null << ' ' << n;
+        host_.Press(2);
+      }
+    }
+  }
+  EXPECT_THAT(host_.messages(), IsEmpty());
+}
+
 TEST_F(ResultsDialog, AFailureThatWasToldIsNotToldAgain) {
   OpenParameters(ModeSampleSize, "T1");
   host_.Type(112, "0.011");
