@@ -234,6 +234,29 @@ TEST_F(ChartsTest, KeepASeventhOfAStepAboveAndBelowTheData) {
   EXPECT_EQ(Build(kUnclamped, {1, 2}, {15, 395}).value().yAxis.min, 0);
 }
 
+// Tidy limits stand off from the data, but for those at zero.
+TEST_F(ChartsTest, KeepTheSameMarginAtTheUpperEnds) {
+  const auto xMax = [&](float x) {
+    return Build(kUnclamped, {-0.25F, x}, {1, 2}).value().xAxis.max;
+  };
+  EXPECT_EQ(xMax(-0.0052F), 0);
+  EXPECT_FLOAT_EQ(xMax(-0.0048F), 0.05F);
+  const auto yMax = [&](float y) { return Build(kUnclamped, {1, 2}, {-350, y}).value().yAxis.max; };
+  EXPECT_EQ(yMax(-15), 0);
+  EXPECT_EQ(yMax(-14.8F), 100);
+}
+
+TEST_F(ChartsTest, KeepTheSameMarginAtTheLowerEnds) {
+  const auto xMin = [&](float x) {
+    return Build(kUnclamped, {x, 0.25F}, {1, 2}).value().xAxis.min;
+  };
+  EXPECT_EQ(xMin(0.0052F), 0);
+  EXPECT_FLOAT_EQ(xMin(0.0048F), -0.05F);
+  const auto yMin = [&](float y) { return Build(kUnclamped, {1, 2}, {y, 350}).value().yAxis.min; };
+  EXPECT_EQ(yMin(15), 0);
+  EXPECT_EQ(yMin(14.8F), -100);
+}
+
 TEST_F(ChartsTest, CoarsenAStepTooFineToRead) {
   // The tidy limits are 999999.9 and 1000000.6 with a step of 0.1; the larger, by 100000, becomes
   // the step and moves both.
