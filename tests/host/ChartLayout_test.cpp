@@ -254,6 +254,55 @@ TEST(LayOutChart, ShrinksALongTitleAndThenWrapsIt) {
   ExpectInsidePicture(wrapped);
 }
 
+// The corners of the plot: the upper left, the lower left and the lower right one.
+std::vector<Point> FrameOf(const Chart& chart) {
+  return ItemsOf<PolylineItem>(LayOutChart(chart, {800, 560}), Role::Axis).at(0).points;
+}
+
+TEST(LayOutChart, LeavesAMarginRoundThePlotForWhatIsThere) {
+  Chart chart;
+  const std::vector<Point> bare = FrameOf(chart);
+  EXPECT_DOUBLE_EQ(bare[0].x, 27);
+  EXPECT_DOUBLE_EQ(bare[0].y, 30);
+  EXPECT_DOUBLE_EQ(bare[1].y, 560 - 38);
+  EXPECT_DOUBLE_EQ(bare[2].x, 800 - 28);
+  // A label takes its height and a gap from its own side alone.
+  chart.xLabel = "N";
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[1].y, bare[1].y - 23.5);
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[0].x, bare[0].x);
+  chart.xLabel = "";
+  chart.yLabel = "Power";
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[0].x, bare[0].x + 23.5);
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[1].y, bare[1].y);
+  // Tick texts take the width of the widest, and titles a line each.
+  chart.yLabel = "";
+  chart.yAxis = {0, 100, 50};
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[0].x, bare[0].x + TextWidth("100", 12, false));
+  chart.titles = {"T", "", ""};
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[0].y, bare[0].y + 17 * 1.38);
+  chart.titles = {"T", "T", "T"};
+  EXPECT_DOUBLE_EQ(FrameOf(chart)[0].y, bare[0].y + (17 + 2 * 13.5) * 1.38);
+}
+
+TEST(LayOutChart, KeepsTextsAwayFromTheEdgesOfThePicture) {
+  Chart chart = SampleChart();
+  // Shrunk as far as it goes, the first two words would fit but for the second margin.
+  chart.titles[1] = std::string(44, 'w') + " " + std::string(45, 'w') + " and more of it";
+  chart.xLabel = chart.yLabel = std::string(200, 'n');
+  const DisplayList list = LayOutChart(chart, {800, 560});
+  for (const TextItem& item : ItemsOf<TextItem>(list, Role::Subtitle)) {
+    EXPECT_GE(LeftOf(item), 18) << item.text;
+  }
+  for (const TextItem& item : ItemsOf<TextItem>(list, Role::Label)) {
+    const double half = TextWidth(item.text, item.size, item.bold) / 2;
+    const double middle = item.rotation == 0 ? item.at.x : item.at.y;
+    const double length = item.rotation == 0 ? list.width : list.height;
+    const double blank = std::min(middle, length - middle) - half;
+    EXPECT_GE(blank, 9) << "a label keeps half of the margin";
+    EXPECT_LT(blank, 9 + 20) << "and takes what else there is";
+  }
+}
+
 TEST(LayOutChart, KeepsLongLabelsOnOneLineInsideThePicture) {
   Chart chart = SampleChart();
   chart.yLabel = "Required Sample Size (N) (Fisher z Transform, Refined) and so";
