@@ -39,6 +39,34 @@ TEST(Study, ADeepIndentOpensALineOfItsOwn) {
               ElementsAre("Power of:", "(a) 10% for rows;", "(b) 20% for columns."));
 }
 
+TEST(Study, FourBlanksOpenALineOfTheirOwnAndThreeDoNot) {
+  Study study;
+  study.workbook.items.emplace_back(Report{{"\r\nOne", "   two", "    three", "    "}});
+  EXPECT_THAT(ParagraphsOf(study), ElementsAre("One   two", "three"));
+}
+
+TEST(Study, ALineBreakWithinATextEndsTheParagraph) {
+  Study study;
+  study.workbook.items.emplace_back(Report{{"One\ntwo", "\r\nthree\r\n", "four\n\nfive"}});
+  EXPECT_THAT(ParagraphsOf(study), ElementsAre("One", "two", "three", "four", "five"));
+}
+
+TEST(Study, ABlankOnEitherSideOfAJointIsEnough) {
+  for (const char* blank : {" ", "\t"}) {
+    Study study;
+    study.workbook.items.emplace_back(Report{{std::string("One.") + blank, "Two."}});
+    study.workbook.items.emplace_back(Report{{"One.", blank + std::string("Two.")}});
+    EXPECT_THAT(ParagraphsOf(study), ElementsAre(std::string("One.") + blank + "Two.",
+                                                 std::string("One.") + blank + "Two."));
+  }
+}
+
+TEST(Study, AnEmptyTextAddsNoBlank) {
+  Study study;
+  study.workbook.items.emplace_back(Report{{"", "One.", "", " Two."}});
+  EXPECT_THAT(ParagraphsOf(study), ElementsAre("One. Two."));
+}
+
 TEST(Study, HasAnAnswerWhenOneOfItsAnswersIsThere) {
   Study study;
   EXPECT_FALSE(HasAnswer(study));

@@ -45,6 +45,27 @@ TEST(ExportText, WrapsParagraphsAtTheGivenWidth) {
             ExportText(study, style));
 }
 
+TEST(ExportText, FillsALineToItsLastColumn) {
+  Study study;
+  study.workbook.items.emplace_back(Report{{"twelve chars and eight"}});
+  TextStyle style;
+  style.columns = 22;
+  EXPECT_EQ("twelve chars and eight\n", ExportText(study, style));
+  style.columns = 21;
+  EXPECT_EQ("twelve chars and\neight\n", ExportText(study, style));
+}
+
+TEST(ExportText, WrapsAtTwentyColumnsAtTheNarrowest) {
+  Study study;
+  study.workbook.items.emplace_back(Report{{"Twenty columns wide.", "\r\nTwenty-one is too far"}});
+  for (const int columns : {20, 19, 1, 0, -5}) {
+    TextStyle style;
+    style.columns = columns;
+    EXPECT_EQ("Twenty columns wide.\n\nTwenty-one is too\nfar\n", ExportText(study, style))
+        << columns;
+  }
+}
+
 TEST(ExportText, MeasuresCharactersAndNotBytes) {
   EXPECT_EQ(4U, TextLength("P\u00B2 \u2265"));
   Study study;
