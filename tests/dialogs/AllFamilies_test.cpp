@@ -1,5 +1,6 @@
 #include <set>
 
+#include "dialogs/Controls.h"
 #include "dialogs/DialogFactory.h"
 #include "dialogs/FamilyDialogs.h"
 #include "dialogs/FamilyRun.h"
@@ -196,6 +197,37 @@ TEST_F(AllFamilies, CalculateSendsATableAndAReportForTheBuiltInValues) {
     EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
     Leave();
   }
+}
+
+// Its noncentrality is far beyond what the recursion of the noncentral t distribution bears.
+TEST_F(AllFamilies, AnEffectBeyondAllReachHasAPowerOfOne) {
+  struct Case {
+    const char* family;
+    std::vector<std::pair<const char*, const char*>> typed;
+  };
+  const Case cases[] = {
+      {"T1", {{"Mu", "1e30"}, {"Sigma", "1e-9"}}},
+      {"T1", {{"Mu", "-1e30"}, {"Sigma", "1e-9"}}},
+      {"T2", {{"Mu1", "1e30"}, {"Sigma", "1e-9"}}},
+      {"T3", {{"Mu1", "1e30"}, {"Sigma1", "1e-9"}, {"Sigma2", "1e-9"}}},
+      {"PC", {{"StandardizedEffect", "1e30"}, {"SumOfSquaredWeights", "1e-300"}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.family);
+    std::vector<std::pair<int, std::string>> typed;
+    for (const auto& [field, value] : c.typed) {
+      typed.emplace_back(ControlOfField(field), value);
+    }
+    OpenResultsWith(ModePower, c.family, typed);
+    ASSERT_EQ(host_.Press(ControlAccept), 1);
+    EXPECT_EQ(Row("Power"), 1);
+    Leave();
+    OpenResultsWith(ModeSampleSize, c.family, typed);
+    ASSERT_EQ(host_.Press(ControlAccept), 1);
+    EXPECT_LE(LastTable().rows.back().values.front(), 3);
+    Leave();
+  }
+  EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "dialogs/Controls.h"
 #include "dialogs/FamilyRun.h"
 #include "distributions/NoncentralF.h"
 #include "distributions/NoncentralT.h"
@@ -846,6 +847,16 @@ TEST_F(TwoWayAnova, ACancelledPlotEndsTheOthersToo) {
   EXPECT_EQ(host_.Press(203), 0);
   EXPECT_THAT(Items<Chart>(), IsEmpty());
   EXPECT_FALSE(host_.IsProgressBarOpen());
+}
+
+// Of the two computations of this power, which is 1, the exact one fails.
+TEST_F(OneWayAnova, SeeksASizeByTikusApproximationWhereTheExactPowerFails) {
+  const std::vector<std::pair<int, std::string>> design = {{ControlOfField("NumberOfGroups"), "3"},
+                                                           {ControlOfField("RMSSE"), "320"},
+                                                           {ControlOfField("Alpha"), "0.0001"}};
+  OpenResultsWith(ModeSampleSize, "AV1", design);
+  ASSERT_EQ(host_.Press(ControlAccept), 1);
+  EXPECT_EQ(RowValues().back(), "2");
 }
 
 }  // namespace
