@@ -2,7 +2,6 @@
 
 #include "dialogs/Controls.h"
 #include "dialogs/DialogFactory.h"
-#include "dialogs/FamilyDialogs.h"
 #include "dialogs/FamilyRun.h"
 #include "frame/FormatText.h"
 
@@ -11,18 +10,6 @@ namespace poweranalysis {
 namespace {
 
 class AllFamilies : public FamilyRun {};
-
-std::vector<const ResultsDialogTable*> AllResultsDialogs() {
-  std::vector<const ResultsDialogTable*> all;
-  for (const FamilyDialogs& dialogs :
-       {TTestDialogs(), AnovaDialogs(), VarianceDialogs(), CorrelationDialogs(),
-        ProportionDialogs(), SurvivalDialogs(), ModelFitDialogs()}) {
-    for (const ResultsDialogTable& table : dialogs.results) {
-      all.push_back(&table);
-    }
-  }
-  return all;
-}
 
 // Does what fills the slot fit the conversion?
 void ExpectSlotFits(const FamilyTable& family, const Slot& slot, char conversion) {

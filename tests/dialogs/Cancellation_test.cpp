@@ -1,6 +1,5 @@
 #include <utility>
 
-#include "dialogs/FamilyDialogs.h"
 #include "dialogs/FamilyRun.h"
 
 // A break ends the command that it came in; the commands after it know nothing of it.
@@ -19,18 +18,6 @@ struct Given {
 
 class Cancellation : public FamilyRun {
  protected:
-  static std::vector<const ResultsDialogTable*> AllResultsDialogs() {
-    std::vector<const ResultsDialogTable*> all;
-    for (const FamilyDialogs& dialogs :
-         {TTestDialogs(), AnovaDialogs(), VarianceDialogs(), CorrelationDialogs(),
-          ProportionDialogs(), SurvivalDialogs(), ModelFitDialogs()}) {
-      for (const ResultsDialogTable& table : dialogs.results) {
-        all.push_back(&table);
-      }
-    }
-    return all;
-  }
-
   // One click on Cancel, seen by the next poll and by no later one.
   void CancelOnce() {
     host_.cancelled = [first = true]() mutable { return std::exchange(first, false); };

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "dialogs/DialogRun.h"
+#include "dialogs/FamilyDialogs.h"
 #include "dialogs/ResultsDialog.h"
 
 // What the tests of the families' dialogs share: tables, reports and charts as they are read.
@@ -18,6 +19,19 @@ inline std::string Shown(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.6g", value);
   return text;
+}
+
+// The results dialogs of all families.
+inline std::vector<const ResultsDialogTable*> AllResultsDialogs() {
+  std::vector<const ResultsDialogTable*> all;
+  for (const FamilyDialogs& dialogs :
+       {TTestDialogs(), AnovaDialogs(), VarianceDialogs(), CorrelationDialogs(),
+        ProportionDialogs(), SurvivalDialogs(), ModelFitDialogs()}) {
+    for (const ResultsDialogTable& table : dialogs.results) {
+      all.push_back(&table);
+    }
+  }
+  return all;
 }
 
 // What a chart button draws, for the built-in values of a family.
