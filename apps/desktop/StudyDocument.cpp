@@ -96,7 +96,7 @@ QString TableHtml(const SummaryTable& table, int digits) {
   }
   html += QStringLiteral("<table cellpadding=\"3\" cellspacing=\"0\"><tr><th></th>");
   for (const std::string& column : table.columns) {
-    html += QStringLiteral("<th align=\"right\">%1</th>").arg(Escaped(column));
+    html += QStringLiteral("<th align=\"right\">%1</th>").arg(Escaped(ColumnTitleLine(column)));
   }
   html += QStringLiteral("</tr>");
   for (const TableRow& row : table.rows) {

@@ -38,7 +38,7 @@ std::string Line(const std::string& first, const std::string& second) {
 std::string CsvOf(const SummaryTable& table) {
   std::string text = "Title";
   for (const std::string& column : table.columns) {
-    text += fmt::format(",{}", Quoted(column));
+    text += fmt::format(",{}", Quoted(ColumnTitleLine(column)));
   }
   text += "\n";
   for (const TableRow& row : table.rows) {

@@ -69,6 +69,13 @@ std::string HtmlBodyOf(const Study& study);
 std::string CsvOf(const SummaryTable& table);
 std::string CsvOf(const Chart& chart);
 
+// --- Cell means.
+
+// Whether a table is one of cell means, as the grids show them.
+bool IsCellMeans(const SummaryTable& table);
+// Such a table as the sheet that the grids open, see host/Sheet; empty for any other.
+std::string ZlvOf(const SummaryTable& table);
+
 // --- The fields of a family, for `describe`.
 
 struct FieldDescription {

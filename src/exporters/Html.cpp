@@ -68,7 +68,7 @@ std::string HtmlOf(const SummaryTable& table) {
   std::string text = fmt::format("<table>\n<caption>{}</caption>\n<thead><tr><th></th>",
                                  Joined(table.headings, "<br>"));
   for (const std::string& column : table.columns) {
-    text += fmt::format("<th scope=\"col\">{}</th>", Escaped(column));
+    text += fmt::format("<th scope=\"col\">{}</th>", Escaped(ColumnTitleLine(column)));
   }
   text += "</tr></thead>\n<tbody>\n";
   for (const TableRow& row : table.rows) {

@@ -39,7 +39,7 @@ std::string MarkdownOf(const SummaryTable& table) {
   }
   text += "\n|   |";
   for (const std::string& column : table.columns) {
-    text += fmt::format(" {} |", Escaped(column));
+    text += fmt::format(" {} |", Escaped(ColumnTitleLine(column)));
   }
   text += "\n|:--|";
   for (std::size_t i = 0; i < table.columns.size(); ++i) {

@@ -1,6 +1,7 @@
 #include "exporters/Study.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace poweranalysis {
 
@@ -106,6 +107,15 @@ std::string ShownMessage(const Message& message) {
 
 std::string ShownTitle(const TableRow& row) {
   return row.title == kSeparator ? std::string() : row.title;
+}
+
+std::string ColumnTitleLine(const std::string& title) {
+  std::string line;
+  std::istringstream words(title);
+  for (std::string word; words >> word;) {
+    line += (line.empty() ? "" : " ") + word;
+  }
+  return line;
 }
 
 bool HasAnswer(const Study& study) {

@@ -35,6 +35,8 @@ std::string ShownMessage(const Message& message);
 
 // The title of a row as it shows: a separator row has none.
 std::string ShownTitle(const TableRow& row);
+// The title of a column on one line.
+std::string ColumnTitleLine(const std::string& title);
 
 // Whether one of the numbers that were asked for is there.
 bool HasAnswer(const Study& study);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <sstream>
 
 #include "exporters/Exporters.h"
 #include "host/NumberText.h"
@@ -22,7 +23,18 @@ AlignedNumber SplitAtPoint(const std::string& text) {
   return {text.substr(0, point), text.substr(point)};
 }
 
+// The lines of a column's title.
+std::vector<std::string> LinesOf(const std::string& title) {
+  std::vector<std::string> lines;
+  std::istringstream rest(title);
+  for (std::string line; std::getline(rest, line);) {
+    lines.push_back(line);
+  }
+  return lines;
+}
+
 struct Column {
+  std::vector<std::string> titles;
   std::vector<AlignedNumber> cells;
   std::size_t whole = 0;
   std::size_t rest = 0;
@@ -39,8 +51,9 @@ Column MakeColumn(const SummaryTable& table, std::size_t index) {
     column.whole = std::max(column.whole, column.cells.back().whole.size());
     column.rest = std::max(column.rest, column.cells.back().rest.size());
   }
-  if (index < table.columns.size()) {
-    const std::size_t title = TextLength(table.columns[index]);
+  column.titles = LinesOf(table.columns[index]);
+  for (const std::string& line : column.titles) {
+    const std::size_t title = TextLength(line);
     column.whole += title > column.width() ? title - column.width() : 0;
   }
   return column;
@@ -67,12 +80,20 @@ void WriteRows(const SummaryTable& table, std::string& text) {
     titles = std::max(titles, TextLength(ShownTitle(row)) + static_cast<std::size_t>(row.indent));
   }
   std::vector<Column> columns;
-  std::string line = Blanks(titles);
+  std::size_t titleLines = 1;
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     columns.push_back(MakeColumn(table, i));
-    line += Blanks(kGap + columns[i].width() - TextLength(table.columns[i])) + table.columns[i];
+    titleLines = std::max(titleLines, columns[i].titles.size());
   }
-  EndLine(text, line);
+  std::string line;
+  for (std::size_t l = 0; l < titleLines; ++l) {
+    line = Blanks(titles);
+    for (const Column& column : columns) {
+      const std::string title = l < column.titles.size() ? column.titles[l] : "";
+      line += Blanks(kGap + column.width() - TextLength(title)) + title;
+    }
+    EndLine(text, line);
+  }
   for (std::size_t r = 0; r < table.rows.size(); ++r) {
     const TableRow& row = table.rows[r];
     line = Blanks(static_cast<std::size_t>(row.indent)) + ShownTitle(row);

@@ -29,7 +29,7 @@ struct TableRow {
 struct SummaryTable {
   int code = 0;  // test family and mode, see output/SummaryTables
   std::vector<std::string> headings;
-  std::vector<std::string> columns;
+  std::vector<std::string> columns;  // titles; a line feed parts the lines of one
   std::vector<TableRow> rows;
 
   // Layout hints of the table operation, in characters.

@@ -203,7 +203,7 @@ void AddItem(const SummaryTable& table, Document& document) {
   }
   std::string titles;
   for (const std::string& column : table.columns) {
-    titles += TextCell(Paragraph("Column", column));
+    titles += TextCell(Paragraph("Column", ColumnTitleLine(column)));
   }
   lines += Element("table:table-header-rows", "",
                    TableLine("<table:table-cell/>", titles, columns - table.columns.size()));

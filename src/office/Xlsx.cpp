@@ -469,7 +469,7 @@ class Sheet {
     for (std::size_t i = 0; i < titles.size(); ++i) {
       const double width = first + i == 0 ? kTitleWidth : kValueWidth;
       lines = std::max(lines, LinesOf(titles[i], static_cast<std::size_t>(width)));
-      Text(Column(first + i), titles[i], book_.column);
+      Text(Column(first + i), ColumnTitleLine(titles[i]), book_.column);
     }
     book_.Check(worksheet_set_row(sheet_, row_, kLineHeight * static_cast<double>(lines), nullptr));
     ++row_;

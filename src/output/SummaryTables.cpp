@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
+
+#include "output/GridTables.h"
 
 namespace poweranalysis {
 
@@ -52,13 +55,13 @@ SummaryTable TableFrame(const TableDefinition& definition, PowerSettings& params
 }
 
 // The widths follow all titles, also those of rows that have got no value.
-void FillRows(SummaryTable& table, std::span<const ShownRow> rows, std::span<const double> cells) {
+void FillTitles(SummaryTable& table, const std::vector<ShownRow>& rows) {
   constexpr int kSpace = 2;
   table.rowTitleWidth = MeasureTitles(rows);
   table.rowDisplayWidth = table.rowTitleWidth + kSpace;
   table.columnDisplayWidth = table.cellWidth + kSpace;
-  for (std::size_t row = 0; row < cells.size(); ++row) {
-    table.rows.push_back({RowTitle(rows[row].title), rows[row].indent, {cells[row]}});
+  for (const ShownRow& row : rows) {
+    table.rows.push_back({RowTitle(row.title), row.indent, {}});
   }
 }
 
@@ -140,29 +143,54 @@ void MarkRows(SummaryTable& table) {
   }
 }
 
+namespace {
+
+// The frame of a code, with a row for each title; nothing for an unknown code.
+std::optional<SummaryTable> EmptyTable(int code, PowerSettings& params) {
+  if (std::optional<SummaryTable> grid = GridTable(code, params)) {
+    return grid;
+  }
+  const TableDefinition* definition = FindTableDefinition(code);
+  if (definition == nullptr) {
+    return std::nullopt;
+  }
+  SummaryTable table = TableFrame(*definition, params);
+  FillTitles(table, ShownRows(*definition, params));
+  return table;
+}
+
+// Puts the values into the rows, as many as each row has columns, until they end. Rows that get none
+// are not shown.
+void FillCells(SummaryTable& table, std::span<const double> cells) {
+  const std::size_t columns = table.columns.size();
+  table.rows.resize(std::min(table.rows.size(), cells.size() / columns));
+  for (TableRow& row : table.rows) {
+    row.values.assign(cells.begin(), cells.begin() + static_cast<std::ptrdiff_t>(columns));
+    cells = cells.subspan(columns);
+  }
+}
+
+}  // namespace
+
 void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerSettings& params) {
   Host* host = ModuleHost();
-  const TableDefinition* definition = FindTableDefinition(code);
-  if (host == nullptr || definition == nullptr) {
+  std::optional<SummaryTable> table = host == nullptr ? std::nullopt : EmptyTable(code, params);
+  if (!table) {
     return;
   }
-  const std::vector<ShownRow> rows = ShownRows(*definition, params);
-  const std::size_t shown = std::min(rows.size(), values.size());
-  std::replace(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(shown),
-               Computed::kFailed, MissingValue());
+  const std::size_t shown = std::min(table->rows.size() * table->columns.size(), values.size());
+  const auto end = values.begin() + static_cast<std::ptrdiff_t>(shown);
+  std::replace(values.begin(), end, Computed::kFailed, MissingValue());
   // The sheet's own copy of the cells.
   HostArray<double> cells(*host, shown);
   if (!cells) {
     return;
   }
   // A negative zero is a zero like the other.
-  std::transform(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(shown), cells.data(),
-                 [](double value) { return value + 0.0; });
-
-  SummaryTable table = TableFrame(*definition, params);
-  FillRows(table, rows, {cells.data(), shown});
-  MarkRows(table);
-  const int sheet = SetTableOptions(*host, std::move(table));
+  std::transform(values.begin(), end, cells.data(), [](double value) { return value + 0.0; });
+  FillCells(*table, {cells.data(), shown});
+  MarkRows(*table);
+  const int sheet = SetTableOptions(*host, std::move(*table));
   if (sheetSlot != nullptr) {
     *sheetSlot = sheet;
   }
