@@ -54,14 +54,6 @@ std::string Export(const Study& study, ExportFormat format, const TextStyle& sty
   }
 }
 
-std::size_t TextLength(std::string_view utf8) {
-  return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
-    constexpr unsigned kMask = 0xC0;
-    constexpr unsigned kContinuation = 0x80;
-    return (static_cast<unsigned char>(c) & kMask) != kContinuation;
-  }));
-}
-
 double ShortestDouble(float value) {
   constexpr std::size_t kBuffer = 32;
   std::array<char, kBuffer> text{};

@@ -108,9 +108,6 @@ std::string DescribeJson(const FamilyDescription& family);
 
 // --- Shared by the exporters.
 
-// Characters of a UTF-8 text.
-std::size_t TextLength(std::string_view utf8);
-
 // The data of a chart are single precision. This is the double of the shortest decimal number that
 // reads back as the single: 0.3 and not 0.30000001192092896, digits that the plot never knew.
 double ShortestDouble(float value);

@@ -1,10 +1,12 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "exporters/Exporters.h"
 #include "host/NumberText.h"
 #include "host/SvgPainter.h"
+#include "host/XmlText.h"
 
 namespace poweranalysis {
 
@@ -20,29 +22,10 @@ constexpr const char* kStyle =
     "tr.answer th, tr.answer td { font-weight: bold; }\n"
     "svg { max-width: 100%; height: auto; }\n";
 
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      case '\r':
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
+// Texts end their lines as \r\n.
+std::string Escaped(std::string text) {
+  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+  return MarksEscaped(text);
 }
 
 std::string Joined(const std::vector<std::string>& lines, const char* separator) {

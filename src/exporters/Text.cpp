@@ -4,6 +4,7 @@
 #include "exporters/Exporters.h"
 #include "host/NumberText.h"
 #include "host/TerminalPainter.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -53,7 +54,7 @@ Column MakeColumn(const SummaryTable& table, std::size_t index) {
   }
   column.titles = LinesOf(table.columns[index]);
   for (const std::string& line : column.titles) {
-    const std::size_t title = TextLength(line);
+    const std::size_t title = CountCharacters(line);
     column.whole += title > column.width() ? title - column.width() : 0;
   }
   return column;
@@ -77,7 +78,8 @@ void WriteRows(const SummaryTable& table, std::string& text) {
   constexpr std::size_t kGap = 2;
   std::size_t titles = 0;
   for (const TableRow& row : table.rows) {
-    titles = std::max(titles, TextLength(ShownTitle(row)) + static_cast<std::size_t>(row.indent));
+    titles =
+        std::max(titles, CountCharacters(ShownTitle(row)) + static_cast<std::size_t>(row.indent));
   }
   std::vector<Column> columns;
   std::size_t titleLines = 1;
@@ -90,14 +92,14 @@ void WriteRows(const SummaryTable& table, std::string& text) {
     line = Blanks(titles);
     for (const Column& column : columns) {
       const std::string title = l < column.titles.size() ? column.titles[l] : "";
-      line += Blanks(kGap + column.width() - TextLength(title)) + title;
+      line += Blanks(kGap + column.width() - CountCharacters(title)) + title;
     }
     EndLine(text, line);
   }
   for (std::size_t r = 0; r < table.rows.size(); ++r) {
     const TableRow& row = table.rows[r];
     line = Blanks(static_cast<std::size_t>(row.indent)) + ShownTitle(row);
-    line += Blanks(titles - TextLength(line));
+    line += Blanks(titles - CountCharacters(line));
     for (const Column& column : columns) {
       const AlignedNumber& cell = column.cells[r];
       line += Blanks(kGap + column.whole - cell.whole.size()) + cell.whole + cell.rest +
@@ -118,7 +120,7 @@ void WriteWrapped(const std::string& paragraph, std::size_t columns, std::string
     if (word.empty()) {
       continue;
     }
-    if (!line.empty() && TextLength(line) + 1 + TextLength(word) > columns) {
+    if (!line.empty() && CountCharacters(line) + 1 + CountCharacters(word) > columns) {
       text += line + "\n";
       line.clear();
     }

@@ -1,9 +1,10 @@
 #include "frame/TaskCatalogue.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <vector>
+
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -356,13 +357,6 @@ constexpr std::array<Enumerator, ModeCount> kAnalysisItems = {{
     {kModes[2].enumerator, 2},
     {kModes[3].enumerator, 3},
 }};
-
-bool SameInAnyCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) ==
-           std::tolower(static_cast<unsigned char>(y));
-  });
-}
 
 const TaskRow* FindRow(int mode, int row) {
   // The mode is tested first, and a negative row (an empty list selection) is out of range.

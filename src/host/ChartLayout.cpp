@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "host/NumberText.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -201,13 +202,11 @@ void AddSegment(Point from, Point to, std::vector<std::vector<Point>>& pieces) {
 double TextWidth(std::string_view utf8, double size, bool bold) {
   const auto& widths = bold ? kBoldWidths : kRegularWidths;
   int thousandths = 0;
-  for (const char character : utf8) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte >= ' ' && byte <= '~') {
-      thousandths += widths[static_cast<std::size_t>(byte - ' ')];
-    } else if ((byte & 0xC0U) != 0x80U) {
-      thousandths += kOtherWidth;
-    }
+  while (!utf8.empty()) {
+    const auto first = static_cast<unsigned char>(utf8.front());
+    const bool isAscii = first >= ' ' && first <= '~';
+    thousandths += isAscii ? widths[static_cast<std::size_t>(first - ' ')] : kOtherWidth;
+    utf8.remove_prefix(FirstCharacter(utf8).size());
   }
   return thousandths * size / 1000;
 }

@@ -4,39 +4,11 @@
 #include <string_view>
 
 #include "host/NumberText.h"
-#include "host/Utf8.h"
+#include "host/XmlText.h"
 
 namespace poweranalysis {
 
 namespace {
-
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
-// Text for XML. What XML cannot hold (control characters, broken UTF-8) becomes U+FFFD.
-std::string Escaped(std::string_view text) {
-  std::string out;
-  while (!text.empty()) {
-    const std::size_t length = Utf8Length(text);
-    const std::string_view character = text.substr(0, length == 0 ? 1 : length);
-    text.remove_prefix(character.size());
-    const char first = character.front();
-    if (length == 0 || (static_cast<unsigned char>(first) < 0x20U && first != '\t') ||
-        character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") {
-      out += kReplacement;
-    } else if (first == '&') {
-      out += "&amp;";
-    } else if (first == '<') {
-      out += "&lt;";
-    } else if (first == '>') {
-      out += "&gt;";
-    } else if (first == '"') {
-      out += "&quot;";
-    } else {
-      out += character;
-    }
-  }
-  return out;
-}
 
 std::string Number(double value) {
   constexpr int kDecimals = 2;
@@ -112,7 +84,7 @@ struct Painter {
              Number(text.at.y) + ")\"";
     }
     svg += '>';
-    svg += Escaped(text.text) + "</text>\n";
+    svg += XmlEscaped(text.text) + "</text>\n";
   }
 };
 
@@ -128,7 +100,8 @@ std::string PaintSvgElement(const DisplayList& list, const ChartTheme& theme) {
                 Attribute("width", list.width) + Attribute("height", list.height) +
                 " viewBox=\"0 0 " + Number(list.width) + " " + Number(list.height) +
                 "\" font-family=\"'DejaVu Sans', Verdana, Arial, sans-serif\">\n<title>" +
-                Escaped(list.title) + "</title>\n<desc>" + Escaped(list.description) + "</desc>\n";
+                XmlEscaped(list.title) + "</title>\n<desc>" + XmlEscaped(list.description) +
+                "</desc>\n";
   for (const DisplayItem& item : list.items) {
     std::visit(painter, item);
   }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/ChartLayout.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -34,19 +35,12 @@ struct Spelling {
 constexpr std::array<Spelling, 6> kSpellings = {
     {{"²", "^2"}, {"−", "-"}, {"≤", "<="}, {"≥", ">="}, {"≠", "<>"}, {"μ", "mu"}}};
 
-std::size_t BytesOf(unsigned char first) {
-  if (first < 0xC0U) {
-    return 1;
-  }
-  return first < 0xE0U ? 2 : (first < 0xF0U ? 3 : 4);
-}
-
-// The characters of an UTF-8 text; control characters, which would move the cursor, become blanks.
+// The characters of a UTF-8 text; control characters, which would move the cursor, become blanks.
 std::vector<std::string> Characters(const std::string& text) {
   std::vector<std::string> characters;
-  for (std::size_t i = 0; i < text.size();) {
-    std::string character = text.substr(i, BytesOf(static_cast<unsigned char>(text[i])));
-    i += character.size();
+  for (std::string_view rest = text; !rest.empty();) {
+    std::string character(FirstCharacter(rest));
+    rest.remove_prefix(character.size());
     const auto first = static_cast<unsigned char>(character.front());
     const bool control = first < 0x20U || first == 0x7FU ||
                          (first == 0xC2U && character.size() == 2 &&

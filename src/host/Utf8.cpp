@@ -1,5 +1,7 @@
 #include "host/Utf8.h"
 
+#include <algorithm>
+
 namespace poweranalysis {
 
 std::size_t Utf8Length(std::string_view text) {
@@ -27,6 +29,19 @@ std::size_t Utf8Length(std::string_view text) {
   return 0;
 }
 
+std::string_view FirstCharacter(std::string_view text) {
+  const std::size_t length = Utf8Length(text);
+  return text.substr(0, length == 0 ? 1 : length);
+}
+
+std::size_t CountCharacters(std::string_view text) {
+  std::size_t count = 0;
+  for (; !text.empty(); text.remove_prefix(FirstCharacter(text).size())) {
+    ++count;
+  }
+  return count;
+}
+
 std::string Excerpt(std::string_view text, std::size_t longest) {
   constexpr unsigned char kDelete = 0x7F;
   std::string out;
@@ -38,6 +53,14 @@ std::string Excerpt(std::string_view text, std::size_t longest) {
     text.remove_prefix(length == 0 ? 1 : length);
   }
   return text.empty() ? out : out + "...";
+}
+
+bool SameInAnyCase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [lower](char x, char y) { return lower(x) == lower(y); });
 }
 
 }  // namespace poweranalysis

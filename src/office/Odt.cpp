@@ -6,7 +6,7 @@
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
 #include "host/SvgPainter.h"
-#include "office/XmlText.h"
+#include "host/XmlText.h"
 #include "office/Zip.h"
 
 // Source: OASIS, Open Document Format for Office Applications (OpenDocument) Version 1.3, parts 2

@@ -11,14 +11,15 @@
 #include <ctime>
 #include <filesystem>
 #include <map>
-#include <set>
 #include <system_error>
+#include <vector>
 
 #include "exporters/Exporters.h"
 #include "host/AtomicFile.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
-#include "office/XmlText.h"
+#include "host/Utf8.h"
+#include "host/XmlText.h"
 #include "office/Zip.h"
 
 namespace poweranalysis {
@@ -72,30 +73,28 @@ class PrivateFolder {
 // --- Names of sheets: at most 31 characters, none of []:*?/\, no apostrophe at an end, none that
 // another sheet has in any case, and not "History".
 
-std::string LowerCase(std::string text) {
-  for (char& c : text) {
-    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  }
-  return text;
-}
-
 // The first `most` UTF-16 units of it, which is how the format counts.
 std::string Shortened(const std::string& text, std::size_t most) {
   std::size_t units = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if ((byte & 0xC0U) == 0x80U) {
-      continue;
-    }
-    units += byte >= 0xF0U ? 2 : 1;
+  std::size_t end = 0;
+  while (end < text.size()) {
+    constexpr std::size_t kPairOfUnits = 4;  // bytes of a character that takes two
+    const std::size_t length = FirstCharacter(std::string_view(text).substr(end)).size();
+    units += length == kPairOfUnits ? 2 : 1;
     if (units > most) {
-      return text.substr(0, i);
+      break;
     }
+    end += length;
   }
-  return text;
+  return text.substr(0, end);
 }
 
-std::string SheetName(const std::string& wish, std::set<std::string>& taken) {
+bool Holds(const std::vector<std::string>& names, std::string_view name) {
+  return std::any_of(names.begin(), names.end(),
+                     [name](const std::string& other) { return SameInAnyCase(name, other); });
+}
+
+std::string SheetName(const std::string& wish, std::vector<std::string>& taken) {
   std::string name = XmlCharacters(wish);
   for (char& c : name) {
     const bool forbidden = std::string_view("[]:*?/\\").find(c) != std::string_view::npos;
@@ -109,8 +108,8 @@ std::string SheetName(const std::string& wish, std::set<std::string>& taken) {
   std::string shown = Shortened(name, kMostUnits);
   for (int number = 2;; ++number) {
     shown.erase(shown.find_last_not_of(kTrimmed) + 1);
-    const std::string key = LowerCase(shown);
-    if (key != "history" && taken.insert(key).second) {
+    if (!SameInAnyCase(shown, "history") && !Holds(taken, shown)) {
+      taken.push_back(shown);
       return shown;
     }
     shown = Shortened(name, kMostUnits - kRoomForNumber);
@@ -158,7 +157,7 @@ struct Book {
   lxw_format* paragraph = nullptr;
   std::map<std::pair<int, bool>, lxw_format*> indents;  // by step and boldness
   std::vector<ExactValues> exact;                       // by sheet
-  std::set<std::string> names;
+  std::vector<std::string> names;
   lxw_error error = LXW_NO_ERROR;
 
   void Check(lxw_error result) {
@@ -322,7 +321,7 @@ class Sheet {
     constexpr std::size_t kCharacters = 130;
     constexpr double kMostHeight = 409;
     const auto breaks = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    const std::size_t lines = 1 + breaks + TextLength(text) / kCharacters;
+    const std::size_t lines = 1 + breaks + CountCharacters(text) / kCharacters;
     book_.Check(worksheet_merge_range(sheet_, row_, 0, row_, kLastColumn, "", book_.paragraph));
     book_.Check(worksheet_set_row(
         sheet_, row_, std::min(kLineHeight * static_cast<double>(lines), kMostHeight), nullptr));
@@ -477,7 +476,7 @@ class Sheet {
 
   static std::size_t LinesOf(const std::string& text, std::size_t characters) {
     const auto fits = [characters](const std::string& line) {
-      return TextLength(line) <= characters;
+      return CountCharacters(line) <= characters;
     };
     return std::max<std::size_t>(1, WrapText(text, fits).size());
   }

@@ -11,6 +11,7 @@
 #include "frame/Services.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -334,11 +335,8 @@ std::string TickLabel(float position, int decimals) {
 // The first `characters` of an UTF-8 text, without the blanks and NULs at its end.
 std::string FixedField(const std::string& text, int characters) {
   std::size_t end = 0;
-  for (int taken = 0; end < text.size(); ++end) {
-    const bool continues = (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U;
-    if (!continues && taken++ == characters) {
-      break;
-    }
+  for (int taken = 0; taken < characters && end < text.size(); ++taken) {
+    end += FirstCharacter(std::string_view(text).substr(end)).size();
   }
   std::string field = text.substr(0, end);
   while (!field.empty() && (field.back() == ' ' || field.back() == '\0')) {

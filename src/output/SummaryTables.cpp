@@ -6,16 +6,13 @@
 
 #include "output/GridTables.h"
 
+#include "host/Utf8.h"
+
 namespace poweranalysis {
 
 namespace {
 
-int CountCharacters(std::string_view text) {
-  // Continuation bytes of UTF-8 do not count.
-  return static_cast<int>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
-}
+int WidthOf(std::string_view text) { return static_cast<int>(CountCharacters(text)); }
 
 // The first line over a table: what was calculated.
 TextId ModeHeading(int mode) {
@@ -44,7 +41,7 @@ SummaryTable TableFrame(const TableDefinition& definition, PowerSettings& params
   table.code = definition.code;
   table.headings = LoadTexts(TableHeadings(definition, params));
   for (const std::string& heading : table.headings) {
-    table.headingWidth = std::max(table.headingWidth, CountCharacters(heading));
+    table.headingWidth = std::max(table.headingWidth, WidthOf(heading));
   }
   table.columns = {LoadText(text::Value)};
   table.columnTitleIndent = definition.value.indent;
@@ -110,7 +107,7 @@ std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& par
 int MeasureTitles(std::span<const ShownRow> rows) {
   int widest = 0;
   for (const ShownRow& row : rows) {
-    widest = std::max(widest, CountCharacters(RowTitle(row.title)) + row.indent);
+    widest = std::max(widest, WidthOf(RowTitle(row.title)) + row.indent);
   }
   return widest;
 }

@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
 #include <iterator>
 #include <limits>
 
+#include "host/Utf8.h"
 #include "settings/PowerSettings.h"
 
 namespace poweranalysis {
@@ -126,13 +126,6 @@ constexpr FamilyTable kFamilies[] = {
     POWERANALYSIS_FAMILIES(POWERANALYSIS_FAMILY_ROW)
 #undef POWERANALYSIS_FAMILY_ROW
 };
-
-bool SameInAnyCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) ==
-           std::tolower(static_cast<unsigned char>(y));
-  });
-}
 
 }  // namespace
 

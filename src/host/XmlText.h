@@ -9,7 +9,10 @@ namespace poweranalysis {
 // breaks, the two last characters of the basic plane, and bytes that are not UTF-8.
 std::string XmlCharacters(std::string_view text);
 
-// The same, with the marks of XML written as references.
+// The text with the marks of XML and HTML written as references.
+std::string MarksEscaped(std::string_view text);
+
+// Both: any text, fit to be an attribute or content of XML.
 std::string XmlEscaped(std::string_view text);
 
 }  // namespace poweranalysis
