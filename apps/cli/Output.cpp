@@ -6,10 +6,8 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 
 #include "host/AtomicFile.h"
@@ -59,13 +57,6 @@ std::string WriteInPlace(const std::string& path, std::string_view bytes) {
                                                                               : Reason();
 }
 
-// The file that a path leads to through symbolic links; the path itself when there is none yet.
-std::string Resolved(const std::string& path) {
-  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr),
-                                                         &std::free);
-  return real == nullptr ? path : std::string(real.get());
-}
-
 // Where a file that is not there yet will stand: its folder without links, and its name. A link
 // that leads nowhere yet is followed as it will be in writing.
 std::string NewFile(std::string path) {
@@ -77,47 +68,15 @@ std::string NewFile(std::string path) {
       .string();
 }
 
-mode_t NewFileMode() {
-  constexpr mode_t kReadWriteForAll = 0666;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return kReadWriteForAll & ~mask;
-}
-
-std::string Replace(const std::string& path, mode_t mode, std::string_view bytes) {
-  std::string temporary = path + ".XXXXXX";
-  Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-  if (file.number() < 0) {
-    return Reason();
-  }
-  const bool good = WriteAll(file.number(), bytes) && ::fchmod(file.number(), mode) == 0 &&
-                    ::fsync(file.number()) == 0 && file.Close() &&
-                    ::rename(temporary.c_str(), path.c_str()) == 0;
-  std::string reason = good ? std::string() : Reason();
-  if (!good) {
-    ::unlink(temporary.c_str());
-  }
-  return reason;
-}
-
 }  // namespace
 
 std::string WriteFile(const std::string& path, std::string_view bytes) {
-  constexpr mode_t kPermissions = 07777;
   struct stat status {};
-  const bool exists = ::stat(path.c_str(), &status) == 0;
-  if (exists && S_ISDIR(status.st_mode)) {
-    errno = EISDIR;
-    return Reason();
-  }
-  if (exists && !S_ISREG(status.st_mode)) {
+  if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
     return WriteInPlace(path, bytes);
   }
-  // Replacing a file only needs the right to write in its folder; a file that is protected stays.
-  if (exists && ::access(path.c_str(), W_OK) != 0) {
-    return Reason();
-  }
-  return Replace(Resolved(path), exists ? status.st_mode & kPermissions : NewFileMode(), bytes);
+  const int error = ReplaceFile(path, bytes);
+  return error == 0 ? std::string() : std::strerror(error);
 }
 
 std::string WriteStandardOutput(std::string_view bytes) {

@@ -1,17 +1,18 @@
 #include "desktop/StudyExport.h"
 
 #include <QBuffer>
+#include <QFile>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 
 #include "desktop/ChartPainter.h"
 #include "desktop/Strings.h"
 #include "desktop/StudyDocument.h"
 #include "desktop/WorkbookIo.h"
 #include "exporters/Exporters.h"
+#include "host/AtomicFile.h"
 #include "host/SvgPainter.h"
 #include "office/Odt.h"
 #include "office/Xlsx.h"
@@ -115,11 +116,10 @@ QString UnknownExtension(const QString& path, const QStringList& known) {
 }
 
 QString WriteFile(const QString& path, const QByteArray& bytes) {
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-    return QObject::tr("%1 could not be written: %2").arg(path, file.errorString());
-  }
-  return {};
+  const std::string problem = SaveFile(QFile::encodeName(path).toStdString(),
+                                       {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+  return problem.empty() ? QString()
+                         : QObject::tr("%1 could not be written: %2.").arg(path, ToText(problem));
 }
 
 void PrintStudy(const StudyRecord& record, QPagedPaintDevice& device, int digits) {

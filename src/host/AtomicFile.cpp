@@ -57,7 +57,7 @@ std::string KindProblem(const struct stat& status) {
   if (S_ISREG(status.st_mode)) {
     return {};
   }
-  return S_ISDIR(status.st_mode) ? FileReason(EISDIR) : "it is not a regular file";
+  return FileReason(S_ISDIR(status.st_mode) ? EISDIR : NotRegular);
 }
 
 }  // namespace
@@ -81,6 +81,8 @@ std::string FileReason(int error) {
       return "the file would be larger than is allowed";
     case EISDIR:
       return "it is a folder";
+    case NotRegular:
+      return "it is not a regular file";
     case ELOOP:
       return "its symbolic links lead in a circle";
     case ENAMETOOLONG:
@@ -287,29 +289,31 @@ int ReplaceFile(int folder, const std::string& name, std::string_view text) {
   return 0;
 }
 
+int ReplaceFile(const std::string& path, std::string_view text) {
+  std::string target = path;
+  if (const int error = FollowLinks(target); error != 0) {
+    return error;
+  }
+  const std::string name = NameOf(target);
+  if (name.empty()) {
+    return path.empty() ? ENOENT : EISDIR;
+  }
+  const Descriptor folder(open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.number() < 0) {
+    return errno;
+  }
+  struct stat old = {};
+  if (fstatat(folder.number(), name.c_str(), &old, 0) == 0 && !S_ISREG(old.st_mode)) {
+    return S_ISDIR(old.st_mode) ? EISDIR : NotRegular;
+  }
+  return ReplaceFile(folder.number(), name, text);
+}
+
 std::string SaveFile(const std::string& path, std::string_view text) {
   if (path.find('\0') != std::string::npos) {
     return "the name holds a NUL byte";
   }
-  std::string target = path;
-  if (const int error = FollowLinks(target); error != 0) {
-    return FileReason(error);
-  }
-  const std::string name = NameOf(target);
-  if (name.empty()) {
-    return FileReason(path.empty() ? ENOENT : EISDIR);
-  }
-  const Descriptor folder(open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.number() < 0) {
-    return FileReason(errno);
-  }
-  struct stat old = {};
-  if (fstatat(folder.number(), name.c_str(), &old, 0) == 0) {
-    if (std::string problem = KindProblem(old); !problem.empty()) {
-      return problem;
-    }
-  }
-  const int error = ReplaceFile(folder.number(), name, text);
+  const int error = ReplaceFile(path, text);
   return error == 0 ? std::string() : FileReason(error);
 }
 

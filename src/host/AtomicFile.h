@@ -31,7 +31,11 @@ FileBytes ReadFile(const std::string& path, std::size_t limit);
 int ReplaceFile(int folder, const std::string& name, std::string_view text);
 
 // The same for a path, whose symbolic links are followed, and stay. Anything there that is not a
-// regular file stays too. Returns the reason of a failure, empty when all is well.
+// regular file stays too, with NotRegular for an error.
+inline constexpr int NotRegular = -1;
+int ReplaceFile(const std::string& path, std::string_view text);
+
+// The same with the reason of a failure, empty when all is well.
 std::string SaveFile(const std::string& path, std::string_view text);
 
 // --- Paths

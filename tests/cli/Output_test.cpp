@@ -101,6 +101,13 @@ TEST_F(Output, WritesThroughASymbolicLink) {
   EXPECT_EQ(Run({"size", "t2"}).out, Read("real.txt"));
 }
 
+TEST_F(Output, WritesThroughALinkThatLeadsNowhereYet) {
+  ASSERT_EQ(0, ::symlink("real.txt", At("link.txt").c_str()));
+  EXPECT_EQ(0, Run({"size", "t2", "-o", "link.txt"}).status);
+  EXPECT_TRUE(std::filesystem::is_symlink(At("link.txt")));
+  EXPECT_EQ(Run({"size", "t2"}).out, Read("real.txt"));
+}
+
 TEST_F(Output, LeavesNothingBehindInAFolderItCannotWriteTo) {
   const Result result = Run({"size", "t2", "-o", "nowhere/result.txt"});
   EXPECT_EQ(1, result.status);
