@@ -30,7 +30,7 @@ std::optional<double> PowerAt(const FamilyRow& row, double size) {
   const std::unique_ptr<FamilySession> session = row.open(Question::Power);
   session->Take(record);
   const double power = session->Compute(observer).computed.power[row.effects.size() - 1];
-  return power == Computed::kFailed ? MissingValue() : power;
+  return power == NumericFailure ? MissingValue() : power;
 }
 
 // What the required size is called: the sizes of some tests are degrees of freedom.

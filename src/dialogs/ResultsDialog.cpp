@@ -54,7 +54,7 @@ bool IsKnown(const Quantity& quantity, double value) {
     case QuantityKind::Effect:
     case QuantityKind::Spread:
     case QuantityKind::Noncentrality:
-      return value != Computed::kFailed;
+      return value != NumericFailure;
     default:
       return false;
   }
@@ -236,7 +236,7 @@ bool CResultsDialog::HoldsResult(const Outcome& outcome) const {
   const std::vector<ShownRow> rows = Rows();
   return outcome.good && std::any_of(rows.begin(), rows.end(), [&](const ShownRow& row) {
            return IsResult(row.quantity) && ValueOf(row.quantity, View(Instance::Committed),
-                                                    outcome.computed) != Computed::kFailed;
+                                                    outcome.computed) != NumericFailure;
          });
 }
 

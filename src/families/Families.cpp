@@ -13,6 +13,8 @@ const char* WordOf(Counts counts) {
   return kWords[static_cast<std::size_t>(counts)];
 }
 
+static_assert(NotComputed == NumericFailure, "an answer not computed is one that failed");
+
 std::span<const FamilyRow> FamilyRows() {
   static const std::vector<FamilyRow> rows = [] {
     std::vector<FamilyRow> all;

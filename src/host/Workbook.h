@@ -56,7 +56,7 @@ struct Chart {
   std::array<std::string, 3> titles;
   std::string xLabel;
   std::string yLabel;
-  std::vector<float> x;  // the data block as plotted; a failed point holds -9999
+  std::vector<float> x;  // the data block as plotted; a failed point holds FailedPoint
   std::vector<float> y;
   Axis xAxis;
   Axis yAxis;

@@ -81,7 +81,7 @@ std::vector<Answer> Powers(const std::vector<Cell>& cells, const FamilyRow& row)
   return answers;
 }
 
-double ShownValue(double value) { return value == Computed::kFailed ? MissingValue() : value; }
+double ShownValue(double value) { return value == NumericFailure ? MissingValue() : value; }
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "distributions/Common.h"
 #include "frame/Services.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
@@ -73,6 +74,9 @@ bool NearlyEqual(double u, double v) {
   const std::uint64_t distance = u < v ? b - a : a - b;
   return distance <= kSlack;
 }
+
+static_assert(FailedPoint == static_cast<float>(NumericFailure),
+              "a failed point is plotted as such");
 
 // The only missing float is a NaN, so the finite numbers hold all that is valid.
 bool IsGoodValue(float value) { return std::isfinite(value) && !NearlyEqual(value, FailedPoint); }
@@ -498,7 +502,7 @@ bool RunPlot(const PlotGrid& grid,
     }
     const double x = grid.whole ? std::trunc(current) : current;
     const double y = function(x);
-    const bool failed = y == static_cast<double>(FailedPoint);
+    const bool failed = y == NumericFailure;
     if (failed && rule == FailedPointRule::DropAndStop) {
       break;
     }

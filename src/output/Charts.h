@@ -83,7 +83,7 @@ struct ChartRequest {
   std::array<std::string, 3> titles;  // the calculation; the family with its hypothesis; the plot
   std::string xLabel;
   std::string yLabel;
-  std::span<const float> x;  // a failed point holds -9999
+  std::span<const float> x;  // a failed point holds FailedPoint
   std::span<const float> y;
   PlotHints hints;
 };
@@ -145,7 +145,7 @@ class PlotPoints {
   double highY_ = 0;
 };
 
-// Power or size at a point; NumericFailure (-9999.0) when it cannot be computed.
+// Power or size at a point; NumericFailure when it cannot be computed.
 using PlotFunction = std::function<double(double)>;
 
 // Computes the points with a progress bar that is polled at each of them. False when the user

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "families/Computed.h"
+#include "distributions/Common.h"
 #include "frame/FormatText.h"
 #include "frame/Texts.h"
 
@@ -10,7 +10,7 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr double kBlank = Computed::kFailed;
+constexpr double kBlank = NumericFailure;
 
 // How wide a grid's columns and titles are, in characters.
 struct Widths {

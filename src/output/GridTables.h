@@ -19,7 +19,7 @@ inline constexpr int ContrastGridTable = 51;
 std::optional<SummaryTable> GridTable(int code, const PowerSettings& params);
 
 // What such a table shows of the grid's record, row by row. The standard deviation is the last of
-// all; what stands beside it is -9999.0, as are blank rows: ShowSummaryTable leaves such cells empty.
+// all; what stands beside it is NumericFailure, as are blank rows, and stays empty when it is shown.
 std::vector<double> GridTableValues(int code, const PowerSettings& params);
 
 }  // namespace poweranalysis

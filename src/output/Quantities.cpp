@@ -56,7 +56,7 @@ double ComputedValue(const Quantity& quantity, const Computed& computed) {
     case QuantityKind::Size:
       return static_cast<double>(computed.size[index]);
     default:
-      return Computed::kFailed;
+      return NumericFailure;
   }
 }
 
@@ -95,13 +95,12 @@ double ValueOf(const Quantity& quantity, const RecordView& record, const Compute
 }
 
 std::string FormatPowerText(double power) {
-  return power == Computed::kFailed ? LoadText(text::FailedNumber)
-                                    : FormatText("%-5.2f%%", {power * kPercent});
+  return power == NumericFailure ? LoadText(text::FailedNumber)
+                                 : FormatText("%-5.2f%%", {power * kPercent});
 }
 
 std::string FormatSizeText(std::int64_t size) {
-  constexpr auto kFailedSize = static_cast<std::int64_t>(Computed::kFailed);
-  return size == kFailedSize ? LoadText(text::FailedNumber) : FormatText("%ld", {size});
+  return size == SizeFailure ? LoadText(text::FailedNumber) : FormatText("%ld", {size});
 }
 
 std::string FillText(TextId id,

@@ -100,7 +100,7 @@ constexpr Quantity Upper(Limit limit) {
 // How the number of a quantity shows.
 CellKind CellKindOf(QuantityKind kind);
 
-// The quantity of a design and of what was computed for it; Computed::kFailed for one that has not
+// The quantity of a design and of what was computed for it; NumericFailure for one that has not
 // been computed.
 double ValueOf(const Quantity& quantity, const RecordView& record, const Computed& computed);
 

@@ -177,7 +177,7 @@ void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerS
   }
   const std::size_t shown = std::min(table->rows.size() * table->columns.size(), values.size());
   const auto end = values.begin() + static_cast<std::ptrdiff_t>(shown);
-  std::replace(values.begin(), end, Computed::kFailed, MissingValue());
+  std::replace(values.begin(), end, NumericFailure, MissingValue());
   // The sheet's own copy of the cells.
   HostArray<double> cells(*host, shown);
   if (!cells) {

@@ -63,8 +63,9 @@ std::vector<double> TableValues(std::span<const ShownRow> rows,
 void MarkRows(SummaryTable& table);
 
 // Builds the table of a code and hands it to the host. `values` holds one double for each column of
-// each shown row; any of exactly -9999.0 becomes the host's missing value, in place. `sheetSlot` receives the
-// handle of the sheet. Without memory, or for an unknown code, there is no table and no message.
+// each shown row; any of exactly NumericFailure becomes the host's missing value, in place.
+// `sheetSlot` receives the handle of the sheet. Without memory, or for an unknown code, there is no
+// table and no message.
 void ShowSummaryTable(std::span<double> values, int code, int* sheetSlot, PowerSettings& params);
 
 }  // namespace poweranalysis

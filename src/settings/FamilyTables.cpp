@@ -12,9 +12,8 @@ namespace poweranalysis {
 
 namespace {
 
-// The bounds that an unkeyed field's Lower and Upper hold; no check reads them.
+// What an unkeyed field's Lower and Upper hold. Kept: a number, which no check reads.
 constexpr double kNoBound = -9999;
-constexpr double NumericFailure = -9999.0;  // built-in value of an answer not yet computed
 
 constexpr FieldType TypeOf(i16) { return FieldType::Int16; }
 constexpr FieldType TypeOf(i32) { return FieldType::Int32; }

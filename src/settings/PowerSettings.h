@@ -24,6 +24,9 @@ enum class RangeForm : int {
   Closed = 3,       // lower <= value <= upper
 };
 
+// The built-in value of an answer that a record holds: not computed yet.
+inline constexpr double NotComputed = -9999.0;
+
 struct Field {
   const char* name;
   FieldType type;

@@ -19,6 +19,7 @@
 #include "cli/FieldOptions.h"
 #include "cli/Run.h"
 #include "exporters/Exporters.h"
+#include "host/ChartLayout.h"
 #include "host/NumberText.h"
 
 // Any inputs within their ranges, and at the ends of them, for every task: a calculation ends in
@@ -392,13 +393,12 @@ bool IsAxis(const Axis& axis) {
 }
 
 void Inspection::Picture(const Chart& chart) {
-  constexpr float kFailed = -9999;
   for (std::size_t i = 0; i < chart.y.size(); ++i) {
     if (!std::isfinite(chart.x[i]) || !std::isfinite(chart.y[i])) {
       Complain("a point of the chart is no number");
       break;
     }
-    if (chart.yLabel == "Power" && chart.y[i] != kFailed) {
+    if (chart.yLabel == "Power" && chart.y[i] != FailedPoint) {
       Power("a point of the chart", static_cast<double>(chart.y[i]));
     }
   }
