@@ -148,10 +148,9 @@ struct TwoWay : DesignOf<AV2Params, Family::AV2> {
   }
 
   // An effect that is refused says so and leaves its rows blank; the others go on.
-  bool Refused(std::size_t effect, bool search, ProcedureObserver& observer) const {
+  bool Refused(std::size_t effect, TrueNull trueNull, ProcedureObserver& observer) const {
     Refusal refusal;
-    NullHypothesisCheck(record.*kRmsse[effect], H0AtMost, kTwoWayTolerance, search ? 1 : 0,
-                        refusal);
+    NullHypothesisCheck(record.*kRmsse[effect], H0AtMost, kTwoWayTolerance, trueNull, refusal);
     observer.Tell(refusal);
     return static_cast<bool>(refusal);
   }
@@ -171,7 +170,7 @@ struct TwoWay : DesignOf<AV2Params, Family::AV2> {
     for (std::size_t effect = 0; effect < kEffects; ++effect) {
       ShowDf(effect, computed);
       computed.power[effect] = NumericFailure;
-      if (Refused(effect, false, observer)) {
+      if (Refused(effect, TrueNull::Exactly, observer)) {
         continue;
       }
       Refusal refusal;
@@ -189,7 +188,7 @@ struct TwoWay : DesignOf<AV2Params, Family::AV2> {
     for (std::size_t effect = 0; effect < kEffects; ++effect) {
       computed.power[effect] = NumericFailure;
       computed.size[effect] = SizeFailure;
-      if (Refused(effect, true, observer)) {
+      if (Refused(effect, TrueNull::WithinTolerance, observer)) {
         continue;
       }
       // A search that passed the limit still has its last power, which is not to be shown: the rows

@@ -108,8 +108,9 @@ Refusal RefusalOf(const NullCheck& check, const RecordView& record, Question que
     const std::int16_t form = check.form == NullCheck::FormOfRecord
                                   ? static_cast<std::int16_t>(Value(record, "H0Type"))
                                   : check.form;
-    const std::int16_t useTolerance = question == Question::RequiredSize ? 1 : 0;
-    NullHypothesisCheck(check.effect(record), form, check.tolerance, useTolerance, refusal);
+    const TrueNull trueNull =
+        question == Question::RequiredSize ? TrueNull::WithinTolerance : TrueNull::Exactly;
+    NullHypothesisCheck(check.effect(record), form, check.tolerance, trueNull, refusal);
   }
   return refusal;
 }

@@ -13,7 +13,6 @@ namespace poweranalysis {
 namespace {
 
 constexpr std::int64_t kSmallestGroup = 2;
-constexpr std::int16_t kExactly = 0;
 
 double AsDouble(std::int64_t count) { return static_cast<double>(count); }
 
@@ -188,7 +187,7 @@ double TwoWayPower(double alpha,
                    Refusal& refusal,
                    CriticalFCache& criticals) {
   constexpr double kTolerance = PolicyOf(SearchMember::TwoWayAnova).nullTolerance;
-  if (NullHypothesisCheck(rmsse, H0AtMost, kTolerance, kExactly, refusal) != 0) {
+  if (NullHypothesisCheck(rmsse, H0AtMost, kTolerance, TrueNull::Exactly, refusal) != 0) {
     err = 1;
     critOut = NumericFailure;
     return NumericFailure;

@@ -10,9 +10,6 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::int16_t kExactly = 0;
-constexpr std::int16_t kWithinTolerance = 1;
-
 constexpr double kStepResetPower = .99;
 constexpr double kLargestStep = 200;
 constexpr std::int64_t kSmallestLower = 2;
@@ -160,8 +157,8 @@ double CorrelationPower(const CorrelationTest& test,
                         Refusal& refusal,
                         CorrelationCriticalCache& criticals) {
   status = ProcedureFailed;
-  if (NullHypothesisCheck(rho - test.rho0, test.form, CorrelationTolerance, kExactly, refusal) !=
-          0 ||
+  if (NullHypothesisCheck(rho - test.rho0, test.form, CorrelationTolerance, TrueNull::Exactly,
+                          refusal) != 0 ||
       TooSmall(test)) {
     return NumericFailure;
   }
@@ -195,7 +192,7 @@ SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request,
                                   ProcedureObserver& observer) {
   Refusal refusal;
   if (NullHypothesisCheck(request.rho - request.rho0, request.form, CorrelationTolerance,
-                          kWithinTolerance, refusal) != 0 ||
+                          TrueNull::WithinTolerance, refusal) != 0 ||
       EstimateTail(request) == NumericFailure) {
     return Failed(refusal);
   }
@@ -364,7 +361,8 @@ double TwoCorrelationsPower(double rho1,
                             std::int16_t form,
                             std::int16_t algorithm,
                             Refusal& refusal) {
-  if (NullHypothesisCheck(rho1 - rho2, form, CorrelationTolerance, kExactly, refusal) != 0) {
+  if (NullHypothesisCheck(rho1 - rho2, form, CorrelationTolerance, TrueNull::Exactly, refusal) !=
+      0) {
     return NumericFailure;
   }
   return PowerBeyond(form, ZCriticalsOf(alpha, form),
@@ -375,7 +373,8 @@ SearchResult TwoCorrelationsRequiredN(const TwoCorrelationsSizeRequest& request,
                                       ProcedureObserver& observer) {
   const double dz = .5 * LogRatio(request.rho1) - .5 * LogRatio(request.rho2);
   Refusal refusal;
-  if (NullHypothesisCheck(dz, request.form, CorrelationTolerance, kWithinTolerance, refusal) != 0 ||
+  if (NullHypothesisCheck(dz, request.form, CorrelationTolerance, TrueNull::WithinTolerance,
+                          refusal) != 0 ||
       RunsAgainstTheTest(request) || Unserved(request)) {
     return Failed(refusal);
   }

@@ -6,9 +6,6 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::int16_t kExactly = 0;
-constexpr std::int16_t kWithinTolerance = 1;
-
 constexpr std::int64_t kStride = 100;
 
 std::int16_t EffectiveForm(std::int16_t form, double r0) {
@@ -153,7 +150,8 @@ double ModelFitPower(const ModelFitTest& test,
                      ModelFitCriticalCache& criticals) {
   ModelFitTest effective = test;
   effective.form = EffectiveForm(test.form, test.r0);
-  err = NullHypothesisCheck(r - test.r0, effective.form, ModelFitTolerance, kExactly, refusal);
+  err = NullHypothesisCheck(r - test.r0, effective.form, ModelFitTolerance, TrueNull::Exactly,
+                            refusal);
   if (err != 0) {
     return NumericFailure;
   }
@@ -177,8 +175,8 @@ double ModelFitPower(std::int64_t n,
 
 SearchResult ModelFitRequiredN(const ModelFitSizeRequest& request, ProcedureObserver& observer) {
   Refusal refusal;
-  if (NullHypothesisCheck(request.r - request.r0, request.form, ModelFitTolerance, kWithinTolerance,
-                          refusal) != 0 ||
+  if (NullHypothesisCheck(request.r - request.r0, request.form, ModelFitTolerance,
+                          TrueNull::WithinTolerance, refusal) != 0 ||
       !IsKnown(request.form)) {
     return {SizeFailure, NumericFailure, ProcedureFailed, refusal};
   }

@@ -283,9 +283,8 @@ double OneProportionPower(std::int64_t n,
     return 0;
   }
   if (checkNull != 0) {
-    constexpr std::int16_t kExactly = 0;
-    err = NullHypothesisCheck(test.pi - test.pi0, test.form, OneProportionTolerance, kExactly,
-                              refusal);
+    err = NullHypothesisCheck(test.pi - test.pi0, test.form, OneProportionTolerance,
+                              TrueNull::Exactly, refusal);
     if (err != 0) {
       return NumericFailure;
     }
@@ -316,10 +315,9 @@ std::int64_t OneProportionRequiredN(double goal,
                                     ProcedureObserver& observer) {
   err = 1;
   refusal = {};
-  constexpr std::int16_t kWithTolerance = 1;
   if (!HasRejectionRegion(test.form) ||
-      NullHypothesisCheck(test.pi - test.pi0, test.form, OneProportionTolerance, kWithTolerance,
-                          refusal) != 0) {
+      NullHypothesisCheck(test.pi - test.pi0, test.form, OneProportionTolerance,
+                          TrueNull::WithinTolerance, refusal) != 0) {
     return SizeFailure;
   }
   constexpr double kLargestEstimate = 9e15;

@@ -45,17 +45,14 @@ bool NullIsTrue(double effect, std::int16_t form) {
 
 }  // namespace
 
-std::int16_t NullHypothesisCheck(double effect,
-                                 std::int16_t form,
-                                 double tolerance,
-                                 std::int16_t useTolerance,
-                                 Refusal& refusal) {
+std::int16_t NullHypothesisCheck(
+    double effect, std::int16_t form, double tolerance, TrueNull trueNull, Refusal& refusal) {
   refusal = {};
   if (NullIsTrue(effect, form)) {
     refusal.text = Said::NullHypothesisTrue;
     return kNullTrue;
   }
-  if (useTolerance != 0 && std::fabs(effect) < tolerance) {
+  if (trueNull == TrueNull::WithinTolerance && std::fabs(effect) < tolerance) {
     refusal = {Said::NullHypothesisNearlyTrue, {tolerance}};
     return kNullNearlyTrue;
   }
@@ -90,8 +87,8 @@ bool SizeSearch::Refused() {
   const std::int16_t form =
       policy_.nullForm == SearchPolicy::FormOfRequest ? request_.form : policy_.nullForm;
   Refusal refusal;
-  const std::int16_t result =
-      NullHypothesisCheck(request_.effect, form, policy_.nullTolerance, 1, refusal);
+  const std::int16_t result = NullHypothesisCheck(request_.effect, form, policy_.nullTolerance,
+                                                  TrueNull::WithinTolerance, refusal);
   if (result != 0) {
     // Kept: the status of two variances reads as "too large" or "cancelled" though neither
     // happened.
@@ -307,8 +304,8 @@ void SizeSearch::CloseBar() {
 }
 
 bool BracketBisect::Refused(Refusal& refusal) const {
-  return NullHypothesisCheck(request_.effect, request_.form, BracketBisectTolerance, 1, refusal) !=
-         0;
+  return NullHypothesisCheck(request_.effect, request_.form, BracketBisectTolerance,
+                             TrueNull::WithinTolerance, refusal) != 0;
 }
 
 void BracketBisect::OpenBar(Said title) { bar_ = observer_.Open(title, kBracketBisectBarCount); }

@@ -18,7 +18,11 @@ inline constexpr std::int16_t H0AtMost = 1;     // "<=", the upper tail rejects
 inline constexpr std::int16_t H0AtLeast = 2;    // ">=", the lower tail rejects
 inline constexpr std::int16_t H0Zero = 3;       // "= 0", in the families that have it
 
-// Is the null hypothesis true for `effect`, or, with `useTolerance`, within `tolerance` of it?
+// Whether an effect within the tolerance of the null hypothesis counts as a true one: it does where
+// a size is searched, which such an effect would make enormous.
+enum class TrueNull { Exactly, WithinTolerance };
+
+// Is the null hypothesis true for `effect`, or, if that counts, within `tolerance` of it?
 //
 //   0  neither: go on
 //   1  true: the effect is 0 (forms 0 and 3), not above 0 (form 1) or not below 0 (form 2). The
@@ -27,11 +31,8 @@ inline constexpr std::int16_t H0Zero = 3;       // "= 0", in the families that h
 //
 // Domain: any effect and form. An unknown form has no true null, and |effect| = tolerance passes.
 // Fails:  never. An effect that passes leaves the refusal empty.
-std::int16_t NullHypothesisCheck(double effect,
-                                 std::int16_t form,
-                                 double tolerance,
-                                 std::int16_t useTolerance,
-                                 Refusal& refusal);
+std::int16_t NullHypothesisCheck(
+    double effect, std::int16_t form, double tolerance, TrueNull trueNull, Refusal& refusal);
 
 enum SearchStatus : int {
   SearchOk = 0,

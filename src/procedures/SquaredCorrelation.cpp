@@ -7,7 +7,6 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::int16_t kExactly = 0;
 constexpr int kCancelled = 2;
 
 std::int16_t EffectiveForm(std::int16_t form, double c2) {
@@ -120,7 +119,7 @@ double SquaredCorrelationPower(const SquaredCorrelationTest& test,
                                SquaredCorrelationCriticalCache& criticals,
                                ProcedureObserver& observer) {
   err = ProcedureOk;
-  if (NullHypothesisCheck(rho2 - test.c2, test.form, SquaredCorrelationTolerance, kExactly,
+  if (NullHypothesisCheck(rho2 - test.c2, test.form, SquaredCorrelationTolerance, TrueNull::Exactly,
                           refusal) != 0) {
     return NumericFailure;
   }

@@ -10,9 +10,6 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::int16_t kExactly = 0;
-constexpr std::int16_t kWithTolerance = 1;
-
 // A whole number that a size or a count can hold, or SizeFailure.
 std::int64_t WholeOrFailure(double whole) {
   constexpr double kLargest = 9e15;
@@ -83,8 +80,8 @@ std::int64_t LogRankRequiredN(
   events = SizeFailure;
   // Kept: pi2 - pi1, so that form 1 asks for the larger rate in group 2, contrary to the wording of
   // its null hypothesis.
-  if (NullHypothesisCheck(test.pi2 - test.pi1, test.form, SurvivalTolerance, kWithTolerance,
-                          refusal) != 0) {
+  if (NullHypothesisCheck(test.pi2 - test.pi1, test.form, SurvivalTolerance,
+                          TrueNull::WithinTolerance, refusal) != 0) {
     return SizeFailure;
   }
   int failure = 0;
@@ -119,8 +116,8 @@ double EventProbability(double lambda, double d, double t, double t0) {
 double ExponentialSurvivalPower(std::int64_t n,
                                 const ExponentialSurvivalTest& test,
                                 Refusal& refusal) {
-  if (NullHypothesisCheck(test.lambda2 - test.lambda1, test.form, SurvivalTolerance, kExactly,
-                          refusal) != 0) {
+  if (NullHypothesisCheck(test.lambda2 - test.lambda1, test.form, SurvivalTolerance,
+                          TrueNull::Exactly, refusal) != 0) {
     return NumericFailure;
   }
   int failure = 0;
@@ -144,8 +141,8 @@ std::int64_t ExponentialSurvivalRequiredN(const ExponentialSurvivalTest& test,
                                           int& err,
                                           Refusal& refusal) {
   err = 1;
-  if (NullHypothesisCheck(test.lambda2 - test.lambda1, test.form, SurvivalTolerance, kWithTolerance,
-                          refusal) != 0 ||
+  if (NullHypothesisCheck(test.lambda2 - test.lambda1, test.form, SurvivalTolerance,
+                          TrueNull::WithinTolerance, refusal) != 0 ||
       FollowUpCheck(test.t, test.t0, refusal) != 0) {
     return SizeFailure;
   }

@@ -11,7 +11,6 @@ namespace poweranalysis {
 namespace {
 
 constexpr double kNullTolerance = PolicyOf(SearchMember::TTest).nullTolerance;
-constexpr std::int16_t kExactly = 0;
 
 // With a group fixed the power levels off as the other grows. Secant steps from a small size cross
 // that flat stretch badly: they leap over a limit within which a size is enough, or far above the
@@ -152,7 +151,7 @@ double CriticalTCache::Find(std::int32_t df, double alpha, std::int16_t form) {
 }
 
 double TTestPower(double crit, std::int32_t df, double delta, std::int16_t form, Refusal& refusal) {
-  if (NullHypothesisCheck(delta, form, kNullTolerance, kExactly, refusal) != 0 ||
+  if (NullHypothesisCheck(delta, form, kNullTolerance, TrueNull::Exactly, refusal) != 0 ||
       crit == NumericFailure) {
     return NumericFailure;
   }

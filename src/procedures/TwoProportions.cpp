@@ -10,9 +10,6 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::int16_t kExactly = 0;
-constexpr std::int16_t kWithTolerance = 1;
-
 constexpr int kMostPasses = 100;
 constexpr std::int64_t kLeastStart = 10;
 // The largest size that is tried: twelve times it still fit, and every one is a double.
@@ -154,8 +151,8 @@ double McNemarZ(const McNemarTest& test) {
 
 double TwoProportionPower(
     const TwoProportionTest& test, std::int64_t n1, std::int64_t n2, int& err, Refusal& refusal) {
-  err = NullHypothesisCheck(test.pi1 - test.pi2, test.form, TwoProportionTolerance, kExactly,
-                            refusal);
+  err = NullHypothesisCheck(test.pi1 - test.pi2, test.form, TwoProportionTolerance,
+                            TrueNull::Exactly, refusal);
   if (err != 0) {
     return NumericFailure;
   }
@@ -225,8 +222,8 @@ std::int64_t TwoProportionRequiredN(const TwoProportionSizeRequest& request,
     err = 1;
     return SizeFailure;
   }
-  err = NullHypothesisCheck(test.pi1 - test.pi2, test.form, TwoProportionTolerance, kWithTolerance,
-                            refusal);
+  err = NullHypothesisCheck(test.pi1 - test.pi2, test.form, TwoProportionTolerance,
+                            TrueNull::WithinTolerance, refusal);
   if (err != 0) {
     return SizeFailure;
   }
@@ -250,7 +247,8 @@ std::int16_t McNemarParameterCheck(double delta, double eta, Refusal& refusal) {
 }
 
 double McNemarPower(const McNemarTest& test, double n, int& err, Refusal& refusal) {
-  err = NullHypothesisCheck(test.delta, test.form, TwoProportionTolerance, kExactly, refusal);
+  err = NullHypothesisCheck(test.delta, test.form, TwoProportionTolerance, TrueNull::Exactly,
+                            refusal);
   if (err != 0 || McNemarParameterCheck(test.delta, test.eta, refusal) != 0) {
     return NumericFailure;
   }
@@ -263,8 +261,8 @@ double McNemarPower(const McNemarTest& test, double n, int& err, Refusal& refusa
 
 double McNemarRequiredN(const McNemarTest& test, double goal, int& err, Refusal& refusal) {
   err = 0;
-  if (NullHypothesisCheck(test.delta, test.form, TwoProportionTolerance, kWithTolerance, refusal) !=
-      0) {
+  if (NullHypothesisCheck(test.delta, test.form, TwoProportionTolerance, TrueNull::WithinTolerance,
+                          refusal) != 0) {
     err = kMcNemarNullTrue;
     return NumericFailure;
   }

@@ -11,8 +11,6 @@ namespace poweranalysis {
 
 namespace {
 
-constexpr std::int16_t kExactly = 0;
-
 bool HasBranch(std::int16_t form) { return form >= H0TwoTailed && form <= H0AtLeast; }
 
 // A search that nothing serves, with no message about it.
@@ -63,7 +61,7 @@ double ChiSquareVariancePower(double alpha,
                               CriticalChiSquareCache& criticals) {
   constexpr double kTolerance = PolicyOf(SearchMember::OneVariance).nullTolerance;
   err = 1;
-  if (NullHypothesisCheck(var - var0, form, kTolerance, kExactly, refusal) != 0 ||
+  if (NullHypothesisCheck(var - var0, form, kTolerance, TrueNull::Exactly, refusal) != 0 ||
       !(var >= 0 && var0 >= 0) || !HasBranch(form) || df < 1 || df > LargestChiSquareDf) {
     return NumericFailure;
   }
@@ -139,8 +137,8 @@ double TwoVariancePower(double ratio,
     return NumericFailure;
   }
   err = 1;
-  if (NullHypothesisCheck(ratio, form, kTolerance, kExactly, refusal) != 0 || !(ratio > 0) ||
-      !HasBranch(form)) {
+  if (NullHypothesisCheck(ratio, form, kTolerance, TrueNull::Exactly, refusal) != 0 ||
+      !(ratio > 0) || !HasBranch(form)) {
     return NumericFailure;
   }
   err = 0;

@@ -48,9 +48,9 @@ class NullHypothesisCheckTest : public ProceduresTest {
   std::int16_t NullHypothesisCheck(double effect,
                                    std::int16_t form,
                                    double tolerance,
-                                   std::int16_t useTolerance) {
+                                   TrueNull trueNull) {
     return HeardOf([&](Refusal& refusal) {
-      return poweranalysis::NullHypothesisCheck(effect, form, tolerance, useTolerance, refusal);
+      return poweranalysis::NullHypothesisCheck(effect, form, tolerance, trueNull, refusal);
     });
   }
 };
@@ -68,7 +68,7 @@ TEST_F(NullHypothesisCheckTest, RefusesByTheFormOfTheHypothesis) {
   };
   for (const Row& row : kRows) {
     observer.remarks.clear();
-    EXPECT_EQ(NullHypothesisCheck(row.effect, row.form, .001, 0), row.expected)
+    EXPECT_EQ(NullHypothesisCheck(row.effect, row.form, .001, TrueNull::Exactly), row.expected)
         << row.effect << " form " << row.form;
     EXPECT_EQ(observer.remarks.size(), static_cast<std::size_t>(row.expected));
   }
@@ -76,39 +76,41 @@ TEST_F(NullHypothesisCheckTest, RefusesByTheFormOfTheHypothesis) {
 
 TEST_F(NullHypothesisCheckTest, ClearsAnEarlierRefusal) {
   Refusal refusal{Said::NullHypothesisNearlyTrue, {.001}};
-  EXPECT_EQ(poweranalysis::NullHypothesisCheck(.5, H0TwoTailed, .001, 1, refusal), 0);
+  EXPECT_EQ(
+      poweranalysis::NullHypothesisCheck(.5, H0TwoTailed, .001, TrueNull::WithinTolerance, refusal),
+      0);
   EXPECT_FALSE(refusal);
   EXPECT_EQ(refusal, Refusal());
 }
 
 TEST_F(NullHypothesisCheckTest, NamesTheToleranceOfAnEffectNearlyNull) {
-  EXPECT_EQ(NullHypothesisCheck(.0005, H0TwoTailed, .001, 1), 2);
-  EXPECT_EQ(NullHypothesisCheck(-.0005, H0AtLeast, .001, 1), 2);
+  EXPECT_EQ(NullHypothesisCheck(.0005, H0TwoTailed, .001, TrueNull::WithinTolerance), 2);
+  EXPECT_EQ(NullHypothesisCheck(-.0005, H0AtLeast, .001, TrueNull::WithinTolerance), 2);
   EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisNearlyTrue, Said::NullHypothesisNearlyTrue));
   EXPECT_EQ(ToleranceIn(0), .001);
 }
 
 TEST_F(NullHypothesisCheckTest, LetsAnEffectEqualToTheTolerancePass) {
-  EXPECT_EQ(NullHypothesisCheck(.001, H0TwoTailed, .001, 1), 0);
-  EXPECT_EQ(NullHypothesisCheck(-.001, H0TwoTailed, .001, 1), 0);
+  EXPECT_EQ(NullHypothesisCheck(.001, H0TwoTailed, .001, TrueNull::WithinTolerance), 0);
+  EXPECT_EQ(NullHypothesisCheck(-.001, H0TwoTailed, .001, TrueNull::WithinTolerance), 0);
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
 TEST_F(NullHypothesisCheckTest, LooksAtTheToleranceOnlyWhenAsked) {
-  EXPECT_EQ(NullHypothesisCheck(.0005, H0TwoTailed, .001, 0), 0);
+  EXPECT_EQ(NullHypothesisCheck(.0005, H0TwoTailed, .001, TrueNull::Exactly), 0);
   EXPECT_THAT(Shown(), IsEmpty());
 }
 
 TEST_F(NullHypothesisCheckTest, SpeaksOnceOfANullThatIsTrueAndWithinTheTolerance) {
-  EXPECT_EQ(NullHypothesisCheck(0, H0TwoTailed, .001, 1), 1);
+  EXPECT_EQ(NullHypothesisCheck(0, H0TwoTailed, .001, TrueNull::WithinTolerance), 1);
   EXPECT_THAT(Shown(), ElementsAre(Said::NullHypothesisTrue));
 }
 
 TEST_F(NullHypothesisCheckTest, LetsAnUnknownFormPassTheFirstTest) {
-  EXPECT_EQ(NullHypothesisCheck(0, 7, .001, 0), 0);
-  EXPECT_EQ(NullHypothesisCheck(0, -1, .001, 0), 0);
+  EXPECT_EQ(NullHypothesisCheck(0, 7, .001, TrueNull::Exactly), 0);
+  EXPECT_EQ(NullHypothesisCheck(0, -1, .001, TrueNull::Exactly), 0);
   EXPECT_THAT(Shown(), IsEmpty());
-  EXPECT_EQ(NullHypothesisCheck(0, 7, .001, 1), 2);
+  EXPECT_EQ(NullHypothesisCheck(0, 7, .001, TrueNull::WithinTolerance), 2);
 }
 
 // --- The secant search.
