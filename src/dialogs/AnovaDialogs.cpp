@@ -161,16 +161,12 @@ constexpr PlotTexts kPCTitle = Only(text::PlotPlannedContrastH0Psi0);
 constexpr PlotTexts kAV2Title = Only(text::Plot2WayXANOVA, {"Rows", "Columns"});
 
 constexpr ResultsDialogTable kResultsDialogs[] = {
-    {Family::PC, ModePower, 48, text::CaptionCalculatePower, kPCPowerRanges, kPCPowerPlots,
-     kPCTitle},
-    {Family::PC, ModeSampleSize, 49, text::CaptionCalculateN, kPCSizeRanges, kPCSizePlots,
-     kPCTitle},
-    {Family::AV1, ModePower, 80, text::CaptionCalculatePower, kPowerRanges, kAV1PowerPlots},
-    {Family::AV1, ModeSampleSize, 81, text::CaptionCalculateN, kSizeRanges, kAV1SizePlots},
-    {Family::AV2, ModePower, 1025, text::CaptionCalculatePower, kPowerRanges, kAV2PowerPlots,
-     kAV2Title},
-    {Family::AV2, ModeSampleSize, 1026, text::CaptionCalculateN, kSizeRanges, kAV2SizePlots,
-     kAV2Title},
+    {Family::PC, ModePower, text::CaptionCalculatePower, kPCPowerRanges, kPCPowerPlots, kPCTitle},
+    {Family::PC, ModeSampleSize, text::CaptionCalculateN, kPCSizeRanges, kPCSizePlots, kPCTitle},
+    {Family::AV1, ModePower, text::CaptionCalculatePower, kPowerRanges, kAV1PowerPlots},
+    {Family::AV1, ModeSampleSize, text::CaptionCalculateN, kSizeRanges, kAV1SizePlots},
+    {Family::AV2, ModePower, text::CaptionCalculatePower, kPowerRanges, kAV2PowerPlots, kAV2Title},
+    {Family::AV2, ModeSampleSize, text::CaptionCalculateN, kSizeRanges, kAV2SizePlots, kAV2Title},
 };
 
 }  // namespace

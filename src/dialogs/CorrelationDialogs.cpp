@@ -167,14 +167,12 @@ constexpr PlotTexts kR2Title =
     Only(text::PlotSquaredMultipleCorrelation, {kR2Hypothesis, "R2Null"});
 
 constexpr ResultsDialogTable kResultsDialogs[] = {
-    {Family::R, ModePower, 144, text::CaptionCalculatePower, kRPowerRanges, kRPowerPlots},
-    {Family::R, ModeSampleSize, 145, text::CaptionCalculateN, kRSizeRanges, kRSizePlots},
-    {Family::Z2R, ModePower, 176, text::CaptionCalculatePower, kRPowerRanges, kZ2RPowerPlots},
-    {Family::Z2R, ModeSampleSize, 177, text::CaptionCalculateN, kZ2RSizeRanges, kZ2RSizePlots},
-    {Family::R2, ModePower, 160, text::CaptionCalculatePower, kR2PowerRanges, kR2PowerPlots,
-     kR2Title},
-    {Family::R2, ModeSampleSize, 161, text::CaptionCalculateN, kR2SizeRanges, kR2SizePlots,
-     kR2Title},
+    {Family::R, ModePower, text::CaptionCalculatePower, kRPowerRanges, kRPowerPlots},
+    {Family::R, ModeSampleSize, text::CaptionCalculateN, kRSizeRanges, kRSizePlots},
+    {Family::Z2R, ModePower, text::CaptionCalculatePower, kRPowerRanges, kZ2RPowerPlots},
+    {Family::Z2R, ModeSampleSize, text::CaptionCalculateN, kZ2RSizeRanges, kZ2RSizePlots},
+    {Family::R2, ModePower, text::CaptionCalculatePower, kR2PowerRanges, kR2PowerPlots, kR2Title},
+    {Family::R2, ModeSampleSize, text::CaptionCalculateN, kR2SizeRanges, kR2SizePlots, kR2Title},
 };
 
 }  // namespace

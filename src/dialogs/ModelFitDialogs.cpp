@@ -61,8 +61,8 @@ constexpr PlotTexts kTitle =
            {text::H0RmseaZero, text::H0RmseaAtMost, text::H0RmseaAtLeast, text::H0RmseaZero}}});
 
 constexpr ResultsDialogTable kResultsDialogs[] = {
-    {Family::SEM, ModePower, 769, text::CaptionCalculatePower, kPowerRanges, kPowerPlots, kTitle},
-    {Family::SEM, ModeSampleSize, 770, text::CaptionCalculateN, kSizeRanges, kSizePlots, kTitle},
+    {Family::SEM, ModePower, text::CaptionCalculatePower, kPowerRanges, kPowerPlots, kTitle},
+    {Family::SEM, ModeSampleSize, text::CaptionCalculateN, kSizeRanges, kSizePlots, kTitle},
 };
 
 }  // namespace

@@ -158,7 +158,6 @@ constexpr FailedPointRule kWithTheFailure = FailedPointRule::KeepAndStop;
 constexpr ResultsDialogTable kResultsDialogs[] = {
     {Family::P1,
      ModePower,
-     193,
      text::CaptionCalculatePower,
      kP1PowerRanges,
      kP1PowerPlots,
@@ -166,16 +165,15 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
      kWithTheFailure},
     {Family::P1,
      ModeSampleSize,
-     194,
      text::CaptionCalculateN,
      kP1SizeRanges,
      kP1SizePlots,
      {},
      kWithTheFailure},
-    {Family::P2, ModePower, 209, text::CaptionCalculatePower, kP2PowerRanges, kP2PowerPlots},
-    {Family::P2, ModeSampleSize, 210, text::CaptionCalculateN, kP2SizeRanges, kP2SizePlots},
-    {Family::QMAC, ModePower, 225, text::CaptionCalculatePower, kQMACPowerRanges, kQMACPowerPlots},
-    {Family::QMAC, ModeSampleSize, 226, text::CaptionCalculateN, kQMACSizeRanges, kQMACSizePlots},
+    {Family::P2, ModePower, text::CaptionCalculatePower, kP2PowerRanges, kP2PowerPlots},
+    {Family::P2, ModeSampleSize, text::CaptionCalculateN, kP2SizeRanges, kP2SizePlots},
+    {Family::QMAC, ModePower, text::CaptionCalculatePower, kQMACPowerRanges, kQMACPowerPlots},
+    {Family::QMAC, ModeSampleSize, text::CaptionCalculateN, kQMACSizeRanges, kQMACSizePlots},
 };
 
 }  // namespace

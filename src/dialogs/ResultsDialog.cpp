@@ -81,10 +81,12 @@ std::string CalculationName(const CatalogueDialog& entry) {
 }
 
 // Family and hypothesis, "One Mean, t-Test (H0:  Mu = Mu0)".
-std::string FamilyAndHypothesis(const CatalogueDialog& entry, int tableCode, PowerSettings& block) {
+std::string FamilyAndHypothesis(const CatalogueDialog& entry,
+                                const TableDefinition& table,
+                                PowerSettings& block) {
   constexpr std::size_t kThirdHeading = 2;
   std::string family = LoadText(Tasks(entry.mode)[static_cast<std::size_t>(entry.row)].name);
-  const std::vector<TextId> headings = TableHeadings(*FindTableDefinition(tableCode), block);
+  const std::vector<TextId> headings = TableHeadings(table, block);
   if (headings.size() <= kThirdHeading) {
     return family;
   }
@@ -136,9 +138,9 @@ DialogSpec CResultsDialog::Spec() const {
   return spec;
 }
 
-std::vector<ShownRow> CResultsDialog::Rows() const {
-  return ShownRows(*FindTableDefinition(rows_.tableCode), *Block());
-}
+const TableDefinition& CResultsDialog::Table() const { return *FindTable(family(), rows_.mode); }
+
+std::vector<ShownRow> CResultsDialog::Rows() const { return ShownRows(Table(), *Block()); }
 
 std::string CResultsDialog::FrameText() const {
   // The inputs of the summary table and what follows from them, one per line, under the titles of
@@ -147,7 +149,7 @@ std::string CResultsDialog::FrameText() const {
   PowerSettings block = *Block();
   const RecordView committed = ViewOf(block, family(), Instance::Committed);
   committed.CopyFrom(View(Instance::Working));
-  const TableDefinition& definition = *FindTableDefinition(rows_.tableCode);
+  const TableDefinition& definition = Table();
   const std::vector<ShownRow> rows = ShownRows(definition, block);
   const std::vector<double> values = TableValues(rows, committed, DerivedFrom(committed));
 
@@ -270,7 +272,7 @@ long CResultsDialog::Calculate() {
   if (outcome.good) {
     const Computed& computed = outcome.computed;
     std::vector<double> values = TableValues(Rows(), View(Instance::Committed), computed);
-    ShowSummaryTable(values, rows_.tableCode, &sheet_, block);
+    ShowSummaryTable(values, Table().code, &sheet_, block);
     host.RestoreResults();
     if (!form().IsWindow()) {
       return 0;
@@ -317,7 +319,7 @@ PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
   const Computed derived = DerivedFrom(committed);
   std::string family = FillPlotTexts(rows_.familyTitle, committed, derived);
   if (family.empty()) {
-    family = FamilyAndHypothesis(entry(), rows_.tableCode, block);
+    family = FamilyAndHypothesis(entry(), Table(), block);
   }
 
   ChartRequest request;

@@ -48,7 +48,6 @@ struct PlotRow {
 struct ResultsDialogTable {
   Family family;
   int mode;
-  int tableCode;
   TextId calculateCaption;
   std::span<const char* const> fields;  // of the page: the ranges of the charts
   std::span<const PlotRow> plots;
@@ -94,7 +93,8 @@ class CResultsDialog : public CFieldDialog {
   bool NullHypothesisRefuses(std::size_t effect) const;
   long DrawPlotsOf(const ChartName& chart);
   PlotOutcome DrawPlotOf(const PlotRow& plot);
-  // The rows of its table.
+  // Its table, and the rows that it shows.
+  const TableDefinition& Table() const;
   std::vector<ShownRow> Rows() const;
   std::string FrameText() const;
   void ShowSummary();

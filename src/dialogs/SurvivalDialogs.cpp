@@ -121,12 +121,12 @@ constexpr auto kSA3SizePlots = ExponentialSizePlots(kSA3Words);
 // --- Results dialogs.
 
 constexpr ResultsDialogTable kResultsDialogs[] = {
-    {Family::SA1, ModePower, 241, text::CaptionCalculatePower, kSA1PowerRanges, kSA1PowerPlots},
-    {Family::SA1, ModeSampleSize, 242, text::CaptionCalculateN, kSA1SizeRanges, kSA1SizePlots},
-    {Family::SA2, ModePower, 257, text::CaptionCalculatePower, kPowerRanges, kSA2PowerPlots},
-    {Family::SA2, ModeSampleSize, 258, text::CaptionCalculateN, kSizeRanges, kSA2SizePlots},
-    {Family::SA3, ModePower, 513, text::CaptionCalculatePower, kPowerRanges, kSA3PowerPlots},
-    {Family::SA3, ModeSampleSize, 514, text::CaptionCalculateN, kSizeRanges, kSA3SizePlots},
+    {Family::SA1, ModePower, text::CaptionCalculatePower, kSA1PowerRanges, kSA1PowerPlots},
+    {Family::SA1, ModeSampleSize, text::CaptionCalculateN, kSA1SizeRanges, kSA1SizePlots},
+    {Family::SA2, ModePower, text::CaptionCalculatePower, kPowerRanges, kSA2PowerPlots},
+    {Family::SA2, ModeSampleSize, text::CaptionCalculateN, kSizeRanges, kSA2SizePlots},
+    {Family::SA3, ModePower, text::CaptionCalculatePower, kPowerRanges, kSA3PowerPlots},
+    {Family::SA3, ModeSampleSize, text::CaptionCalculateN, kSizeRanges, kSA3SizePlots},
 };
 
 }  // namespace

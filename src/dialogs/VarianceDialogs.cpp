@@ -109,12 +109,10 @@ constexpr PlotTexts kV1Title =
           "NullHypothesizedVariance"});
 
 constexpr ResultsDialogTable kResultsDialogs[] = {
-    {Family::V1, ModePower, 112, text::CaptionCalculatePower, kV1PowerRanges, kV1PowerPlots,
-     kV1Title},
-    {Family::V1, ModeSampleSize, 113, text::CaptionCalculateN, kV1SizeRanges, kV1SizePlots,
-     kV1Title},
-    {Family::V2, ModePower, 128, text::CaptionCalculatePower, kV2PowerRanges, kV2PowerPlots},
-    {Family::V2, ModeSampleSize, 129, text::CaptionCalculateN, kV2SizeRanges, kV2SizePlots},
+    {Family::V1, ModePower, text::CaptionCalculatePower, kV1PowerRanges, kV1PowerPlots, kV1Title},
+    {Family::V1, ModeSampleSize, text::CaptionCalculateN, kV1SizeRanges, kV1SizePlots, kV1Title},
+    {Family::V2, ModePower, text::CaptionCalculatePower, kV2PowerRanges, kV2PowerPlots},
+    {Family::V2, ModeSampleSize, text::CaptionCalculateN, kV2SizeRanges, kV2SizePlots},
 };
 
 }  // namespace
