@@ -1,6 +1,7 @@
 #include "dialogs/ResultsDialog.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "dialogs/Speaker.h"
 #include "host/NumberText.h"
@@ -146,14 +147,11 @@ std::string CResultsDialog::FrameText() const {
   // The inputs of the summary table and what follows from them, one per line, under the titles of
   // their blocks; what a calculation gives is not known yet. They are those that a calculation
   // would take: a file that was opened changes them before it is committed.
-  PowerSettings block = *Block();
-  const RecordView committed = ViewOf(block, family(), Instance::Committed);
-  committed.CopyFrom(View(Instance::Working));
-  const TableDefinition& definition = Table();
-  const std::vector<ShownRow> rows = ShownRows(definition, block);
-  const std::vector<double> values = TableValues(rows, committed, DerivedFrom(committed));
+  const RecordView inputs = View(Instance::Working);
+  const std::vector<ShownRow> rows = ShownRows(Table(), inputs);
+  const std::vector<double> values = TableValues(rows, inputs, DerivedFrom(inputs));
 
-  std::string frame = LoadText(TableHeadings(definition, block).front());
+  std::string frame = LoadText(TableHeadings(Table(), inputs).front());
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string title = LoadText(rows[i].title);
     if (rows[i].quantity.kind == QuantityKind::None) {
@@ -295,9 +293,17 @@ long CResultsDialog::ChangeParams() {
 long CResultsDialog::DrawPlotsOf(const ChartName& chart) {
   long drawn = 0;
   if (InputsPass()) {
+    bool committed = false;
     for (const PlotRow& plot : rows_.plots) {
-      const PlotOutcome outcome =
-          SameChart(plot.chart, chart) ? DrawPlotOf(plot) : PlotOutcome::Dropped;
+      if (!SameChart(plot.chart, chart) ||
+          (!GoesAlongEffect(plot, row()) && NullHypothesisRefuses(plot.effect))) {
+        continue;
+      }
+      // The ranges edited on this page must reach the plots.
+      if (!std::exchange(committed, true)) {
+        Commit();
+      }
+      const PlotOutcome outcome = DrawPlotOf(plot);
       if (outcome == PlotOutcome::Cancelled) {
         break;  // whoever stops one of a button's plots wants none of the others
       }
@@ -309,11 +315,6 @@ long CResultsDialog::DrawPlotsOf(const ChartName& chart) {
 }
 
 PlotOutcome CResultsDialog::DrawPlotOf(const PlotRow& plot) {
-  if (!GoesAlongEffect(plot, row()) && NullHypothesisRefuses(plot.effect)) {
-    return PlotOutcome::Dropped;
-  }
-  // The ranges edited on this page must reach the plot.
-  Commit();
   PowerSettings& block = *Block();
   const RecordView committed = View(Instance::Committed);
   const Computed derived = DerivedFrom(committed);

@@ -80,8 +80,7 @@ const TableDefinition* FindTableDefinition(int code) {
   return FindWhere([&](const TableDefinition& table) { return table.code == code; });
 }
 
-std::vector<TextId> TableHeadings(const TableDefinition& table, PowerSettings& params) {
-  const RecordView record = ViewOf(params, table.family, Instance::Committed);
+std::vector<TextId> TableHeadings(const TableDefinition& table, const RecordView& record) {
   std::vector<TextId> headings = {ModeHeading(table.mode)};
   for (const ChosenText& heading : table.headings) {
     const TextId id = heading.In(record);
@@ -92,8 +91,11 @@ std::vector<TextId> TableHeadings(const TableDefinition& table, PowerSettings& p
   return headings;
 }
 
-std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& params) {
-  const RecordView record = ViewOf(params, table.family, Instance::Committed);
+std::vector<TextId> TableHeadings(const TableDefinition& table, PowerSettings& params) {
+  return TableHeadings(table, ViewOf(params, table.family, Instance::Committed));
+}
+
+std::vector<ShownRow> ShownRows(const TableDefinition& table, const RecordView& record) {
   std::vector<ShownRow> rows;
   rows.reserve(table.rows.size());
   for (const TableRowDefinition& row : table.rows) {
@@ -102,6 +104,10 @@ std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& par
     }
   }
   return rows;
+}
+
+std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& params) {
+  return ShownRows(table, ViewOf(params, table.family, Instance::Committed));
 }
 
 int MeasureTitles(std::span<const ShownRow> rows) {

@@ -41,13 +41,16 @@ std::span<const TableDefinition> TableDefinitions();
 const TableDefinition* FindTable(Family family, int mode);
 const TableDefinition* FindTableDefinition(int code);
 
-// The headings and the rows that a table shows for the Committed record of its family.
+// The headings and the rows that a table shows for a record of its family; for a block, for the
+// Committed one.
+std::vector<TextId> TableHeadings(const TableDefinition& table, const RecordView& record);
 std::vector<TextId> TableHeadings(const TableDefinition& table, PowerSettings& params);
 struct ShownRow {
   TextId title;
   int indent = 0;
   Quantity quantity{};
 };
+std::vector<ShownRow> ShownRows(const TableDefinition& table, const RecordView& record);
 std::vector<ShownRow> ShownRows(const TableDefinition& table, PowerSettings& params);
 
 // The greatest length plus indent over the rows, in characters; 0 for an empty list.
