@@ -70,6 +70,19 @@ QString LockPath(const QString& workbook) {
   return info.path() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral(".lock");
 }
 
+// Removes the lock files of windows that ended before they had kept anything, or while they removed
+// it. Whoever is about to keep the workbook holds the lock.
+void SweepLocks(const QDir& folder) {
+  for (const QFileInfo& info : folder.entryInfoList({QStringLiteral("*.lock")}, QDir::Files)) {
+    const QString workbook = info.completeBaseName() + QStringLiteral(".pawb");
+    const std::unique_ptr<HeldFile> lock =
+        folder.exists(workbook) ? nullptr : HeldFile::TryHold(info.filePath());
+    if (lock != nullptr && !folder.exists(workbook)) {
+      lock->Delete();
+    }
+  }
+}
+
 }  // namespace
 
 // --- Of this window.
@@ -124,6 +137,7 @@ std::vector<LeftWork> FindLeftWork(const QString& folder) {
   if (folder.isEmpty()) {
     return found;
   }
+  SweepLocks(QDir(folder));
   const QFileInfoList files =
       QDir(folder).entryInfoList({QStringLiteral("*.pawb")}, QDir::Files, QDir::Time);
   for (const QFileInfo& info : files) {

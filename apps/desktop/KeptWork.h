@@ -47,7 +47,7 @@ struct LeftWork {
   void Delete();
 };
 
-// What windows left in a folder, the newest first.
+// What windows left in a folder, the newest first. Lock files that they left without a workbook go.
 std::vector<LeftWork> FindLeftWork(const QString& folder);
 
 }  // namespace poweranalysis

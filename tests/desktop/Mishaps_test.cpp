@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
@@ -13,7 +14,12 @@
 #include <algorithm>
 #include <functional>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include "WindowTest.h"
+#include "desktop/KeptWork.h"
 #include "desktop/WorkbookIo.h"
 #include "frame/TaskCatalogue.h"
 
@@ -48,6 +54,7 @@ class MishapsTest : public QObject {
   void workThatWasLeftOpensUnderItsName();
   void workThatWasLeftGetsNoNameWhenItsFileIsNewer();
   void eachOfSeveralIsOpenedKeptOrDeleted();
+  void aLockWithoutAWorkbookIsSweptUnlessItIsHeld();
   void anExportOfAnUnknownExtensionIsRefused();
   void anExportWithoutExtensionGetsThatOfItsKind();
   void theFirstWindowFitsItsScreen();
@@ -499,6 +506,26 @@ void MishapsTest::eachOfSeveralIsOpenedKeptOrDeleted() {
   QVERIFY(QFile::exists(works[1]));
   QVERIFY(!QFile::exists(works[2]));
   driver.window().book().SetSaved();
+}
+
+void MishapsTest::aLockWithoutAWorkbookIsSweptUnlessItIsHeld() {
+  TemporaryFolder folder;
+  const QString work = LeaveWork(folder, "left");
+  const auto lockOf = [&folder](const std::string& name) {
+    const QString path = QString::fromStdString(folder.File("autosave/" + name + ".lock"));
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) ? path : QString();
+  };
+  const QString ofLeft = lockOf("left");
+  const QString alone = lockOf("alone");
+  const QString held = lockOf("held");
+  const int holder = open(QFile::encodeName(held).constData(), O_RDWR | O_CLOEXEC);
+  QCOMPARE(flock(holder, LOCK_EX | LOCK_NB), 0);
+  QCOMPARE(FindLeftWork(QFileInfo(work).path()).size(), std::size_t{1});
+  QVERIFY(QFile::exists(ofLeft));
+  QVERIFY(!QFile::exists(alone));
+  QVERIFY(QFile::exists(held));
+  close(holder);
 }
 
 // --- Exports.
