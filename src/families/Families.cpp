@@ -15,25 +15,40 @@ const char* WordOf(Counts counts) {
 
 static_assert(NotComputed == NumericFailure, "an answer not computed is one that failed");
 
-std::span<const FamilyRow> FamilyRows() {
-  static const std::vector<FamilyRow> rows = [] {
-    std::vector<FamilyRow> all;
+namespace {
+
+// By the number of the family; null for a calculator's record.
+const std::vector<const FamilyRow*>& RowsByFamily() {
+  static const std::vector<const FamilyRow*> rows = [] {
+    std::vector<const FamilyRow*> all(FamilyTables().size());
     for (const auto& source : {TTestRows(), AnovaRows(), VarianceRows(), CorrelationRows(),
                                ProportionRows(), SurvivalRows(), ModelFitRows()}) {
-      all.insert(all.end(), source.begin(), source.end());
+      for (const FamilyRow& row : source) {
+        all[static_cast<std::size_t>(row.family)] = &row;
+      }
     }
-    const auto earlier = [](const FamilyRow& a, const FamilyRow& b) { return a.family < b.family; };
-    std::sort(all.begin(), all.end(), earlier);
+    return all;
+  }();
+  return rows;
+}
+
+}  // namespace
+
+std::span<const std::reference_wrapper<const FamilyRow>> FamilyRows() {
+  static const std::vector<std::reference_wrapper<const FamilyRow>> rows = [] {
+    std::vector<std::reference_wrapper<const FamilyRow>> all;
+    for (const FamilyRow* row : RowsByFamily()) {
+      if (row != nullptr) {
+        all.emplace_back(*row);
+      }
+    }
     return all;
   }();
   return rows;
 }
 
 const FamilyRow* FindFamilyRow(Family family) {
-  const std::span<const FamilyRow> rows = FamilyRows();
-  const auto found = std::find_if(rows.begin(), rows.end(),
-                                  [family](const FamilyRow& row) { return row.family == family; });
-  return found == rows.end() ? nullptr : &*found;
+  return RowsByFamily()[static_cast<std::size_t>(family)];
 }
 
 const FamilyRow& RowOf(Family family) { return *FindFamilyRow(family); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -102,7 +103,7 @@ struct FamilyRow {
 };
 
 // All families, in the order of the block.
-std::span<const FamilyRow> FamilyRows();
+std::span<const std::reference_wrapper<const FamilyRow>> FamilyRows();
 // Null for a calculator's record.
 const FamilyRow* FindFamilyRow(Family family);
 // Of a family that has one.
