@@ -9,20 +9,23 @@
 
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
+#include "cli/LoadedModule.h"
 #include "cli/Output.h"
-#include "cli/PaintModule.h"
 #include "cli/Run.h"
+#include "cli/cairo/CairoPainter.h"
 #include "host/SvgPainter.h"
 
 namespace poweranalysis {
 
 namespace {
 
-Picture PaintAsSvg(const DisplayList& list) { return {PaintSvg(list), {}}; }
+Made PaintAsSvg(const DisplayList& list) { return {PaintSvg(list), {}}; }
+Made PaintAsPng(const DisplayList& list) { return MakeBy(PaintModule, list, PaintFormat::Png); }
+Made PaintAsPdf(const DisplayList& list) { return MakeBy(PaintModule, list, PaintFormat::Pdf); }
 
 struct PictureFormat {
   const char* extension;
-  Picture (*paint)(const DisplayList& list);
+  Made (*paint)(const DisplayList& list);
 };
 
 constexpr std::array<PictureFormat, 3> kFormats = {
@@ -63,7 +66,7 @@ void WriteChart(const Chart& chart, const std::string& file, ChartFiles& files) 
         fmt::format("cannot write the chart '{}': another chart of this run has the name", file));
     return;
   }
-  const Picture picture = FormatOf(file)->paint(LayOutChart(chart));
+  const Made picture = FormatOf(file)->paint(LayOutChart(chart));
   const std::string error = picture.error.empty() ? WriteFile(file, picture.bytes) : picture.error;
   if (!error.empty()) {
     files.errors.push_back(fmt::format("cannot write the chart '{}': {}", file, error));

@@ -7,14 +7,11 @@
 
 namespace poweranalysis {
 
-void* FunctionOfModule(const char* module,
-                       const char* function,
-                       const std::string& what,
-                       std::string& error) {
+void* FunctionOf(const MakerModule& module, std::string& error) {
   for (const char* folder : {"../lib/", "../lib/poweranalysis/", ""}) {
-    const std::string path = ProgramFolder() + folder + module;
+    const std::string path = ProgramFolder() + folder + module.file;
     if (void* opened = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-      if (void* found = ::dlsym(opened, function)) {
+      if (void* found = ::dlsym(opened, module.function)) {
         return found;
       }
     }
@@ -23,7 +20,7 @@ void* FunctionOfModule(const char* module,
     }
   }
   if (error.empty()) {
-    error = what + " (" + module + ") is not installed";
+    error = std::string(module.what) + " (" + module.file + ") is not installed";
   }
   return nullptr;
 }

@@ -5,12 +5,13 @@
 
 #include "cli/Catalogue.h"
 #include "cli/CommandLine.h"
-#include "cli/DocumentModule.h"
 #include "cli/Errors.h"
+#include "cli/LoadedModule.h"
 #include "cli/Macro.h"
 #include "cli/Output.h"
 #include "cli/Run.h"
 #include "cli/Terminal.h"
+#include "cli/office/DocumentWriter.h"
 
 namespace poweranalysis {
 
@@ -64,13 +65,14 @@ TextStyle StyleOf(const RunRequest& request, const Study& study) {
   return style;
 }
 
-// What was asked for, in its format; empty, with the reason in `error`, when it cannot be made.
-std::string Exported(const RunRequest& request, const Study& study, std::string& error) {
+// What was asked for, in its format.
+Made Exported(const RunRequest& request, const Study& study) {
   if (IsDocument(request.format)) {
-    return DocumentOf(study, request.format, error);
+    return MakeBy(DocumentModule, study, request.format);
   }
-  return request.fullCsv ? ExportFullCsv(study)
-                         : Export(study, request.format, StyleOf(request, study));
+  return {request.fullCsv ? ExportFullCsv(study)
+                          : Export(study, request.format, StyleOf(request, study)),
+          {}};
 }
 
 bool WantsFile(const RunRequest& request) {
@@ -97,8 +99,7 @@ int Deliver(const RunRequest& request, const Study& study) {
   if (WantsFile(request) && !whole) {
     return study.status;
   }
-  std::string error;
-  const std::string bytes = Exported(request, study, error);
+  auto [bytes, error] = Exported(request, study);
   if (error.empty() && !WantsFile(request)) {
     return std::max(study.status, Print(bytes));
   }

@@ -1,11 +1,10 @@
-#include "cairo/CairoPainter.h"
+#include "cli/cairo/CairoPainter.h"
 
 #include <cairo-pdf.h>
 #include <cairo.h>
 #include <pango/pangocairo.h>
 
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <numbers>
 #include <string>
@@ -159,19 +158,17 @@ cairo_status_t PaintAsPdf(const DisplayList& list, Sink& sink) {
 
 extern "C" __attribute__((visibility("default"))) int PowerAnalysisPaint(
     const poweranalysis::DisplayList* list,
-    int format,
+    poweranalysis::PaintFormat format,
     PowerAnalysisSink sink,
     void* context,
     char* error,
     std::size_t errorSize) {
   poweranalysis::Sink target{sink, context};
-  const cairo_status_t status = format == poweranalysis::PaintPdf
+  const cairo_status_t status = format == poweranalysis::PaintFormat::Pdf
                                     ? poweranalysis::PaintAsPdf(*list, target)
                                     : poweranalysis::PaintAsPng(*list, target);
   if (status == CAIRO_STATUS_SUCCESS) {
     return 0;
   }
-  std::strncpy(error, cairo_status_to_string(status), errorSize - 1);
-  error[errorSize - 1] = '\0';
-  return 1;
+  return poweranalysis::FailBecause(cairo_status_to_string(status), error, errorSize);
 }

@@ -1,6 +1,5 @@
 #include "office/Document.h"
 
-#include <cstring>
 #include <exception>
 
 #include "cli/office/DocumentWriter.h"
@@ -25,7 +24,7 @@ std::string WrittenDocument(const Study& study, ExportFormat format, std::string
 extern "C" __attribute__((visibility("default"))) int PowerAnalysisWriteDocument(
     const poweranalysis::Study* study,
     poweranalysis::ExportFormat format,
-    PowerAnalysisDocumentSink sink,
+    PowerAnalysisSink sink,
     void* context,
     char* error,
     std::size_t errorSize) {
@@ -35,7 +34,5 @@ extern "C" __attribute__((visibility("default"))) int PowerAnalysisWriteDocument
     sink(context, bytes.data(), bytes.size());
     return 0;
   }
-  std::strncpy(error, reason.c_str(), errorSize - 1);
-  error[errorSize - 1] = '\0';
-  return 1;
+  return poweranalysis::FailBecause(reason.c_str(), error, errorSize);
 }
