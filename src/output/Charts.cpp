@@ -140,6 +140,7 @@ std::int64_t CoarserTick(std::int64_t tick, int level) {
   }
 }
 
+// An axis of six units and more has three ticks at the least.
 std::int64_t FirstTick(std::int64_t span) {
   if (span >= 31) {
     return 10;
@@ -151,6 +152,8 @@ int ExponentAbove(double range) {
   if (range <= 0) {
     return 0;
   }
+  // Just short of 1, so that an exact power of ten keeps its exponent. Kept: below 1 a half is added
+  // and the sum cut towards zero.
   const double logarithm = std::log10(range);
   return static_cast<int>(logarithm > 0 ? logarithm + 0.99999 : logarithm + 0.5);
 }
@@ -263,7 +266,7 @@ void CoarsenUnreadableStep(RoundedAxis& axis) {
 }
 
 bool ScaleX(const Limits& data, RoundedAxis& axis) {
-  constexpr double kMargin = 0.099;
+  constexpr double kMargin = 0.099;  // a tenth of a step, and a little less for rounding
   axis = {data.min, data.max, 0};
   if (!ScaleAxis(axis.min, axis.max, axis.step, 1)) {
     return false;
@@ -273,7 +276,7 @@ bool ScaleX(const Limits& data, RoundedAxis& axis) {
 }
 
 bool ScaleY(const Limits& data, RoundedAxis& axis) {
-  constexpr double kMargin = 0.149;
+  constexpr double kMargin = 0.149;  // deliberate: wider than along X
   axis = {data.min, data.max, 0};
   if (!ScaleAxis(axis.min, axis.max, axis.step, 0)) {
     return false;
@@ -326,8 +329,8 @@ int LabelDecimals(float step) {
 }
 
 std::string TickLabel(float position, int decimals) {
-  constexpr int kWidth = 5;
-  constexpr float kLargestInteger = 9e18F;
+  constexpr int kWidth = 5;                 // deliberate: labels of up to five characters line up
+  constexpr float kLargestInteger = 9e18F;  // a larger one is beyond 64 bits
   if (decimals == 0 && std::abs(position) < kLargestInteger) {
     // Kept: without decimals the position is truncated, also where a clamp has moved the first tick
     // to half a step.
@@ -365,6 +368,7 @@ bool CopyDataBlock(Host& host, const ChartRequest& request, std::size_t count, C
 }
 
 void FillTitles(const ChartRequest& request, Chart& chart) {
+  // Kept: the texts of a chart are fields of so many characters, and a longer one is cut.
   constexpr int kTitle = 128;
   constexpr int kLabel = 60;
   for (std::size_t i = 0; i < chart.titles.size(); ++i) {

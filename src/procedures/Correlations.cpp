@@ -10,9 +10,13 @@ namespace poweranalysis {
 
 namespace {
 
+// So near to 1 the slope of the power says nothing: the step begins again at 1.
 constexpr double kStepResetPower = .99;
+// Deliberate: a walk evaluates slow distributions, and one step too far costs more than several.
 constexpr double kLargestStep = 200;
+// A correlation of two observations is -1 or 1: the bracket begins there.
 constexpr std::int64_t kSmallestLower = 2;
+// The least n at which Fisher's z has a variance, 1 / (n - 3).
 constexpr std::int64_t kSmallestEstimate = 4;
 
 SearchResult Failed(const Refusal& refusal = {}) {

@@ -6,6 +6,7 @@ namespace poweranalysis {
 
 namespace {
 
+// Of the climb; the last stride is halved down to single sizes.
 constexpr std::int64_t kStride = 100;
 
 std::int16_t EffectiveForm(std::int16_t form, double r0) {

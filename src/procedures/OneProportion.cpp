@@ -134,6 +134,7 @@ class BinomialWalk {
   }
 
  private:
+  // Steps beyond which a new anchor costs less than the walk.
   static constexpr double kFarthest = 16;
   // Rounding gathers slowly, and probabilities that have fallen to nothing cannot rise again.
   static constexpr int kStepsAnAnchor = 4096;
@@ -320,7 +321,7 @@ std::int64_t OneProportionRequiredN(double goal,
                           TrueNull::WithinTolerance, refusal) != 0) {
     return SizeFailure;
   }
-  constexpr double kLargestEstimate = 9e15;
+  constexpr double kLargestEstimate = 9e15;  // up to it every whole number is a double
   const double estimate = OneProportionEstimate(test, goal);
   if (!(estimate <= kLargestEstimate)) {
     return SizeFailure;

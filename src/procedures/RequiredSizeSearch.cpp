@@ -14,10 +14,14 @@ constexpr std::int16_t kNullNearlyTrue = 2;
 // Kept: independent of the size limit.
 constexpr std::int64_t kUpperBracket = 1000000;
 
+// The goals that a search with a window takes.
 constexpr double kLowestGoal = .01;
 constexpr double kHighestGoal = .999;
+// So near to 1, or between powers that differ by rounding alone, the slope of the power says
+// nothing: the step begins again at 1.
 constexpr double kStepResetPower = .999;
 constexpr double kEqualPowers = 1e-15;
+// Kept: what the bars are opened with, however many trials there are.
 constexpr int kBarCount = 10;
 constexpr int kBracketBisectBarCount = 20;
 

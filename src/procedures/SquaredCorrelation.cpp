@@ -78,6 +78,7 @@ class PowersOfASearch {
   bool cancelled() const { return cancelled_; }
 
  private:
+  // Far below any goal and any alpha.
   static constexpr double kNoPower = 1e-9;
   // Doubling to the largest size and halving back takes fewer.
   static constexpr std::size_t kMostTrials = 64;

@@ -12,7 +12,7 @@ namespace {
 
 // A whole number that a size or a count can hold, or SizeFailure.
 std::int64_t WholeOrFailure(double whole) {
-  constexpr double kLargest = 9e15;
+  constexpr double kLargest = 9e15;  // up to it every whole number is a double
   return std::fabs(whole) <= kLargest ? static_cast<std::int64_t>(whole) : SizeFailure;
 }
 
