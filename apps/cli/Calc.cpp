@@ -3,9 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "cli/Errors.h"
 #include "cli/FieldOptions.h"
@@ -15,23 +16,6 @@
 #include "module/PowerAnalysisModule.h"
 
 namespace poweranalysis {
-
-namespace {
-
-constexpr const char* kOneMinusP = "OneMinusP";
-constexpr const char* kProbability = "CumP";
-constexpr const char* kActual = "ActualValue";
-constexpr const char* kAlgorithm = "Algorithm";
-
-std::string Plain(std::string caption) {
-  caption.erase(std::remove(caption.begin(), caption.end(), '&'), caption.end());
-  if (!caption.empty() && caption.back() == ':') {
-    caption.pop_back();
-  }
-  return caption;
-}
-
-}  // namespace
 
 // --- Options.
 
@@ -103,7 +87,7 @@ std::string CalculatorFooter(const CalculatorTable& calculator, const std::strin
   for (const char* name : calculator.fields) {
     const Field& field = *TableOf(calculator.family).Find(name);
     const std::vector<std::string> shorter = ShorterOptions(calculator, field);
-    if (name != std::string_view(kProbability) && name != std::string_view(kAlgorithm)) {
+    if (name != std::string_view(ProbabilityField) && name != std::string_view(AlgorithmField)) {
       example += fmt::format(" --{} {}", shorter.empty() ? OptionName(name) : shorter.front(),
                              FormatShortest(field.factory));
     }
@@ -114,12 +98,6 @@ std::string CalculatorFooter(const CalculatorTable& calculator, const std::strin
 // --- Running.
 
 namespace {
-
-// A number of the dialog with its name.
-struct Shown {
-  std::string title;
-  double value;
-};
 
 class CalculatorRun {
  public:
@@ -137,18 +115,9 @@ class CalculatorRun {
   void FillIn();
   void Put(const FieldValue& value);
   void Tell();
-  bool NoSolution() const;
-  bool OneMinusP() const { return Working().Get(*Find(kOneMinusP)) != 0; }
-  bool HasActual() const {
-    return Find(kActual) != nullptr && &unknown_ == &rows_.unknowns[UnknownStatistic];
-  }
+  bool OneMinusP() const { return Working().Get(*Find(OneMinusPField)) != 0; }
   RecordView Working() const { return ViewOf(*Block(), rows_.family, Instance::Working); }
   const Field* Find(const char* name) const { return TableOf(rows_.family).Find(name); }
-  Shown ShownOf(const char* name) const;
-  std::string AlgorithmHeading() const;
-  std::string Statement() const;
-  bool IsUnknown(const char* name) const { return name == std::string_view(unknown_.field); }
-  CellKind CellKindOf(const char* name) const;
 
   const RunRequest& request_;
   HeadlessHost& host_;
@@ -157,6 +126,7 @@ class CalculatorRun {
   const CalculatorUnknown& unknown_;
   std::unique_ptr<CPowerAnalysis> analysis_;
   RunOutcome outcome_;
+  bool nearest_ = false;  // what was asked for does not exist
 };
 
 bool CalculatorRun::Open() {
@@ -173,7 +143,7 @@ bool CalculatorRun::Open() {
 
 void CalculatorRun::FillIn() {
   if (request_.oneMinusP != OneMinusP()) {
-    host_.Press(ControlOfField(kOneMinusP));
+    host_.Press(ControlOfField(OneMinusPField));
   }
   host_.Press(ControlUnknown + static_cast<int>(&unknown_ - rows_.unknowns.data()));
   std::for_each(request_.values.begin(), request_.values.end(),
@@ -193,63 +163,6 @@ void CalculatorRun::Put(const FieldValue& value) {
   }
 }
 
-Shown CalculatorRun::ShownOf(const char* name) const {
-  const HeadlessForm& form = *host_.form();
-  const double value = dynamic_cast<const CCalculatorDialog&>(*host_.dialog()).Shown(name);
-  const bool probability = name == std::string_view(kProbability);
-  if (probability || name == std::string_view(kActual)) {
-    return {
-        Plain(form.GetDlgItemText(probability ? ControlProbabilityLabel : ControlActualValueLabel)),
-        value};
-  }
-  return {Plain(form.Find(ControlOfField(name))->spec.caption), value};
-}
-
-std::string CalculatorRun::AlgorithmHeading() const {
-  const Field* field = Find(kAlgorithm);
-  const RadioGroup* radios = RadiosOf(kAlgorithm, rows_.family);
-  if (radios == nullptr || field == nullptr || !ShowsField(rows_, *field)) {
-    return {};
-  }
-  const Choice* chosen = FindChoice(radios->choices, Working().Get(*field));
-  return chosen == nullptr ? std::string()
-                           : fmt::format("{}: {}", Plain(LoadText(radios->caption)),
-                                         Plain(LoadText(chosen->caption)));
-}
-
-// With the decimals of the dialog, but never so few that nothing is left of a small number.
-std::string StatementNumber(double value) {
-  constexpr int kDecimals = 8;
-  constexpr double kSmall = 1e-4;
-  return value != 0 && std::fabs(value) < kSmall ? FormatGeneral(value)
-                                                 : FormatDecimals(value, kDecimals);
-}
-
-// "P(t <= 2) = 0.76456745; Df = 4, Delta = 1".
-std::string CalculatorRun::Statement() const {
-  const auto text = StatementNumber;
-  const CalculatorUnknown& statistic = rows_.unknowns[UnknownStatistic];
-  std::string given;
-  for (const char* name : rows_.fields) {
-    if (RadiosOf(name, rows_.family) == nullptr && name != std::string_view(kProbability) &&
-        name != std::string_view(statistic.field)) {
-      const Shown shown = ShownOf(name);
-      given += fmt::format("{} {} = {}", given.empty() ? ";" : ",", shown.title, text(shown.value));
-    }
-  }
-  return fmt::format("P({} {} {}) = {}{}", Plain(LoadText(statistic.caption)),
-                     OneMinusP() ? ">" : "<=", text(ShownOf(statistic.field).value),
-                     text(ShownOf(HasActual() ? kActual : kProbability).value), given);
-}
-
-CellKind CalculatorRun::CellKindOf(const char* name) const {
-  const bool probability =
-      name == std::string_view(kProbability) || name == std::string_view(kActual);
-  return probability       ? CellKind::Probability
-         : IsUnknown(name) ? CellKind::Computed
-                           : CellKind::Input;
-}
-
 void CalculatorRun::Tell() {
   const std::string text = host_.form()->GetDlgItemText(ControlOfField(unknown_.field));
   if (text.empty()) {
@@ -260,38 +173,15 @@ void CalculatorRun::Tell() {
         fmt::format("{} no value of {} could be computed", text, unknown_.name));
     return;
   }
-  SummaryTable table;
-  table.headings = {LoadText(task_.name)};
-  if (const std::string algorithm = AlgorithmHeading(); !algorithm.empty()) {
-    table.headings.push_back(algorithm);
+  std::optional<ResultsInPlace> results = host_.dialog()->TakeResults();
+  if (!results) {
+    return;
   }
-  table.columns = {LoadText(text::Value)};
-  const auto add = [&table, this](const char* name) {
-    const Shown shown = ShownOf(name);
-    table.rows.push_back({shown.title, 0, {shown.value}, CellKindOf(name), IsUnknown(name)});
-  };
-  for (const char* name : rows_.fields) {
-    if (name != std::string_view(unknown_.field) && RadiosOf(name, rows_.family) == nullptr) {
-      add(name);
-    }
-  }
-  if (HasActual()) {
-    add(kActual);
-  }
-  add(unknown_.field);
-  outcome_.study.answers = {{unknown_.field, ShownOf(unknown_.field).value, {}, {}}};
+  nearest_ = results->nearest;
+  outcome_.study.answers = std::move(results->answers);
   Workbook& workbook = outcome_.study.workbook;
-  workbook.items.emplace_back(std::move(table));
-  workbook.items.emplace_back(Report{{Statement()}});
-}
-
-// What was asked for does not exist; the dialog shows the nearest value that does.
-bool CalculatorRun::NoSolution() const {
-  const std::vector<Message>& messages = outcome_.study.messages;
-  return std::any_of(messages.begin(), messages.end(), [](const Message& message) {
-    return message.id == text::NoDeltaForF || message.id == text::NoDeltaForChiSquare ||
-           message.id == text::NoP2ForR2;
-  });
+  workbook.items.emplace_back(std::move(results->table));
+  workbook.items.emplace_back(std::move(results->report));
 }
 
 RunOutcome CalculatorRun::Run() {
@@ -312,7 +202,7 @@ RunOutcome CalculatorRun::Run() {
   } else {
     outcome_.errors.emplace_back("the calculator could not be opened");
   }
-  FinishStudy(outcome_, NoSolution());
+  FinishStudy(outcome_, nearest_);
   return std::move(outcome_);
 }
 

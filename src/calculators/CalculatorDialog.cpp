@@ -2,29 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "calculators/CalculatorResults.h"
 #include "host/NumberText.h"
 
 namespace poweranalysis {
 
 namespace {
 
-constexpr const char* kProbability = "CumP";
-constexpr const char* kOneMinusP = "OneMinusP";
-constexpr const char* kSelector = "WhatToCompute";
-constexpr const char* kActual = "ActualValue";
-
-// How the boxes show a real number.
-constexpr int kMostDecimals = 8;
+// How the boxes show a real number, besides its most decimals.
 constexpr int kFewestDecimals = 2;
 constexpr int kTruncate = 0;
 constexpr int kActualWidth = 9;
-
-// A caption as plain text, without the mark of its mnemonic.
-std::string WithoutMnemonic(std::string caption) {
-  caption.erase(std::remove(caption.begin(), caption.end(), '&'), caption.end());
-  return caption;
-}
 
 bool IsSettingsButton(int control) {
   return control == ControlSave || control == ControlSaveAs || control == ControlOpen ||
@@ -52,14 +42,14 @@ DialogSpec CCalculatorDialog::Spec() const {
   PageSpec page{PageOfFrame(resource()), LoadText(text::CaptionQuick), {}};
   for (std::size_t i = 0; i < rows_.unknowns.size(); ++i) {
     const TextId caption = i == UnknownProbability ? text::ButtonP : rows_.unknowns[i].caption;
-    page.controls.push_back({ControlUnknown + static_cast<int>(i), ControlKind::Radio, kSelector,
-                             LoadText(caption), LoadText(text::MeaningWhatToCompute),
+    page.controls.push_back({ControlUnknown + static_cast<int>(i), ControlKind::Radio,
+                             SelectorField, LoadText(caption), LoadText(text::MeaningWhatToCompute),
                              WithoutMnemonic(LoadText(text::ButtonCompute)), static_cast<int>(i)});
   }
   for (ControlSpec& control : BoxSpecs()) {
     page.controls.push_back(std::move(control));
   }
-  page.controls.push_back({ControlOfField(kOneMinusP), ControlKind::CheckBox, kOneMinusP,
+  page.controls.push_back({ControlOfField(OneMinusPField), ControlKind::CheckBox, OneMinusPField,
                            LoadText(text::Button1CumulativeP), LoadText(text::MeaningOneMinusP),
                            LoadText(text::GroupOptions), 1});
   for (const char* name : fields()) {
@@ -85,16 +75,11 @@ std::vector<ControlSpec> CCalculatorDialog::BoxSpecs() const {
       continue;
     }
     ControlSpec box = ControlsOfField(table(), FieldOf(name), text::None).front();
-    if (name == std::string_view(kProbability)) {
+    if (name == std::string_view(ProbabilityField)) {
       label(ControlProbabilityLabel, "CumPLabel", text::CaptionCumPBox);
       box.caption = LoadText(text::CaptionCumPBox);
-    } else if (box.caption.empty()) {
-      // A field without a label goes by the caption of its radio button.
-      for (const CalculatorUnknown& unknown : rows_.unknowns) {
-        if (name == std::string_view(unknown.field)) {
-          box.caption = WithoutMnemonic(LoadText(unknown.caption));
-        }
-      }
+    } else {
+      box.caption = CaptionOfBox(rows_, FieldOf(name));
     }
     if (!FieldOf(name).keyed()) {
       box.help = MeaningOfBox(FieldOf(name));  // it has no range
@@ -105,7 +90,7 @@ std::vector<ControlSpec> CCalculatorDialog::BoxSpecs() const {
     label(ControlActualValueLabel, "ActualValueLabel", text::CaptionActualValueBox);
     boxes.push_back({ControlActualValue,
                      ControlKind::RealEdit,
-                     kActual,
+                     ActualField,
                      LoadText(text::CaptionActualValueBox),
                      LoadText(text::MeaningCumP),
                      {},
@@ -148,7 +133,7 @@ long CCalculatorDialog::Command(int control) {
     default:
       break;
   }
-  if (control == ControlOfField(kOneMinusP)) {
+  if (control == ControlOfField(OneMinusPField)) {
     return FlipOneMinusP();
   }
   const int unknown = control - ControlUnknown;
@@ -169,12 +154,12 @@ long CCalculatorDialog::RestoreDefaults() {
 }
 
 long CCalculatorDialog::FlipOneMinusP() {
-  Set(kOneMinusP, OneMinusP() ? 0 : 1);
-  form().CheckDlgButton(ControlOfField(kOneMinusP), OneMinusP());
+  Set(OneMinusPField, OneMinusP() ? 0 : 1);
+  form().CheckDlgButton(ControlOfField(OneMinusPField), OneMinusP());
   ShowLabels();
   double shown = 0;
-  if (form().GetDlgItemDouble(ControlOfField(kProbability), shown) == 0) {
-    ShowBox(kProbability);
+  if (form().GetDlgItemDouble(ControlOfField(ProbabilityField), shown) == 0) {
+    ShowBox(ProbabilityField);
   }
   ShowActual();
   return 1;
@@ -193,14 +178,14 @@ double CCalculatorDialog::ShownProbability(double p) const {
 
 double CCalculatorDialog::Shown(const char* field) const {
   const bool probability =
-      field == std::string_view(kProbability) || field == std::string_view(kActual);
+      field == std::string_view(ProbabilityField) || field == std::string_view(ActualField);
   return probability ? ShownProbability(Get(field)) : Get(field);
 }
 
 std::size_t CCalculatorDialog::UnknownIndex() const {
   for (std::size_t i = 0; i < rows_.unknowns.size(); ++i) {
     const char* flag = rows_.unknowns[i].flag;
-    if (flag == nullptr ? Get(kSelector) == static_cast<double>(i) : Get(flag) != 0) {
+    if (flag == nullptr ? Get(SelectorField) == static_cast<double>(i) : Get(flag) != 0) {
       return i;
     }
   }
@@ -213,7 +198,7 @@ void CCalculatorDialog::ChooseUnknown(std::size_t index) {
     if (flag != nullptr) {
       Set(flag, i == index ? 1 : 0);
     } else if (i == index) {
-      Set(kSelector, static_cast<double>(i));
+      Set(SelectorField, static_cast<double>(i));
     }
   }
 }
@@ -228,8 +213,8 @@ bool CCalculatorDialog::StoreBox(int control) {
     }
   }
   double typed = 0;
-  if (control == ControlOfField(kProbability) && form().GetDlgItemDouble(control, typed) == 0) {
-    Set(kProbability, Complemented(typed));
+  if (control == ControlOfField(ProbabilityField) && form().GetDlgItemDouble(control, typed) == 0) {
+    Set(ProbabilityField, Complemented(typed));
   }
   return true;
 }
@@ -250,7 +235,7 @@ void CCalculatorDialog::ExchangeBoxes() {
 // it is a probability at all.
 bool CCalculatorDialog::IsOwnAnswer(const Field& field) const {
   const double value = Get(field.name);
-  const bool usable = field.name != std::string_view(kProbability) || (value > 0 && value < 1);
+  const bool usable = field.name != std::string_view(ProbabilityField) || (value > 0 && value < 1);
   return answers_.count(field.name) != 0 && usable;
 }
 
@@ -269,7 +254,7 @@ void CCalculatorDialog::ClearUnknown() {
   answers_.erase(field.name);
   View(Instance::Working).Set(field, View(Instance::Defaults).Get(field));
   if (ShowsActual()) {
-    Set(kActual, NumericFailure);
+    Set(ActualField, NumericFailure);
     ShowActual();
   }
 }
@@ -289,7 +274,7 @@ void CCalculatorDialog::ShowValues() {
                               radios.base + static_cast<int>(Get(name)));
     }
   }
-  form().CheckDlgButton(ControlOfField(kOneMinusP), OneMinusP());
+  form().CheckDlgButton(ControlOfField(OneMinusPField), OneMinusP());
   ShowUnknown();
   ShowActual();
   ShowLabels();
@@ -300,7 +285,7 @@ void CCalculatorDialog::ShowBox(const char* field) {
   if (FieldOf(field).type != FieldType::Real) {
     form().SetDlgItemLong(control, static_cast<std::int64_t>(Get(field)));
   } else {
-    SetDlgItemNumber(form(), control, Shown(field), kMostDecimals, kFewestDecimals, kTruncate);
+    SetDlgItemNumber(form(), control, Shown(field), BoxDecimals, kFewestDecimals, kTruncate);
   }
   shown_[field] = form().GetDlgItemText(control);
 }
@@ -309,11 +294,11 @@ void CCalculatorDialog::ShowActual() {
   if (!ShowsActual()) {
     return;
   }
-  const double actual = Get(kActual);
+  const double actual = Get(ActualField);
   form().SetDlgItemText(ControlActualValue,
                         actual == NumericFailure
                             ? std::string()
-                            : RealToText(Shown(kActual), RealPlain, kActualWidth, kMostDecimals));
+                            : RealToText(Shown(ActualField), RealPlain, kActualWidth, BoxDecimals));
 }
 
 void CCalculatorDialog::ShowUnknown() {
@@ -322,10 +307,8 @@ void CCalculatorDialog::ShowUnknown() {
 }
 
 void CCalculatorDialog::ShowLabels() {
-  const TextId label = ShowsRequested() ? text::CaptionRequestedValueBox
-                       : OneMinusP()    ? text::Caption1CumPBox
-                                        : text::CaptionCumPBox;
-  form().SetDlgItemText(ControlProbabilityLabel, LoadText(label));
+  form().SetDlgItemText(ControlProbabilityLabel,
+                        LoadText(ProbabilityLabel(ShowsRequested(), OneMinusP())));
   form().SetDlgItemText(ControlUnknown + UnknownProbability,
                         LoadText(OneMinusP() ? text::Button1P : text::ButtonP));
   if (ShowsActual()) {
@@ -337,7 +320,24 @@ void CCalculatorDialog::ShowLabels() {
 
 // --- Computing.
 
+std::optional<ResultsInPlace> CCalculatorDialog::TakeResults() {
+  return std::exchange(results_, std::nullopt);
+}
+
+void CCalculatorDialog::KeepResults(const CalculatorAnswer& answer) {
+  SolvedEquation solved{rows_, UnknownIndex(), OneMinusP(), {}};
+  for (const char* field : fields()) {
+    solved.numbers[field] = Shown(field);
+  }
+  if (ShowsActual()) {
+    solved.numbers[ActualField] = Shown(ActualField);
+  }
+  results_ = ResultsOf(solved);
+  results_->nearest = answer.noSolution != text::None;
+}
+
 long CCalculatorDialog::Compute() {
+  results_.reset();
   if (rows_.before != nullptr && !rows_.before(window(), *Block())) {
     return 1;
   }
@@ -346,7 +346,7 @@ long CCalculatorDialog::Compute() {
   if (!InputsPass()) {
     return 1;
   }
-  const double p = Get(kProbability);
+  const double p = Get(ProbabilityField);
   const CalculatorAnswer answer = Unknown().compute(*Block(), p);
   // The window may have gone while a search polled for a break.
   if (form().IsWindow()) {
@@ -363,9 +363,9 @@ void CCalculatorDialog::ShowAnswer(const CalculatorAnswer& answer, double p) {
   }
   if (answer.noSolution != text::None) {
     ShowMessage(MessagePlain, window(), answer.noSolution, {p});
-    Set(kProbability, answer.nearestProbability);
-    answers_.insert(kProbability);
-    ShowBox(kProbability);
+    Set(ProbabilityField, answer.nearestProbability);
+    answers_.insert(ProbabilityField);
+    ShowBox(ProbabilityField);
   }
   if (answer.upper != NumericFailure) {
     tail_ = {ShowsActual() && UnknownIndex() == UnknownStatistic ? answer.actual : answer.value,
@@ -375,9 +375,10 @@ void CCalculatorDialog::ShowAnswer(const CalculatorAnswer& answer, double p) {
   Set(field, answer.value);
   ShowBox(field);
   if (ShowsActual()) {
-    Set(kActual, answer.actual);
+    Set(ActualField, answer.actual);
     ShowActual();
   }
+  KeepResults(answer);
 }
 
 std::unique_ptr<CAnalysisDialog> CreateCalculator(CAnalysisSupport& analysis,

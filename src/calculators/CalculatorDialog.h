@@ -2,6 +2,7 @@
 
 #include <array>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -9,6 +10,16 @@
 #include "distributions/Common.h"
 
 namespace poweranalysis {
+
+// The fields that calculators have in common.
+inline constexpr const char* ProbabilityField = "CumP";
+inline constexpr const char* OneMinusPField = "OneMinusP";
+inline constexpr const char* SelectorField = "WhatToCompute";
+inline constexpr const char* ActualField = "ActualValue";
+inline constexpr const char* AlgorithmField = "Algorithm";
+
+// The most decimals of a real number in a box.
+inline constexpr int BoxDecimals = 8;
 
 // What a computation gives.
 struct CalculatorAnswer {
@@ -74,6 +85,16 @@ const CalculatorTable* FindCalculator(std::string_view code);
 // have its own text: it takes that of the same number in another calculator.
 std::string MeaningOfBox(const Field& field);
 
+// What stands beside the box of a field: its label, or the caption of its radio button.
+std::string CaptionOfBox(const CalculatorTable& calculator, const Field& field);
+// The same of the probability, whose label follows what is computed.
+TextId ProbabilityLabel(bool requested, bool oneMinusP);
+// Whether the answer is discrete, so that its probability stands beside the requested one.
+bool ShowsRequested(const CalculatorTable& calculator, std::size_t unknown);
+
+// A text of a control without the mark of its mnemonic.
+std::string WithoutMnemonic(std::string caption);
+
 // Presents a distribution as an equation among a few numbers: the user names one of them as the
 // unknown, fills in the rest and presses Compute. The numbers live in Working, the answer with
 // them, so that the next computation takes it as an input. One engine for all six.
@@ -87,6 +108,7 @@ class CCalculatorDialog : public CFieldDialog {
   // The number of a field as the dialog shows it, with all its digits: a probability is the upper
   // tail with OneMinusP set.
   double Shown(const char* field) const;
+  std::optional<ResultsInPlace> TakeResults() override;
 
  protected:
   long EventHandler(const DialogEvent& event) override;
@@ -104,7 +126,7 @@ class CCalculatorDialog : public CFieldDialog {
   double Get(const char* field) const { return View(Instance::Working).Get(FieldOf(field)); }
   void Set(const char* field, double value) { View(Instance::Working).Set(FieldOf(field), value); }
   const Field& FieldOf(const char* name) const { return *table().Find(name); }
-  bool OneMinusP() const { return Get("OneMinusP") != 0; }
+  bool OneMinusP() const { return Get(OneMinusPField) != 0; }
   // A probability on its way in: 1 - p with OneMinusP set.
   double Complemented(double p) const;
   // On its way out, from the upper tail itself where that is known.
@@ -114,9 +136,9 @@ class CCalculatorDialog : public CFieldDialog {
   std::size_t UnknownIndex() const;
   const CalculatorUnknown& Unknown() const { return rows_.unknowns[UnknownIndex()]; }
   void ChooseUnknown(std::size_t index);
-  bool ShowsActual() const { return table().Find("ActualValue") != nullptr; }
+  bool ShowsActual() const { return table().Find(ActualField) != nullptr; }
   // Both the requested and the actual probability are shown.
-  bool ShowsRequested() const { return ShowsActual() && UnknownIndex() == UnknownStatistic; }
+  bool ShowsRequested() const { return poweranalysis::ShowsRequested(rows_, UnknownIndex()); }
 
   // The controls.
   bool IsBox(const char* field) const { return RadiosOf(field, family()) == nullptr; }
@@ -128,6 +150,7 @@ class CCalculatorDialog : public CFieldDialog {
   void ShowUnknown();
   void ShowLabels();
   void ShowAnswer(const CalculatorAnswer& answer, double p);
+  void KeepResults(const CalculatorAnswer& answer);
   std::vector<ControlSpec> BoxSpecs() const;
 
   const CalculatorTable& rows_;
@@ -138,6 +161,7 @@ class CCalculatorDialog : public CFieldDialog {
   } tail_;
   std::map<std::string, std::string, std::less<>> shown_;  // texts that the dialog put into boxes
   std::set<std::string, std::less<>> answers_;  // fields that hold an answer, not an entry
+  std::optional<ResultsInPlace> results_;       // of the last computation, until they are taken
 };
 
 // The dialog of a catalogue row of the calculators; null for another.

@@ -38,7 +38,7 @@ bool EnoughObservations(WindowHandle parent, const PowerSettings& block) {
 
 constexpr CalculatorUnknown Probability(CalculatorAnswer (*compute)(const PowerSettings&, double),
                                         const char* flag = nullptr) {
-  return {"CumP", "p", flag, text::None, compute};
+  return {ProbabilityField, "p", flag, text::None, compute};
 }
 
 constexpr CalculatorTable kCalculators[] = {
@@ -102,6 +102,32 @@ std::string MeaningOfBox(const Field& field) {
     }
   }
   return LoadText(meaning);
+}
+
+std::string CaptionOfBox(const CalculatorTable& calculator, const Field& field) {
+  const std::string label =
+      ControlsOfField(TableOf(calculator.family), field, text::None).front().caption;
+  const auto* unknown = std::find_if(
+      calculator.unknowns.begin(), calculator.unknowns.end(),
+      [&field](const CalculatorUnknown& row) { return field.name == std::string_view(row.field); });
+  return label.empty() && unknown != calculator.unknowns.end()
+             ? WithoutMnemonic(LoadText(unknown->caption))
+             : label;
+}
+
+TextId ProbabilityLabel(bool requested, bool oneMinusP) {
+  return requested   ? text::CaptionRequestedValueBox
+         : oneMinusP ? text::Caption1CumPBox
+                     : text::CaptionCumPBox;
+}
+
+bool ShowsRequested(const CalculatorTable& calculator, std::size_t unknown) {
+  return unknown == UnknownStatistic && TableOf(calculator.family).Find(ActualField) != nullptr;
+}
+
+std::string WithoutMnemonic(std::string caption) {
+  caption.erase(std::remove(caption.begin(), caption.end(), '&'), caption.end());
+  return caption;
 }
 
 }  // namespace poweranalysis

@@ -2,9 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "host/Answer.h"
 #include "host/Host.h"
 
 // The host's side of an analysis: the base class that a module derives its analysis from, and the
@@ -37,6 +40,16 @@ struct DialogEvent {
 inline constexpr int ExitBack = 1;
 inline constexpr int ExitForward = 2;
 
+// What a dialog has computed and shows in its own boxes, without sending it to the host: for faces
+// that keep it all the same.
+struct ResultsInPlace {
+  SummaryTable table;
+  Report report;
+  std::vector<Answer> answers;
+  // What was asked for does not exist; these are the nearest numbers that do.
+  bool nearest = false;
+};
+
 // A dialog as a model: it answers events through EventHandler and touches its controls through the
 // form that the host gave it. It does not hold any values itself.
 class CAnalysisDialog {
@@ -58,6 +71,9 @@ class CAnalysisDialog {
   // next by the table"), with ExitForward or ExitBack. The host closes the dialog and runs the
   // stage once the handler has returned.
   void ExitDialog(int stage, int kind, int flag);
+
+  // What the last command computed in place; nothing when it did not, and when it was taken.
+  virtual std::optional<ResultsInPlace> TakeResults() { return std::nullopt; }
 
   void AttachForm(Form* form) { form_ = form; }
   Form& form() const { return *form_; }
