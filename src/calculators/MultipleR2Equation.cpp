@@ -18,7 +18,7 @@ bool HasDegreesOfFreedom(const R2Params& in) { return in.SampleSize > in.TotalNu
 HostObserver Stoppable() { return {nullptr, HostObserver::Bar::None}; }
 
 // Where the search for rho2 begins: the estimate that allows for its own bias, less its normal
-// deviate.
+// deviate. The estimate may fall below 0, where no search could begin.
 double Rho2Start(const R2Params& in, double p) {
   constexpr double kLowest = 0.0001;
   const double n = in.SampleSize;

@@ -38,8 +38,9 @@ CalculatorAnswer SolveForTDelta(const PowerSettings& block, double p) {
   int status = 0;
   int failure = 0;
   const double start = NoncentralTDeltaStart(in.TObserved, in.DegreesOfFreedom, p);
-  const double delta =
-      SolveParameter(in.TObserved, in.DegreesOfFreedom, p, start, status, failure, SearchTDelta, 0);
+  constexpr std::int32_t kNoSecondDf = 0;
+  const double delta = SolveParameter(in.TObserved, in.DegreesOfFreedom, p, start, status, failure,
+                                      SearchTDelta, kNoSecondDf);
   return status == 0 && failure == 0 ? GoodAnswer(delta) : CalculatorAnswer();
 }
 
