@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/CommittedInputs.h"
 #include "desktop/NeighbourPowers.h"
 #include "desktop/Strings.h"
+#include "desktop/StudyInputs.h"
 #include "frame/PowerAnalysis.h"
 #include "output/Answers.h"
+#include "output/Reports.h"
 
 namespace poweranalysis {
 
@@ -118,6 +119,7 @@ long DesktopHost::Send(const DialogEvent& event) {
     }
   }
   const long result = dialog_->CallEventHandler(event);
+  KeepResultsInPlace();
   FollowExit();
   Finish();
   return result;
@@ -319,7 +321,7 @@ void DesktopHost::PrepareStudy(bool forTable) {
   const ModeRow& mode = Modes()[static_cast<std::size_t>(entry.mode)];
   book_.StartStudy(
       ToText(LoadText(task.name)) + QStringLiteral(" \u2013 ") + ToText(LoadText(mode.name)),
-      task.family, mode.word, CommittedInputs(task.family));
+      task.family, mode.word, InputsOf(entry));
 }
 
 int DesktopHost::looka4(SummaryTable table) {
@@ -342,6 +344,18 @@ int DesktopHost::looka4(SummaryTable table) {
 void DesktopHost::type(const std::string& paragraph) {
   PrepareStudy(false);
   book_.AddParagraph(paragraph);
+}
+
+void DesktopHost::KeepResultsInPlace() {
+  std::optional<ResultsInPlace> results = dialog_->TakeResults();
+  if (!results) {
+    return;
+  }
+  looka4(std::move(results->table));
+  book_.SetAnswers(std::move(results->answers));
+  for (const std::string& paragraph : results->report.paragraphs) {
+    EmitReportParagraph(paragraph);
+  }
 }
 
 int DesktopHost::NewGeneralMultipleChart(Chart chart) {

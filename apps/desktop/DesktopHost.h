@@ -150,6 +150,8 @@ class DesktopHost : public QObject, public Host {
   void OpenNext();
   void ReopenStartup();
   void Finish();
+  // What the dialog shows in its own boxes becomes a study like any other.
+  void KeepResultsInPlace();
   // A study for what comes next, when it does not belong in the open one.
   void PrepareStudy(bool forTable);
 

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include "calculators/CalculatorResults.h"
 #include "desktop/Strings.h"
 #include "output/SummaryTables.h"
 
@@ -17,6 +18,17 @@ QDateTime DateOf(const std::string& text) {
   return QDateTime::fromString(ToText(text), Qt::ISODate);
 }
 
+// A file holds the numbers of a table, not what they are.
+void MarkTables(Study& study) {
+  const Answer* answer = OnlyAnswer(study);
+  const bool calculator = study.mode == ModeWord(ModeDistribution) && answer != nullptr;
+  for (WorkbookItem& item : study.workbook.items) {
+    if (auto* table = std::get_if<SummaryTable>(&item)) {
+      calculator ? MarkCalculatorRows(*table, study.family, answer->name) : MarkRows(*table);
+    }
+  }
+}
+
 StudyRecord FromFileStudy(WorkbookStudy&& stored) {
   StudyRecord record;
   record.id = std::move(stored.id);
@@ -24,11 +36,7 @@ StudyRecord FromFileStudy(WorkbookStudy&& stored) {
   record.when = DateOf(stored.date);
   record.inputs = std::move(stored.inputs);
   record.study = std::move(stored.study);
-  for (WorkbookItem& item : record.study.workbook.items) {
-    if (auto* table = std::get_if<SummaryTable>(&item)) {
-      MarkRows(*table);
-    }
-  }
+  MarkTables(record.study);
   for (std::size_t i = 0; i < record.study.workbook.items.size(); ++i) {
     const ItemLabel label = i < stored.labels.size() ? stored.labels[i] : ItemLabel{};
     const QDateTime when = DateOf(label.date);

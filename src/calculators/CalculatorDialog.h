@@ -81,6 +81,10 @@ std::span<const CalculatorTable> Calculators();
 // By its code in the catalogue; null when there is none.
 const CalculatorTable* FindCalculator(std::string_view code);
 
+// Whether a field of its record belongs to the calculator: a number or a choice of its page, or what
+// says which number is the unknown.
+bool HasField(const CalculatorTable& calculator, std::string_view field);
+
 // What a field of a calculator means. A working value, which no family keeps in a file, does not
 // have its own text: it takes that of the same number in another calculator.
 std::string MeaningOfBox(const Field& field);

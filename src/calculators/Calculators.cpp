@@ -93,6 +93,17 @@ const CalculatorTable* FindCalculator(std::string_view code) {
   return found == std::end(kCalculators) ? nullptr : found;
 }
 
+bool HasField(const CalculatorTable& calculator, std::string_view field) {
+  const bool shown = std::any_of(calculator.fields.begin(), calculator.fields.end(),
+                                 [field](std::string_view name) { return name == field; });
+  const bool selects =
+      std::any_of(calculator.unknowns.begin(), calculator.unknowns.end(),
+                  [field](const CalculatorUnknown& row) {
+                    return field == (row.flag == nullptr ? SelectorField : row.flag);
+                  });
+  return shown || selects || field == OneMinusPField;
+}
+
 std::string MeaningOfBox(const Field& field) {
   TextId meaning = field.meaning;
   for (const CalculatorTable& calculator : kCalculators) {

@@ -220,5 +220,19 @@ TEST_F(CalculatorResults, OfAnotherShapeAreNotMarked) {
   EXPECT_EQ(table.rows.front().kind, CellKind::Input);
 }
 
+// --- What belongs to a calculator.
+
+TEST(CalculatorFields, AreThoseOfItsPageAndWhatNamesItsUnknown) {
+  const CalculatorTable& t = *FindCalculator("T");
+  for (const char* field : {"TObserved", "DegreesOfFreedom", "Delta", "CumP", "OneMinusP",
+                            "ComputeT", "ComputeP", "ComputeDelta"}) {
+    EXPECT_TRUE(HasField(t, field)) << field;
+  }
+  EXPECT_FALSE(HasField(t, "Mu"));
+  EXPECT_FALSE(HasField(t, "WhatToCompute"));
+  EXPECT_TRUE(HasField(*FindCalculator("F"), "WhatToCompute"));
+  EXPECT_FALSE(HasField(*FindCalculator("Binomial"), "ActualValue"));
+}
+
 }  // namespace
 }  // namespace poweranalysis

@@ -473,8 +473,10 @@ void WindowTest::everyCalculatorComputesItsDefaults() {
   bool number = false;
   const double p = driver.Text(probability).toDouble(&number);
   QVERIFY2(number && p > 0 && p < 1, qPrintable(driver.Text(probability)));
-  // A calculator sends nothing into the workbook, and leads back to the startup.
-  QVERIFY(driver.studies().empty());
+  // What it computed is a study; then it leads back to the startup.
+  QCOMPARE(driver.studies().size(), std::size_t{1});
+  QVERIFY(SummaryOf(driver.studies().front().study) != nullptr);
+  QCOMPARE(ReportsOf(driver.studies().front().study).size(), std::size_t{1});
   driver.Click(control::Back);
   QCOMPARE(driver.resource(), 6100);
 }
