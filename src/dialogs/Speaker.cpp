@@ -26,6 +26,8 @@ SAID_AS_TEXT(SwitchingToRefined);
 SAID_AS_TEXT(SearchingForN);
 SAID_AS_TEXT(SearchingForDf);
 SAID_AS_TEXT(SearchingForUpperBound);
+SAID_AS_TEXT(ComputingLowerBound);
+SAID_AS_TEXT(ComputingUpperBound);
 #undef SAID_AS_TEXT
 
 TextId TextOf(Said said) { return static_cast<TextId>(said); }

@@ -33,6 +33,8 @@ enum class Said : int {
   SearchingForN = 12382,
   SearchingForDf = 12468,
   SearchingForUpperBound = 12963,
+  ComputingLowerBound = 34003,
+  ComputingUpperBound = 34004,
 };
 
 // Numbers that fill the slots of a text, as many as it has, in their order.
