@@ -1,6 +1,7 @@
 #include "procedures/Anova.h"
 
 #include "families/SessionOf.h"
+#include "intervals/Means.h"
 
 namespace poweranalysis {
 
@@ -227,6 +228,15 @@ void DeriveAV1(const RecordView& record, Computed& derived) {
   derived.noncentrality = OneWayDesign(p.NumberOfGroups, p.N, p.RMSSE).delta;
 }
 
+// The searches for sizes end at the limit of the field.
+template <class Params,
+          Family family,
+          IntervalLimits (*limits)(const Params&, std::int64_t, ProcedureObserver&)>
+Outcome IntervalWithSizes(const RecordView& record, ProcedureObserver& observer) {
+  const auto sizeLimit = static_cast<std::int64_t>(LimitField(RowOf(family)).upper);
+  return OutcomeOf(limits(As<Params>(record), sizeLimit, observer));
+}
+
 Groups PCGroups(const RecordView& record) {
   return {{{As<PCParams>(record).SampleSize, As<PCParams>(record).NumberOfGroups}}};
 }
@@ -284,7 +294,8 @@ constexpr FamilyRow kRows[] = {
      kPCEffect,
      false,
      kPCAlgorithms,
-     Open<Contrast>},
+     Open<Contrast>,
+     IntervalFrom<PCParams, ContrastInterval>},
     {Family::AV1,
      {nullptr, {{{Counts::PerGroup, "N"}}}},
      AV1Groups,
@@ -292,6 +303,7 @@ constexpr FamilyRow kRows[] = {
      false,
      kAV1Algorithms,
      Open<OneWay>,
+     IntervalWithSizes<AV1Params, Family::AV1, OneWayInterval>,
      DeriveAV1},
     {Family::AV2,
      {nullptr, {{{Counts::PerCell, "N"}}}},
@@ -299,7 +311,8 @@ constexpr FamilyRow kRows[] = {
      kAV2Effects,
      true,
      kAV2Algorithms,
-     Open<TwoWay>},
+     Open<TwoWay>,
+     IntervalWithSizes<AV2Params, Family::AV2, TwoWayInterval>},
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "distributions/Common.h"
+#include "intervals/IntervalLimits.h"
 
 namespace poweranalysis {
 
@@ -25,6 +26,8 @@ struct Computed {
   double actualAlpha = NumericFailure;  // of an exact test on counts
   double normalPower = NumericFailure;  // power by the normal approximation, beside an exact one
   double events = NumericFailure;       // to be observed in a survival study
+
+  IntervalLimits limits;  // of an interval estimation
 };
 
 }  // namespace poweranalysis

@@ -1,6 +1,7 @@
 #include "procedures/Correlations.h"
 
 #include "families/SessionOf.h"
+#include "intervals/Correlations.h"
 #include "procedures/SquaredCorrelation.h"
 #include "procedures/TTests.h"
 
@@ -206,7 +207,8 @@ constexpr FamilyRow kRows[] = {
      kREffect,
      false,
      kRAlgorithms,
-     Open<OneCorrelation>},
+     Open<OneCorrelation>,
+     IntervalFrom<RParams, CorrelationInterval>},
     {Family::Z2R,
      {"NToVary",
       {{{Counts::PerGroup, "SampleSizeN1", "SampleSizeN2"},
@@ -224,7 +226,8 @@ constexpr FamilyRow kRows[] = {
      kR2Effect,
      false,
      kR2Algorithms,
-     Open<SquaredCorrelation>},
+     Open<SquaredCorrelation>,
+     IntervalFrom<R2Params, SquaredCorrelationInterval>},
 };
 
 }  // namespace

@@ -130,6 +130,10 @@ Refusal RefusalOf(const NullCheck& check, const RecordView& record, Question que
   return refusal;
 }
 
+Outcome IntervalOf(const FamilyRow& row, const RecordView& record, ProcedureObserver& observer) {
+  return row.interval == nullptr ? Outcome{} : row.interval(record, observer);
+}
+
 bool RangesHold(const RecordView& record) {
   const std::span<const Field> fields = record.table().fields;
   return std::all_of(fields.begin(), fields.end(), [&](const Field& field) {

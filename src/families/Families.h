@@ -96,10 +96,14 @@ struct FamilyRow {
   bool checksItself;
   std::span<const AlgorithmRow> algorithms;
   std::unique_ptr<FamilySession> (*open)(Question question);
+  // The confidence limits from what the record says was observed; null in a family without.
+  Outcome (*interval)(const RecordView& record, ProcedureObserver& observer) = nullptr;
   // What follows from the inputs alone; null where there is nothing.
   void (*derive)(const RecordView& record, Computed& derived) = nullptr;
   // What the inputs are refused for beyond their ranges; null where there is nothing.
   Refusal (*check)(const RecordView& record) = nullptr;
+  // What an interval changes of its inputs before it is computed; null where there is nothing.
+  void (*prepareInterval)(const RecordView& record) = nullptr;
 };
 
 // All families, in the order of the block.
@@ -127,6 +131,13 @@ double NullValueOf(const EffectRow& effect, const RecordView& record);
 void PutEffect(const EffectRow& effect, const RecordView& record, double measure);
 // The refusal of the effect's null hypothesis, before a power or a search; empty when it passes.
 Refusal RefusalOf(const NullCheck& check, const RecordView& record, Question question);
+
+// --- Intervals.
+
+// The third thing that a family can be asked. Not good in a family that has no interval; otherwise
+// there is always something to show: a limit that could not be had is missing, and the observer has
+// heard why where there is something to say.
+Outcome IntervalOf(const FamilyRow& row, const RecordView& record, ProcedureObserver& observer);
 
 // Is every keyed field within its range?
 bool RangesHold(const RecordView& record);

@@ -2,6 +2,7 @@
 
 #include "distributions/NoncentralChiSquare.h"
 #include "families/SessionOf.h"
+#include "intervals/ModelFit.h"
 
 namespace poweranalysis {
 
@@ -55,6 +56,10 @@ double Difference(const RecordView& record) {
 }
 Groups GroupOf(const RecordView& record) { return OneGroup(As<SEMParams>(record).SampleSize); }
 
+Outcome SEMInterval(const RecordView& record, ProcedureObserver& /*observer*/) {
+  return OutcomeOf(ModelFitInterval(As<SEMParams>(record)));
+}
+
 constexpr NullCheck kCheck = {Difference, ModelFitTolerance};
 constexpr EffectRow kEffect[] = {
     {nullptr, "RMSEA", "R", "R0", 0, true, Measure, Itself, kCheck, kCheck}};
@@ -70,7 +75,8 @@ constexpr FamilyRow kRows[] = {
      kEffect,
      false,
      kAlgorithms,
-     Open<ModelFit>},
+     Open<ModelFit>,
+     SEMInterval},
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "families/SessionOf.h"
+#include "intervals/OneProportion.h"
 #include "procedures/OneProportion.h"
 #include "procedures/TwoProportions.h"
 
@@ -210,6 +211,15 @@ Groups P2Groups(const RecordView& record) {
 }
 Groups QMACGroups(const RecordView& record) { return OneGroup(As<QMACParams>(record).SampleSize); }
 
+Outcome P1Interval(const RecordView& record, ProcedureObserver& /*observer*/) {
+  return OutcomeOf(OneProportionInterval(As<P1Params>(record)));
+}
+void PrepareP1Interval(const RecordView& record) {
+  P1Params tied = As<P1Params>(record);
+  TieProportionToCount(tied);
+  record.CopyFrom(RecordView(record.table(), &tied));
+}
+
 Refusal EtaSuffices(const RecordView& record) {
   Refusal refusal;
   McNemarParameterCheck(As<QMACParams>(record).Delta, As<QMACParams>(record).Eta, refusal);
@@ -243,7 +253,11 @@ constexpr FamilyRow kRows[] = {
      kP1Effect,
      false,
      kP1Algorithms,
-     Open<OneProportion>},
+     Open<OneProportion>,
+     P1Interval,
+     nullptr,
+     nullptr,
+     PrepareP1Interval},
     {Family::P2,
      {"NToVary",
       {{{Counts::PerGroup, "SampleSizeN1", "SampleSizeN2"},
@@ -263,6 +277,7 @@ constexpr FamilyRow kRows[] = {
      false,
      kQMACAlgorithms,
      Open<PairedProportions>,
+     nullptr,
      nullptr,
      EtaSuffices},
 };

@@ -133,6 +133,21 @@ bool PutCriticals(std::int16_t form, Critical critical, Statistic& statistic) {
   return form >= H0TwoTailed && form <= H0Zero && pair.high != NumericFailure;
 }
 
+// What a family shows of its limits.
+inline Outcome OutcomeOf(const IntervalLimits& limits) {
+  Outcome outcome;
+  outcome.good = true;
+  outcome.computed.limits = limits;
+  outcome.computed.effectDf[0] = limits.df1;
+  outcome.computed.errorDf = limits.df2;
+  return outcome;
+}
+
+template <class Params, IntervalLimits (*limits)(const Params&, ProcedureObserver&)>
+Outcome IntervalFrom(const RecordView& record, ProcedureObserver& observer) {
+  return OutcomeOf(limits(As<Params>(record), observer));
+}
+
 // One group, and two.
 inline Groups OneGroup(std::int64_t size) { return {{{size, 1}}}; }
 inline Groups TwoGroups(std::int64_t first, std::int64_t second) {

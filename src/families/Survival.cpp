@@ -173,9 +173,9 @@ constexpr SizeRules kPerGroup = {nullptr, {{{Counts::PerGroup, "SampleSize"}}}};
 constexpr FamilyRow kRows[] = {
     {Family::SA1, kPerGroup, GroupsOf<SA1Params>, kSA1Effect, false, kLogRank, Open<LogRank>},
     {Family::SA2, kPerGroup, GroupsOf<SA2Params>, kSA2Effect, false, kExponential,
-     Open<ExponentialSurvival<SA2Params, Family::SA2>>, nullptr, Check<SA2Params>},
+     Open<ExponentialSurvival<SA2Params, Family::SA2>>, nullptr, nullptr, Check<SA2Params>},
     {Family::SA3, kPerGroup, GroupsOf<SA3Params>, kSA3Effect, false, kExponential,
-     Open<ExponentialSurvival<SA3Params, Family::SA3>>, nullptr, Check<SA3Params>},
+     Open<ExponentialSurvival<SA3Params, Family::SA3>>, nullptr, nullptr, Check<SA3Params>},
 };
 
 }  // namespace

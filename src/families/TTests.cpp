@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "families/SessionOf.h"
+#include "intervals/Means.h"
 
 namespace poweranalysis {
 
@@ -164,6 +165,7 @@ constexpr FamilyRow kRows[] = {
      false,
      kAlgorithms,
      Open<TTest<T1Params, Family::T1>>,
+     IntervalFrom<T1Params, OneMeanInterval>,
      Derive<T1Params>},
     {Family::T2,
      {"NToVary",
@@ -176,6 +178,7 @@ constexpr FamilyRow kRows[] = {
      false,
      kAlgorithms,
      Open<TTest<T2Params, Family::T2>>,
+     IntervalFrom<T2Params, TwoMeansInterval>,
      Derive<T2Params>},
     {Family::T3,
      {nullptr, {{{Counts::Pairs, "SampleSize"}}}},
@@ -184,6 +187,7 @@ constexpr FamilyRow kRows[] = {
      false,
      kAlgorithms,
      Open<TTest<T3Params, Family::T3>>,
+     IntervalFrom<T3Params, PairedMeansInterval>,
      Derive<T3Params>},
 };
 

@@ -36,24 +36,6 @@ enum class QuantityKind {
   UpperLimit,
 };
 
-// What a confidence limit is of.
-enum class Limit {
-  Delta,
-  Es,
-  Rmsse,
-  Power,
-  RequiredN,
-  Rho,
-  P2,
-  P2Bound,
-  PiExact,
-  PiApproximate,
-  PiCrude,
-  Rmsea,
-  Gamma1,
-  Gamma2,
-};
-
 struct Quantity {
   QuantityKind kind = QuantityKind::None;
   const char* field = nullptr;  // of the record
