@@ -158,7 +158,7 @@ std::string CResultsDialog::FrameText() const {
       frame += rows[i].title == text::BlankRow ? "" : "\n" + title;
     } else if (IsKnown(rows[i].quantity, values[i])) {
       frame += "\n" + title + LoadText(text::Colon) + " " +
-               FormatCell(CellKindOf(rows[i].quantity.kind), values[i]);
+               FormatCell(CellKindOf(rows[i].quantity), values[i]);
     }
   }
   return frame;

@@ -55,6 +55,12 @@ double ComputedValue(const Quantity& quantity, const Computed& computed) {
       return computed.power[index];
     case QuantityKind::Size:
       return static_cast<double>(computed.size[index]);
+    case QuantityKind::PValue:
+      return computed.limits.pValue;
+    case QuantityKind::LowerLimit:
+      return PairOf(computed.limits, static_cast<Limit>(quantity.index)).lower;
+    case QuantityKind::UpperLimit:
+      return PairOf(computed.limits, static_cast<Limit>(quantity.index)).upper;
     default:
       return NumericFailure;
   }
@@ -75,8 +81,8 @@ std::string WordOf(const Slot& slot, const RecordView& record, const Computed& c
 
 }  // namespace
 
-CellKind CellKindOf(QuantityKind kind) {
-  switch (kind) {
+CellKind CellKindOf(const Quantity& quantity) {
+  switch (quantity.kind) {
     case QuantityKind::Field:
       return CellKind::Input;
     case QuantityKind::Power:
@@ -84,6 +90,10 @@ CellKind CellKindOf(QuantityKind kind) {
     case QuantityKind::ActualAlpha:
     case QuantityKind::PValue:
       return CellKind::Probability;
+    case QuantityKind::LowerLimit:
+    case QuantityKind::UpperLimit:
+      return static_cast<Limit>(quantity.index) == Limit::Power ? CellKind::Probability
+                                                                : CellKind::Computed;
     default:
       return CellKind::Computed;
   }

@@ -80,7 +80,7 @@ constexpr Quantity Upper(Limit limit) {
 }  // namespace quantity
 
 // How the number of a quantity shows.
-CellKind CellKindOf(QuantityKind kind);
+CellKind CellKindOf(const Quantity& quantity);
 
 // The quantity of a design and of what was computed for it; NumericFailure for one that has not
 // been computed.

@@ -62,6 +62,18 @@ void FillTitles(SummaryTable& table, const std::vector<ShownRow>& rows) {
   }
 }
 
+// Is this what a table of the mode was asked for?
+bool IsSought(QuantityKind kind, int mode) {
+  switch (mode) {
+    case ModePower:
+      return kind == QuantityKind::Power;
+    case ModeSampleSize:
+      return kind == QuantityKind::Size;
+    default:
+      return kind == QuantityKind::LowerLimit || kind == QuantityKind::UpperLimit;
+  }
+}
+
 template <class Matches>
 const TableDefinition* FindWhere(Matches matches) {
   const std::span<const TableDefinition> tables = TableDefinitions();
@@ -134,15 +146,13 @@ void MarkRows(SummaryTable& table) {
   if (definition == nullptr) {
     return;
   }
-  const bool isSize = definition->mode == ModeSampleSize;
-  const QuantityKind sought = isSize ? QuantityKind::Size : QuantityKind::Power;
   // The one size that is not sought.
   const std::string fixed = LoadText(text::RowFixedDf2SpecifiedByUser);
   for (std::size_t i = 0; i < std::min(definition->rows.size(), table.rows.size()); ++i) {
-    const QuantityKind kind = definition->rows[i].quantity.kind;
+    const Quantity& quantity = definition->rows[i].quantity;
     TableRow& row = table.rows[i];
-    row.kind = row.title == fixed ? CellKind::Input : CellKindOf(kind);
-    row.answer = kind == sought && row.title != fixed;
+    row.kind = row.title == fixed ? CellKind::Input : CellKindOf(quantity);
+    row.answer = IsSought(quantity.kind, definition->mode) && row.title != fixed;
   }
 }
 
