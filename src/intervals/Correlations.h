@@ -17,8 +17,8 @@ namespace poweranalysis {
 //
 // Source: the distributions of distributions/Correlation.h.
 // Domain: a record within its ranges.
-// Fails:  a failed search leaves its limit alone without one, as both are for 3 observations; a
-//         failed distribution, or another form, leaves no p value. A cancelled search leaves its
+// Fails:  a failed search leaves its limit alone without one, as both are for 3 observations and
+//         the exact or the crude form; a failed distribution, or another form, leaves no p value. A cancelled search leaves its
 //         limit without one, and the next search is not begun.
 // Kept:   the two-sided p value is not folded to the smaller tail: for an R below rho0 it is above 1.
 IntervalLimits CorrelationInterval(const RParams& record, ProcedureObserver& observer);

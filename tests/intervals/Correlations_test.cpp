@@ -69,11 +69,18 @@ TEST_F(CorrelationIntervals, ThePValueFollowsTheForm) {
   EXPECT_EQ(Of(Correlation(.35, .1, H0Zero, 1)).pValue, NumericFailure);
 }
 
-TEST_F(CorrelationIntervals, ThreeObservationsHaveAPValueAndNoCrudeLimits) {
+TEST_F(CorrelationIntervals, ThreeObservationsHaveAPValueAndNoLimits) {
   RParams record = Correlation(.5, 0, 0, CorrelationFisherZCrude);
   record.SampleSize = 3;
   EXPECT_EQ(Of(record).rho, kNoLimits);
   EXPECT_EQ(Of(record).pValue, 1);
+  record.Algorithm = CorrelationExact;
+  EXPECT_EQ(Of(record).rho, kNoLimits);
+  EXPECT_NEAR(Of(record).pValue, 2.0 / 3, 1e-6);
+  // The refined moments still have a solution above.
+  record.Algorithm = CorrelationFisherZRefined;
+  EXPECT_EQ(Of(record).rho.lower, NumericFailure);
+  EXPECT_NEAR(CorrelationCdf(Of(record).rho.upper, 3, .5, CorrelationFisherZRefined), .025, 1e-7);
 }
 
 TEST_F(CorrelationIntervals, ExtremeCorrelationsHaveLimitsInsideTheUnit) {
