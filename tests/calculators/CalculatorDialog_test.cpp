@@ -70,20 +70,20 @@ TEST_F(Calculator, EachOpensOnItsOwnResourceWithItsOwnTitle) {
     EXPECT_EQ(OpenResource(), dialog.resource);
     EXPECT_EQ(form().spec().title, dialog.title);
     EXPECT_EQ(form().spec().pages.size(), 1u) << "settings files are not for calculators";
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
 TEST_F(Calculator, TheProbabilityIsTheUnknownWhenOneOpens) {
   for (const char* code : kCodes) {
     Open(code);
-    EXPECT_FALSE(form().IsDlgButtonChecked(22060)) << code;
-    EXPECT_TRUE(form().IsDlgButtonChecked(22061)) << code;
-    EXPECT_FALSE(form().IsDlgButtonChecked(22062)) << code;
-    EXPECT_FALSE(form().IsDlgButtonChecked(22070)) << code;
-    EXPECT_EQ(TextOf(22081), "Cum. p:") << code;
-    EXPECT_EQ(TextOf(22061), "&p") << code;
-    host_.Press(ControlBack);
+    EXPECT_FALSE(IsChecked("WhatToCompute=0")) << code;
+    EXPECT_TRUE(IsChecked("WhatToCompute=1")) << code;
+    EXPECT_FALSE(IsChecked("WhatToCompute=2")) << code;
+    EXPECT_FALSE(IsChecked("OneMinusP")) << code;
+    EXPECT_EQ(TextOf(ControlProbabilityLabel), "Cum. p:") << code;
+    EXPECT_EQ(TextOf("WhatToCompute=1"), "&p") << code;
+    Press(ControlBack);
   }
 }
 
@@ -97,40 +97,40 @@ TEST_F(Calculator, ButtonsAreCaptionedAsTheDistributionWritesItsNumbers) {
       {"R2", "&R ²", "P ² (Rh&o ²)"}, {"R", "&r", "rh&o"},   {"Binomial", "&X", "P&i"}};
   for (const auto& row : kCaptions) {
     Open(row.code);
-    EXPECT_EQ(form().Find(22060)->spec.caption, row.statistic);
-    EXPECT_EQ(form().Find(22062)->spec.caption, row.parameter);
-    EXPECT_EQ(form().Find(22070)->spec.caption, "(&1 - Cumulative p)");
-    EXPECT_EQ(form().Find(1)->spec.caption, "&Compute");
-    host_.Press(ControlBack);
+    EXPECT_EQ(CaptionOf("WhatToCompute=0"), row.statistic);
+    EXPECT_EQ(CaptionOf("WhatToCompute=2"), row.parameter);
+    EXPECT_EQ(CaptionOf("OneMinusP"), "(&1 - Cumulative p)");
+    EXPECT_EQ(CaptionOf(ControlAccept), "&Compute");
+    Press(ControlBack);
   }
 }
 
 TEST_F(Calculator, OnlyThoseOfCorrelationsLetTheUserChooseTheAlgorithm) {
   for (const char* code : {"T", "F", "X2", "Binomial"}) {
     Open(code);
-    EXPECT_EQ(form().Find(22020), nullptr) << code;
-    host_.Press(ControlBack);
+    EXPECT_EQ(Find("Algorithm=0"), nullptr) << code;
+    Press(ControlBack);
   }
   Open("R2");
-  EXPECT_EQ(form().Find(22020)->spec.caption, "Faster");
-  EXPECT_EQ(form().Find(22021)->spec.caption, "More Accurate");
-  EXPECT_EQ(form().Find(22020)->spec.group, "Comp&uting Algorithm");
-  EXPECT_EQ(form().Find(22022), nullptr);
-  host_.Press(ControlBack);
+  EXPECT_EQ(CaptionOf("Algorithm=speed"), "Faster");
+  EXPECT_EQ(CaptionOf("Algorithm=accuracy"), "More Accurate");
+  EXPECT_EQ(Find("Algorithm=speed")->spec.group, "Comp&uting Algorithm");
+  EXPECT_EQ(Find("Algorithm=2"), nullptr);
+  Press(ControlBack);
   Open("R");
-  EXPECT_EQ(form().Find(22020)->spec.caption, "Exact");
-  EXPECT_EQ(form().Find(22021)->spec.caption, "Fisher Z Refined");
-  EXPECT_EQ(form().Find(22022)->spec.caption, "Fisher Z Crude");
-  EXPECT_EQ(form().Find(22020)->spec.group, "Comp&utational Algorithm");
-  host_.Press(22022);
+  EXPECT_EQ(CaptionOf("Algorithm=exact"), "Exact");
+  EXPECT_EQ(CaptionOf("Algorithm=refined"), "Fisher Z Refined");
+  EXPECT_EQ(CaptionOf("Algorithm=crude"), "Fisher Z Crude");
+  EXPECT_EQ(Find("Algorithm=exact")->spec.group, "Comp&utational Algorithm");
+  Press("Algorithm=crude");
   EXPECT_EQ(Get("Algorithm"), 2);
 }
 
 TEST_F(Calculator, EditLimitsAreTheBoundsOfCheckedFieldsAlone) {
   Open("T");
-  EXPECT_EQ(form().Find(701)->lower, -5000);
-  EXPECT_EQ(form().Find(21005)->upper, 149999);
-  EXPECT_FALSE(form().Find(21006)->lower.has_value()) << "Delta has no bounds";
+  EXPECT_EQ(Find("TObserved")->lower, -5000);
+  EXPECT_EQ(Find("DegreesOfFreedom")->upper, 149999);
+  EXPECT_FALSE(Find("Delta")->lower.has_value()) << "Delta has no bounds";
 }
 
 TEST_F(Calculator, EveryBoxHasAName) {
@@ -142,7 +142,7 @@ TEST_F(Calculator, EveryBoxHasAName) {
           << code << " " << control.name;
       EXPECT_EQ(control.help.find("-9999"), std::string::npos) << control.help;
     }
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -163,7 +163,7 @@ TEST_F(Calculator, AnUnreadableTextStoresZero) {
   Open("T");
   Type("TObserved", "two");
   EXPECT_EQ(Get("TObserved"), 0);
-  ClickOneMinusP();
+  Click("OneMinusP");
   Type("CumP", "many");
   EXPECT_EQ(Get("CumP"), 0);
 }
@@ -172,7 +172,7 @@ TEST_F(Calculator, AnEditOfTheProbabilityIsComplementedOnTheWayIn) {
   Open("F");
   Type("CumP", "0.25");
   EXPECT_EQ(Get("CumP"), 0.25);
-  ClickOneMinusP();
+  Click("OneMinusP");
   Type("CumP", "0.125");
   EXPECT_EQ(Get("CumP"), 0.875);
 }
@@ -189,7 +189,7 @@ TEST_F(Calculator, ARadioButtonSetsTheSelectorAndNothingElse) {
       EXPECT_EQ(Box("CumP"), p);
       EXPECT_EQ(Box(rows_->unknowns[2].field), parameter);
       for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(form().IsDlgButtonChecked(22060 + static_cast<int>(i)), i == unknown);
+        EXPECT_EQ(IsChecked(RadioOf("WhatToCompute", static_cast<int>(i))), i == unknown);
         if (const char* flag = rows_->unknowns[i].flag) {
           EXPECT_EQ(Get(flag), i == unknown ? 1 : 0);
         }
@@ -199,25 +199,25 @@ TEST_F(Calculator, ARadioButtonSetsTheSelectorAndNothingElse) {
       }
     }
     EXPECT_TRUE(host_.messages().empty());
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
 TEST_F(Calculator, TheCheckBoxReplacesLabelAndButtonAndComplementsTheProbability) {
   for (const char* code : kCodes) {
     Open(code);
-    ClickOneMinusP();
+    Click("OneMinusP");
     EXPECT_EQ(Get("OneMinusP"), 1) << code;
-    EXPECT_EQ(TextOf(22081), "1 - Cum. p:");
-    EXPECT_EQ(TextOf(22061), "1 - &p");
+    EXPECT_EQ(TextOf(ControlProbabilityLabel), "1 - Cum. p:");
+    EXPECT_EQ(TextOf("WhatToCompute=1"), "1 - &p");
     EXPECT_EQ(Box("CumP"), "0.05");
     EXPECT_EQ(Get("CumP"), 0.95) << "what is stored stays the cumulative probability";
-    ClickOneMinusP();
+    Click("OneMinusP");
     EXPECT_EQ(Get("OneMinusP"), 0);
-    EXPECT_EQ(TextOf(22081), "Cum. p:");
-    EXPECT_EQ(TextOf(22061), "&p");
+    EXPECT_EQ(TextOf(ControlProbabilityLabel), "Cum. p:");
+    EXPECT_EQ(TextOf("WhatToCompute=1"), "&p");
     EXPECT_EQ(Box("CumP"), "0.95");
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -228,8 +228,8 @@ TEST_F(Calculator, TheCheckBoxTwiceReturnsTheSameText) {
     Compute();
     const std::string p = Box("CumP");
     const double stored = Get("CumP");
-    ClickOneMinusP();
-    ClickOneMinusP();
+    Click("OneMinusP");
+    Click("OneMinusP");
     EXPECT_EQ(Box("CumP"), p);
     EXPECT_EQ(Get("CumP"), stored);
   }
@@ -237,13 +237,13 @@ TEST_F(Calculator, TheCheckBoxTwiceReturnsTheSameText) {
 
 TEST_F(Calculator, ABoxThatHoldsAFailureIsNotComplemented) {
   Open("T");
-  host_.form()->SetDlgItemText(21003, kError);
-  ClickOneMinusP();
+  host_.form()->SetDlgItemText(ControlOfField("CumP"), kError);
+  Click("OneMinusP");
   EXPECT_EQ(Box("CumP"), kError);
-  ClickOneMinusP();
+  Click("OneMinusP");
   EXPECT_EQ(Box("CumP"), kError);
   Type("CumP", "-9999");
-  ClickOneMinusP();
+  Click("OneMinusP");
   EXPECT_EQ(Number("CumP"), NumericFailure);
   Type("CumP", "-9999");
   EXPECT_EQ(Get("CumP"), NumericFailure);
@@ -255,9 +255,9 @@ TEST_F(Calculator, BothComputeCommandsCompute) {
   for (const int command : {1, 815}) {
     Open("T");
     Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
-    host_.Press(command);
+    Press(command);
     EXPECT_EQ(Box("CumP"), "0.76456745") << command;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -276,7 +276,7 @@ TEST_F(Calculator, TheAnswerIsComplementedOnTheWayOut) {
   Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
   Compute();
   const double p = Get("CumP");
-  ClickOneMinusP();
+  Click("OneMinusP");
   Compute();
   EXPECT_EQ(Get("CumP"), p);
   EXPECT_EQ(Box("CumP"), "0.23543255");
@@ -289,7 +289,7 @@ TEST_F(Calculator, TheProbabilityIsComplementedOnTheWayIn) {
   Fill("CumP=0.975 DegreesOfFreedom=10");
   Compute();
   const std::string t = Box("TObserved");
-  ClickOneMinusP();
+  Click("OneMinusP");
   Type("CumP", "0.025");
   Compute();
   EXPECT_EQ(Box("TObserved"), t);
@@ -298,7 +298,7 @@ TEST_F(Calculator, TheProbabilityIsComplementedOnTheWayIn) {
 
 TEST_F(Calculator, AnUpperTailThatIsNoneShowsWithoutASign) {
   Open("F");
-  ClickOneMinusP();
+  Click("OneMinusP");
   Fill("FObserved=1e30 Df1=3 Df2=100");
   Compute();
   EXPECT_EQ(Box("CumP"), "0.00");
@@ -308,7 +308,7 @@ TEST_F(Calculator, AnUpperTailThatIsNoneShowsWithoutASign) {
 TEST_F(Calculator, AnAnswerIsTakenBackWithAllItsDigits) {
   Open("X2");
   Fill("ObservedChiSquare=45 DegreesOfFreedom=4");
-  ClickOneMinusP();
+  Click("OneMinusP");
   Compute();
   EXPECT_EQ(Box("CumP"), "0.00") << "a box shows eight decimals";
   ASSERT_GT(Get("CumP"), 0.9999) << "beyond what may be entered";
@@ -319,7 +319,7 @@ TEST_F(Calculator, AnAnswerIsTakenBackWithAllItsDigits) {
   Type("CumP", "0.000000004");
   Compute();
   ASSERT_EQ(host_.messages().size(), 1u) << "an entry is held to its range";
-  EXPECT_EQ(MessageIds().back(), 12853);
+  EXPECT_EQ(MessageIds().back(), text::RangeReal);
 }
 
 TEST_F(Calculator, ACountBeyondTheRangeIsTakenBackAsAnAnswer) {
@@ -349,7 +349,7 @@ TEST_F(Calculator, ARefusalEmptiesTheUnknownsBoxAndChangesNothingElse) {
   Open("T");
   Fill("TObserved=2 DegreesOfFreedom=0 Delta=1 CumP=0.5");
   Compute();
-  EXPECT_EQ(MessageIds(), std::vector<int>{12852});
+  EXPECT_EQ(MessageIds(), std::vector<int>{text::RangeInt32});
   EXPECT_EQ(
       LastMessage(),
       "The current value for Df is outside the permissible range.\r\nThe appropriate range is "
@@ -376,9 +376,9 @@ TEST_F(Calculator, TheUnknownTakesTheDefaultOfTheRunBeforeTheCheck) {
 TEST_F(Calculator, ComputeReadsTheBoxesOnceMore) {
   Open("T");
   // As when a change never reached the dialog.
-  host_.form()->Type(701, "2");
-  host_.form()->Type(21005, "4");
-  host_.form()->Type(21006, "1");
+  host_.form()->Type(ControlOfField("TObserved"), "2");
+  host_.form()->Type(ControlOfField("DegreesOfFreedom"), "4");
+  host_.form()->Type(ControlOfField("Delta"), "1");
   Compute();
   EXPECT_EQ(Box("CumP"), "0.76456745");
 }
@@ -387,7 +387,7 @@ TEST_F(Calculator, TheCheckIsThatOfTheWholeRecord) {
   Open("T");
   Set("Sigma", 0);
   Compute();
-  EXPECT_EQ(MessageIds(), std::vector<int>{12853});
+  EXPECT_EQ(MessageIds(), std::vector<int>{text::RangeReal});
 }
 
 TEST_F(Calculator, AFailureShowsInTheBoxAloneAndKeepsWhatIsStored) {
@@ -427,7 +427,7 @@ TEST_F(Calculator, NothingIsEverCommitted) {
       Compute();
     }
     EXPECT_EQ(Get("CumP", Instance::Committed), committed) << code;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -436,7 +436,7 @@ TEST_F(Calculator, NoneSendsAnythingToTheResults) {
     Open(code);
     Compute();
     EXPECT_TRUE(host_.workbook().items.empty()) << code;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -449,7 +449,7 @@ TEST_F(Calculator, BackForgetsEverythingAndLeadsToTheStartup) {
     Choose(UnknownParameter);
     Compute();
     const PendingExit expected{101, ExitBack, 0};
-    host_.Press(back);
+    Press(back);
     ASSERT_FALSE(host_.calls.exits.empty());
     EXPECT_EQ(host_.calls.exits.back().stage, expected.stage);
     EXPECT_EQ(host_.calls.exits.back().kind, expected.kind);
@@ -463,8 +463,8 @@ TEST_F(Calculator, BackForgetsEverythingAndLeadsToTheStartup) {
 
 TEST_F(Calculator, TheSettingsCommandsOfOtherDialogsDoNothing) {
   Open("T");
-  for (const int command : {9015, 116, 9018, 13402}) {
-    EXPECT_EQ(host_.Press(command), 0);
+  for (const int command : {ControlSave, ControlSaveAs, ControlOpen, ControlSaveAsDefault}) {
+    EXPECT_EQ(Press(command), 0);
   }
   EXPECT_TRUE(host_.calls.saveDialogs.empty());
   EXPECT_TRUE(host_.calls.openDialogs.empty());
@@ -475,7 +475,7 @@ TEST_F(Calculator, RestoreDefaultsShowsTheDefaultsOfTheRun) {
   Open("T");
   Set("TObserved", 1.5, Instance::Defaults);
   Fill("TObserved=2 DegreesOfFreedom=4");
-  host_.Press(118);
+  Press(ControlRestoreDefaults);
   EXPECT_EQ(Box("TObserved"), "1.50");
   EXPECT_EQ(Box("DegreesOfFreedom"), "24");
 }
@@ -484,8 +484,8 @@ TEST_F(Calculator, TheHostMayAskForTheValuesAgain) {
   Open("T");
   Fill("TObserved=2 DegreesOfFreedom=4 Delta=1");
   Compute();
-  host_.form()->SetDlgItemText(701, "");
-  host_.Press(133);
+  host_.form()->SetDlgItemText(ControlOfField("TObserved"), "");
+  Press(ControlRefresh);
   EXPECT_EQ(Box("TObserved"), "2.00");
   EXPECT_EQ(Box("CumP"), "0.76456745");
   EXPECT_EQ(host_.calls.restoreResults, 1);
@@ -493,8 +493,8 @@ TEST_F(Calculator, TheHostMayAskForTheValuesAgain) {
 
 TEST_F(Calculator, AnUnknownCommandIsNotAnswered) {
   Open("T");
-  EXPECT_EQ(host_.Press(4711), 0);
-  EXPECT_EQ(host_.Press(22063), 0);
+  EXPECT_EQ(Press(4711), 0);
+  EXPECT_EQ(Press("WhatToCompute=3"), 0);
 }
 
 TEST_F(Calculator, ASelectorThatNoButtonStandsForIsRefused) {
@@ -513,9 +513,9 @@ TEST_F(Calculator, WithoutABlockItOpensAndCloses) {
   Open("T");
   PowerSettingsHead* settings = Module().settings;
   Module().settings = nullptr;
-  EXPECT_EQ(host_.Press(ControlAccept), 0);
-  EXPECT_EQ(host_.Press(22070), 0);
-  host_.Type(701, "3");
+  EXPECT_EQ(Press(ControlAccept), 0);
+  EXPECT_EQ(Press("OneMinusP"), 0);
+  Type("TObserved", "3");
   Module().settings = settings;
   EXPECT_EQ(Get("TObserved"), 1);
 }

@@ -14,26 +14,26 @@ namespace poweranalysis {
 class CalculatorRun : public DialogRun {
  protected:
   void Open(const char* calculator) {
-    OpenParameters(ModeDistribution, calculator);
+    OpenParameters({ModeDistribution, calculator});
     rows_ = FindCalculator(calculator);
     ASSERT_NE(rows_, nullptr);
+    family_ = rows_->family;
     ASSERT_NE(host_.dialog(), nullptr);
   }
-  void Type(const char* field, const std::string& text) { host_.Type(ControlOfField(field), text); }
   // "TObserved=2 DegreesOfFreedom=4": boxes, and radio buttons by value.
   void Fill(const std::string& inputs) {
     std::istringstream in(inputs);
     for (std::string input; in >> input;) {
       const std::string field = input.substr(0, input.find('='));
       const std::string value = input.substr(input.find('=') + 1);
-      if (const RadioGroup* radios = RadiosOf(field, rows_->family)) {
-        host_.Press(radios->base + std::stoi(value));
+      if (RadiosOf(field, rows_->family) != nullptr) {
+        Press(input);
       } else {
-        Type(field.c_str(), value);
+        Type(field, value);
       }
     }
   }
-  void Choose(std::size_t unknown) { host_.Press(ControlUnknown + static_cast<int>(unknown)); }
+  void Choose(std::size_t unknown) { Press(ControlUnknown + static_cast<int>(unknown)); }
   void Choose(const std::string& field) {
     for (std::size_t i = 0; i < rows_->unknowns.size(); ++i) {
       if (field == rows_->unknowns[i].field) {
@@ -42,15 +42,9 @@ class CalculatorRun : public DialogRun {
     }
     ADD_FAILURE() << "no unknown " << field;
   }
-  // Clicks the check box, as a window does: it changes over, then its command is sent.
-  void ClickOneMinusP() {
-    const int box = ControlOfField("OneMinusP");
-    host_.form()->CheckDlgButton(box, !form().IsDlgButtonChecked(box));
-    host_.Press(box);
-  }
-  void Compute() { host_.Press(ControlAccept); }
+  void Compute() { Press(ControlAccept); }
 
-  std::string Box(const char* field) { return TextOf(ControlOfField(field)); }
+  std::string Box(const char* field) { return TextOf(field); }
   // The number behind a box at full precision.
   double Number(const char* field) {
     double value = 0;
@@ -66,7 +60,7 @@ class CalculatorRun : public DialogRun {
     const RecordView view = ViewOf(block(), rows_->family, instance);
     view.Set(*view.table().Find(field), value);
   }
-  bool Visible(int control) { return form().Find(control)->visible; }
+  bool Visible(const ControlName& control) { return Find(control)->visible; }
   std::string LastMessage() {
     return host_.messages().empty() ? std::string() : host_.messages().back().text;
   }

@@ -47,39 +47,45 @@ std::string BoxOf(const char* code, std::size_t unknown) {
 
 TEST_F(CalculatorConformance, EveryNumberHasItsControlWithTheBoundsOfItsField) {
   struct Box {
-    int control;
+    const char* control;
     double lower;
     double upper;
   };
   const std::map<std::string, std::vector<Box>> kBoxes = {
-      {"T", {{701, -5000, 5000}, {21005, 1, 149999}, {21003, 0.0001, 0.9999}}},
+      {"T",
+       {{"TObserved", -5000, 5000}, {"DegreesOfFreedom", 1, 149999}, {"CumP", 0.0001, 0.9999}}},
       {"F",
-       {{21079, 0, 1e30},
-        {21009, 1, 10001},
-        {21010, 1, 10001},
-        {21006, 0, 10000},
-        {21003, 0.0001, 0.9999}}},
-      {"X2", {{21028, 0, 1e30}, {21005, 1, 10001}, {21006, 0, 10000}, {21003, 0.0001, 0.9999}}},
+       {{"FObserved", 0, 1e30},
+        {"Df1", 1, 10001},
+        {"Df2", 1, 10001},
+        {"Delta", 0, 10000},
+        {"CumP", 0.0001, 0.9999}}},
+      {"X2",
+       {{"ObservedChiSquare", 0, 1e30},
+        {"DegreesOfFreedom", 1, 10001},
+        {"Delta", 0, 10000},
+        {"CumP", 0.0001, 0.9999}}},
       {"R2",
-       {{21045, 0, 0.9999},
-        {21039, 0, 1},
-        {104, 2, 150000},
-        {21073, 2, 200},
-        {21003, 0.0001, 0.9999}}},
+       {{"R2Observed", 0, 0.9999},
+        {"PopulationR2", 0, 1},
+        {"SampleSize", 2, 150000},
+        {"TotalNumberOfVars", 2, 200},
+        {"CumP", 0.0001, 0.9999}}},
       {"R",
-       {{21052, -0.9999, 0.9999},
-        {21057, -0.9999, 0.9999},
-        {104, 3, 150000},
-        {21003, 0.0001, 0.9999}}},
-      {"Binomial", {{21078, 0, 50}, {104, 1, 100000}, {21031, 0, 1}, {21003, 1e-05, 0.99999}}}};
+       {{"RObserved", -0.9999, 0.9999},
+        {"Rho", -0.9999, 0.9999},
+        {"SampleSize", 3, 150000},
+        {"CumP", 0.0001, 0.9999}}},
+      {"Binomial",
+       {{"XObserved", 0, 50}, {"SampleSize", 1, 100000}, {"Pi", 0, 1}, {"CumP", 1e-05, 0.99999}}}};
   for (const Case& row : kCases) {
     Open(row.code);
     for (const Box& box : kBoxes.at(row.code)) {
-      ASSERT_NE(form().Find(box.control), nullptr) << row.code << " " << box.control;
-      EXPECT_EQ(form().Find(box.control)->lower, box.lower) << row.code << " " << box.control;
-      EXPECT_EQ(form().Find(box.control)->upper, box.upper) << row.code << " " << box.control;
+      ASSERT_NE(Find(box.control), nullptr) << row.code << " " << box.control;
+      EXPECT_EQ(Find(box.control)->lower, box.lower) << row.code << " " << box.control;
+      EXPECT_EQ(Find(box.control)->upper, box.upper) << row.code << " " << box.control;
     }
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -128,7 +134,7 @@ TEST_F(CalculatorConformance, OpensWithTheBuiltInNumbers) {
       EXPECT_EQ(Get(field.c_str(), Instance::Defaults), value) << row.code << " " << field;
     }
     EXPECT_EQ(Get("OneMinusP"), 0) << row.code;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -137,14 +143,14 @@ TEST_F(CalculatorConformance, OpensAsItsComplementWhereTheRecordSaysSo) {
     Open(row.code);
     Set("OneMinusP", 1, Instance::Committed);
     Set("CumP", 0.875, Instance::Committed);
-    host_.Press(ControlBack);
+    Press(ControlBack);
     Open(row.code);
-    EXPECT_TRUE(form().IsDlgButtonChecked(22070)) << row.code;
+    EXPECT_TRUE(IsChecked("OneMinusP")) << row.code;
     EXPECT_EQ(Number("CumP"), 0.125) << row.code;
-    EXPECT_EQ(TextOf(22081), "1 - Cum. p:") << row.code;
-    EXPECT_EQ(TextOf(22061), "1 - &p") << row.code;
+    EXPECT_EQ(TextOf(ControlProbabilityLabel), "1 - Cum. p:") << row.code;
+    EXPECT_EQ(TextOf("WhatToCompute=1"), "1 - &p") << row.code;
     EXPECT_EQ(Get("CumP"), 0.875) << row.code;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -186,7 +192,7 @@ TEST_F(CalculatorConformance, ChecksTheFieldsInTheOrderOfTheirKeys) {
     host_.ClearMessages();
     Compute();
     EXPECT_TRUE(host_.messages().empty()) << order.code;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -237,7 +243,7 @@ TEST_F(CalculatorConformance, TheRangesAreCheckedWithAnEmptyBoxAndTheDefaultBehi
       }
       host_.onMessage = nullptr;
       host_.ClearMessages();
-      host_.Press(ControlBack);
+      Press(ControlBack);
     }
   }
 }
@@ -246,13 +252,13 @@ TEST_F(CalculatorConformance, TheRangeOfTheProbabilityIsThatOfTheCumulativeOne) 
   for (const char* code : {"T", "F", "X2", "R2", "R"}) {
     Open(code);
     Choose(UnknownStatistic);
-    ClickOneMinusP();
+    Click("OneMinusP");
     // 1 - 0.99995, where the range of the cumulative probability ends at .9999.
     Type("CumP", "0.00005");
     Compute();
     EXPECT_NE(LastMessage().find("Current value is 0.99995."), std::string::npos) << code;
     host_.ClearMessages();
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -261,7 +267,7 @@ TEST_F(CalculatorConformance, TheLowerEndOfTheProbabilityOfTIsOutsideItsRange) {
   Choose(UnknownStatistic);
   Type("CumP", "0.0001");
   Compute();
-  EXPECT_EQ(MessageIds(), std::vector<int>{12853});
+  EXPECT_EQ(MessageIds(), std::vector<int>{text::RangeReal});
   host_.ClearMessages();
   Type("CumP", "0.9999");
   Compute();
@@ -277,10 +283,10 @@ TEST_F(CalculatorConformance, EnterComputesWhatTheButtonComputes) {
         Open(row.code);
         Fill(row.inputs);
         Choose(unknown);
-        host_.Press(command);
+        Press(command);
         texts[command != 1] = Box(BoxOf(row.code, unknown).c_str());
         numbers[command != 1] = Get(BoxOf(row.code, unknown).c_str());
-        host_.Press(ControlBack);
+        Press(ControlBack);
       }
       EXPECT_EQ(texts[0], texts[1]) << row.code;
       EXPECT_EQ(numbers[0], numbers[1]) << row.code;
@@ -430,7 +436,7 @@ TEST_F(CalculatorConformance, AnAnswerIsShownWithTwoToEightDecimalsAndKeptInFull
         EXPECT_NEAR(std::stod(text), Get(field.c_str()), 0.6e-8 * std::max(1.0, std::stod(text)));
       }
       EXPECT_EQ(Number(field.c_str()), Get(field.c_str())) << row.code << " " << field;
-      host_.Press(ControlBack);
+      Press(ControlBack);
     }
   }
 }
@@ -442,7 +448,7 @@ TEST_F(CalculatorConformance, AnAnswerLeavesTheOtherNumbersAsTheyAre) {
         Open(row.code);
         Fill(row.inputs);
         if (complement) {
-          ClickOneMinusP();
+          Click("OneMinusP");
         }
         Choose(unknown);
         std::map<std::string, double> before;
@@ -455,7 +461,7 @@ TEST_F(CalculatorConformance, AnAnswerLeavesTheOtherNumbersAsTheyAre) {
             EXPECT_EQ(Get(field.c_str()), value) << row.code << " " << field;
           }
         }
-        host_.Press(ControlBack);
+        Press(ControlBack);
       }
     }
   }
@@ -469,7 +475,7 @@ TEST_F(CalculatorConformance, TheAnswersOfOneUnknownSolveForTheOthers) {
         Fill(row.inputs);
       }
     }
-    ClickOneMinusP();
+    Click("OneMinusP");
     Choose(UnknownProbability);
     Compute();
     const double statistic = Get(BoxOf(code, UnknownStatistic).c_str());
@@ -485,7 +491,7 @@ TEST_F(CalculatorConformance, TheAnswersOfOneUnknownSolveForTheOthers) {
     Compute();
     EXPECT_NEAR(Get("CumP"), p, 1e-6) << code;
     EXPECT_TRUE(host_.messages().empty()) << code;
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -517,7 +523,7 @@ TEST_F(CalculatorConformance, TheMessageTellsTheCumulativeProbabilityToSixDigits
       Open(row.code);
       Fill(row.inputs);
       if (complement) {
-        ClickOneMinusP();
+        Click("OneMinusP");
       }
       Type("CumP", complement ? "0.0123456789" : "0.9876543211");
       Choose(UnknownParameter);
@@ -530,7 +536,7 @@ TEST_F(CalculatorConformance, TheMessageTellsTheCumulativeProbabilityToSixDigits
       EXPECT_EQ(Box(BoxOf(row.code, UnknownParameter).c_str()), "0.00") << row.code;
       EXPECT_EQ(Get(BoxOf(row.code, UnknownParameter).c_str()), 0) << row.code;
       host_.ClearMessages();
-      host_.Press(ControlBack);
+      Press(ControlBack);
     }
   }
 }
@@ -571,7 +577,7 @@ TEST_F(CalculatorConformance, AFailedRoutineShowsInTheBoxOfTheUnknownAlone) {
     for (const auto& [name, value] : before) {
       EXPECT_EQ(Get(name.c_str()), value) << failure.code << " " << name;
     }
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -602,14 +608,14 @@ TEST_F(CalculatorConformance, TheCheckBoxTwiceReturnsATextAsTheBoxShowsIt) {
                               "0.12345678", "0.00000001"}) {
       Type("CumP", typed);
       const double stored = Get("CumP");
-      ClickOneMinusP();
+      Click("OneMinusP");
       EXPECT_EQ(Get("CumP"), stored);
       EXPECT_NEAR(std::stod(Box("CumP")), 1 - std::stod(typed), 1e-9) << row.code << " " << typed;
-      ClickOneMinusP();
+      Click("OneMinusP");
       EXPECT_EQ(Box("CumP"), typed) << row.code;
       EXPECT_EQ(Get("CumP"), stored);
     }
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -618,13 +624,13 @@ TEST_F(CalculatorConformance, TheCheckBoxLeavesAnErrorInTheBox) {
   Fill("ObservedChiSquare=900 DegreesOfFreedom=1 Delta=900");
   Compute();
   ASSERT_EQ(Box("CumP"), kError);
-  ClickOneMinusP();
+  Click("OneMinusP");
   EXPECT_EQ(Box("CumP"), kError);
-  EXPECT_EQ(TextOf(22081), "1 - Cum. p:");
-  EXPECT_EQ(TextOf(22061), "1 - &p");
-  ClickOneMinusP();
+  EXPECT_EQ(TextOf(ControlProbabilityLabel), "1 - Cum. p:");
+  EXPECT_EQ(TextOf("WhatToCompute=1"), "1 - &p");
+  Click("OneMinusP");
   EXPECT_EQ(Box("CumP"), kError);
-  EXPECT_EQ(TextOf(22081), "Cum. p:");
+  EXPECT_EQ(TextOf(ControlProbabilityLabel), "Cum. p:");
   EXPECT_EQ(Get("CumP"), 0.95);
 }
 
@@ -640,12 +646,12 @@ TEST_F(CalculatorConformance, TheCheckBoxTouchesNoOtherBoxAndComputesNothing) {
       }
     }
     EXPECT_GE(boxes.size(), 3u);
-    ClickOneMinusP();
+    Click("OneMinusP");
     for (const auto& [field, text] : boxes) {
       EXPECT_EQ(Box(field.c_str()), text) << row.code << " " << field;
     }
     EXPECT_TRUE(host_.messages().empty());
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -659,42 +665,42 @@ TEST_F(CalculatorConformance, AFirstTermThatJustReachesPNeedsNoSearch) {
   Compute();
   EXPECT_EQ(Box("XObserved"), "0");
   EXPECT_EQ(Get("XObserved"), 0);
-  EXPECT_EQ(TextOf(22080), "0.5");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.5");
 }
 
 TEST_F(CalculatorConformance, TheActualValueOfNoSearchIsComplementedToo) {
   Open("Binomial");
   Choose(UnknownStatistic);
-  ClickOneMinusP();
+  Click("OneMinusP");
   Fill("SampleSize=10 Pi=0.001 CumP=0.05");
   Compute();
   EXPECT_EQ(Box("XObserved"), "0");
-  EXPECT_EQ(TextOf(22080), "0.00995512");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.00995512");
   EXPECT_NEAR(Get("CumP"), 0.95, 1e-15) << "the requested value stays the requested one";
 }
 
 TEST_F(CalculatorConformance, TheLabelsOfTheBinomialFollowTheUnknownAndTheCheckBox) {
   Open("Binomial");
-  ClickOneMinusP();
-  EXPECT_EQ(TextOf(22081), "1 - Cum. p:");
+  Click("OneMinusP");
+  EXPECT_EQ(TextOf(ControlProbabilityLabel), "1 - Cum. p:");
   Choose(UnknownStatistic);
   Fill("SampleSize=20 Pi=0.5 CumP=0.25");
   Compute();
-  EXPECT_EQ(TextOf(22081), "Requested Value:");
-  EXPECT_TRUE(Visible(22080));
+  EXPECT_EQ(TextOf(ControlProbabilityLabel), "Requested Value:");
+  EXPECT_TRUE(Visible(ControlActualValue));
   for (const std::size_t unknown : {1u, 2u}) {
     Choose(unknown);
     Fill("XObserved=9 CumP=0.25");
     Compute();
-    EXPECT_EQ(TextOf(22081), "1 - Cum. p:");
-    EXPECT_FALSE(Visible(22080));
-    EXPECT_FALSE(Visible(22082));
+    EXPECT_EQ(TextOf(ControlProbabilityLabel), "1 - Cum. p:");
+    EXPECT_FALSE(Visible(ControlActualValue));
+    EXPECT_FALSE(Visible(ControlActualValueLabel));
   }
   for (const char* code : {"T", "F", "X2", "R2", "R"}) {
-    host_.Press(ControlBack);
+    Press(ControlBack);
     Open(code);
-    EXPECT_EQ(form().Find(22080), nullptr) << code;
-    EXPECT_EQ(form().Find(22082), nullptr) << code;
+    EXPECT_EQ(Find(ControlActualValue), nullptr) << code;
+    EXPECT_EQ(Find(ControlActualValueLabel), nullptr) << code;
   }
 }
 
@@ -705,11 +711,11 @@ TEST_F(CalculatorConformance, BackCopiesTheCommittedRecordAndLeaves) {
     for (const int back : {2, 123}) {
       Open(row.code);
       Fill(row.inputs);
-      ClickOneMinusP();
+      Click("OneMinusP");
       Choose(UnknownParameter);
       Compute();
       host_.calls.exits.clear();
-      host_.Press(back);
+      Press(back);
       ASSERT_EQ(host_.calls.exits.size(), 1u) << row.code;
       EXPECT_EQ(host_.calls.exits.back().stage, 101);
       EXPECT_EQ(host_.calls.exits.back().kind, 1);
@@ -724,31 +730,31 @@ TEST_F(CalculatorConformance, BackCopiesTheCommittedRecordAndLeaves) {
 
 TEST_F(CalculatorConformance, RestoreDefaultsTakesBackTheUnknownTheCheckBoxAndTheAlgorithm) {
   for (const Case& row : kCases) {
-    for (const int restore : {118, 12400}) {
+    for (const int restore : {ControlRestoreDefaults, ControlRestoreDefaultsToo}) {
       Open(row.code);
       Fill(row.inputs);
       if (RadiosOf("Algorithm", rows_->family) != nullptr &&
-          TableOf(rows_->family).Find("Algorithm") != nullptr && form().Find(22020) != nullptr) {
+          TableOf(rows_->family).Find("Algorithm") != nullptr && Find("Algorithm=0") != nullptr) {
         Fill("Algorithm=1");
-        host_.Press(22020);
+        Press("Algorithm=0");
       }
-      ClickOneMinusP();
+      Click("OneMinusP");
       Choose(UnknownParameter);
-      EXPECT_EQ(host_.Press(restore), 1) << row.code;
+      EXPECT_EQ(Press(restore), 1) << row.code;
       for (const Field& field : TableOf(rows_->family).fields) {
         EXPECT_EQ(Get(field.name), Get(field.name, Instance::Defaults))
             << row.code << " " << field.name;
       }
-      EXPECT_TRUE(form().IsDlgButtonChecked(22061)) << row.code;
-      EXPECT_FALSE(form().IsDlgButtonChecked(22070)) << row.code;
-      EXPECT_EQ(TextOf(22081), "Cum. p:") << row.code;
-      EXPECT_EQ(TextOf(22061), "&p") << row.code;
+      EXPECT_TRUE(IsChecked("WhatToCompute=1")) << row.code;
+      EXPECT_FALSE(IsChecked("OneMinusP")) << row.code;
+      EXPECT_EQ(TextOf(ControlProbabilityLabel), "Cum. p:") << row.code;
+      EXPECT_EQ(TextOf("WhatToCompute=1"), "&p") << row.code;
       EXPECT_EQ(Number("CumP"), 0.95) << row.code;
-      if (form().Find(22020) != nullptr) {
-        EXPECT_TRUE(form().IsDlgButtonChecked(22020 + static_cast<int>(Get("Algorithm"))))
+      if (Find("Algorithm=0") != nullptr) {
+        EXPECT_TRUE(IsChecked(RadioOf("Algorithm", static_cast<int>(Get("Algorithm")))))
             << row.code;
       }
-      host_.Press(ControlBack);
+      Press(ControlBack);
     }
   }
 }
@@ -764,8 +770,8 @@ TEST_F(CalculatorConformance, OpensWithWhatTheSettingsFileKeepsForItsFamily) {
   Open("T");
   EXPECT_EQ(Number("TObserved"), 2.5);
   EXPECT_EQ(Number("DegreesOfFreedom"), 7);
-  EXPECT_TRUE(form().IsDlgButtonChecked(22062)) << "Delta is the unknown";
-  EXPECT_TRUE(form().IsDlgButtonChecked(22070));
+  EXPECT_TRUE(IsChecked("WhatToCompute=2")) << "Delta is the unknown";
+  EXPECT_TRUE(IsChecked("OneMinusP"));
   EXPECT_EQ(Number("CumP"), 0.25);
   EXPECT_EQ(Get("Delta"), 0) << "no file keeps it";
   Compute();

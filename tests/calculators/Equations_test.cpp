@@ -77,7 +77,7 @@ TEST_F(TCalculator, WarnsBeforeItChecksTheRanges) {
   Open("T");
   Fill("TObserved=2 DegreesOfFreedom=0 Delta=6000");
   Compute();
-  EXPECT_EQ(MessageIds(), (std::vector<int>{text::CalculatorLargeDelta, 12852}));
+  EXPECT_EQ(MessageIds(), (std::vector<int>{text::CalculatorLargeDelta, text::RangeInt32}));
 }
 
 TEST_F(TCalculator, ADeltaThatIsNoFiniteNumberIsAnError) {
@@ -133,7 +133,7 @@ TEST_F(FCalculator, SaysWhenNoDeltaHasTheProbability) {
 
 TEST_F(FCalculator, ShowsTheCentralProbabilityAsItsComplementWhereAsked) {
   Open("F");
-  ClickOneMinusP();
+  Click("OneMinusP");
   Fill("FObserved=1 Df1=1 Df2=10 CumP=0.05");
   Choose(UnknownParameter);
   Compute();
@@ -395,7 +395,7 @@ TEST_F(RCalculator, TheRangeCheckRefusesThemBefore) {
   Open("R");
   Type("RObserved", "1");
   Compute();
-  EXPECT_EQ(MessageIds(), std::vector<int>{12853});
+  EXPECT_EQ(MessageIds(), std::vector<int>{text::RangeReal});
 }
 
 TEST_F(RCalculator, TheSearchForRhoShowsABarAndHoldsTheResults) {
@@ -467,37 +467,37 @@ TEST_F(BinomialCalculator, SolvesForEachOfItsNumbers) {
 
 TEST_F(BinomialCalculator, ShowsTheActualValueBesideTheRequestedOneForXAlone) {
   Open("Binomial");
-  EXPECT_FALSE(Visible(22080));
-  EXPECT_FALSE(Visible(22082));
+  EXPECT_FALSE(Visible(ControlActualValue));
+  EXPECT_FALSE(Visible(ControlActualValueLabel));
   Choose(UnknownStatistic);
   Fill("SampleSize=20 Pi=0.65 CumP=0.95");
   Compute();
-  EXPECT_TRUE(Visible(22080));
-  EXPECT_TRUE(Visible(22082));
-  EXPECT_EQ(TextOf(22081), "Requested Value:");
-  EXPECT_EQ(TextOf(22082), "Actual Value:");
+  EXPECT_TRUE(Visible(ControlActualValue));
+  EXPECT_TRUE(Visible(ControlActualValueLabel));
+  EXPECT_EQ(TextOf(ControlProbabilityLabel), "Requested Value:");
+  EXPECT_EQ(TextOf(ControlActualValueLabel), "Actual Value:");
   EXPECT_EQ(Box("CumP"), "0.95");
-  EXPECT_EQ(TextOf(22080), "0.9556244");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.9556244");
   for (const std::size_t unknown : {1u, 2u}) {
     Choose(unknown);
-    EXPECT_FALSE(Visible(22080));
-    EXPECT_FALSE(Visible(22082));
-    EXPECT_EQ(TextOf(22081), "Cum. p:");
+    EXPECT_FALSE(Visible(ControlActualValue));
+    EXPECT_FALSE(Visible(ControlActualValueLabel));
+    EXPECT_EQ(TextOf(ControlProbabilityLabel), "Cum. p:");
   }
 }
 
 TEST_F(BinomialCalculator, TheActualValueIsComplementedWhereAsked) {
   Open("Binomial");
-  ClickOneMinusP();
+  Click("OneMinusP");
   Choose(UnknownStatistic);
   Fill("SampleSize=20 Pi=0.65 CumP=0.05");
   Compute();
   EXPECT_EQ(Get("XObserved"), 16);
-  EXPECT_EQ(TextOf(22080), "0.0443756");
-  ClickOneMinusP();
-  EXPECT_EQ(TextOf(22080), "0.9556244");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.0443756");
+  Click("OneMinusP");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.9556244");
   EXPECT_EQ(Box("CumP"), "0.95");
-  EXPECT_EQ(TextOf(22081), "Requested Value:");
+  EXPECT_EQ(TextOf(ControlProbabilityLabel), "Requested Value:");
 }
 
 TEST_F(BinomialCalculator, AProportionSoSmallThatTheFirstTermReachesPNeedsNoSearch) {
@@ -507,11 +507,11 @@ TEST_F(BinomialCalculator, AProportionSoSmallThatTheFirstTermReachesPNeedsNoSear
   Compute();
   EXPECT_EQ(Box("XObserved"), "0");
   EXPECT_EQ(Get("ActualValue"), std::pow(1 - 0.001, 10.0)) << "and not the sum of a search";
-  EXPECT_EQ(TextOf(22080), "0.99004488");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.99004488");
   Fill("Pi=0");
   Compute();
   EXPECT_EQ(Box("XObserved"), "0");
-  EXPECT_EQ(TextOf(22080), "1");
+  EXPECT_EQ(TextOf(ControlActualValue), "1");
 }
 
 TEST_F(BinomialCalculator, ACertainSuccessGivesAllTrials) {
@@ -520,7 +520,7 @@ TEST_F(BinomialCalculator, ACertainSuccessGivesAllTrials) {
   Fill("SampleSize=10 Pi=1 CumP=0.95");
   Compute();
   EXPECT_EQ(Box("XObserved"), "10");
-  EXPECT_EQ(TextOf(22080), "1");
+  EXPECT_EQ(TextOf(ControlActualValue), "1");
 }
 
 TEST_F(BinomialCalculator, AnErrorLeavesNoStaleActualValue) {
@@ -528,10 +528,10 @@ TEST_F(BinomialCalculator, AnErrorLeavesNoStaleActualValue) {
   Choose(UnknownStatistic);
   Fill("SampleSize=20 Pi=0.65 CumP=0.95");
   Compute();
-  ASSERT_EQ(TextOf(22080), "0.9556244");
+  ASSERT_EQ(TextOf(ControlActualValue), "0.9556244");
   Fill("SampleSize=0");
   Compute();
-  EXPECT_EQ(TextOf(22080), "");
+  EXPECT_EQ(TextOf(ControlActualValue), "");
   EXPECT_EQ(Get("ActualValue"), NumericFailure);
 }
 
@@ -569,8 +569,8 @@ TEST_F(BinomialCalculator, NoSuccessWithEvenOddsIsAnErrorForPi) {
 
 TEST_F(BinomialCalculator, WhatIsTypedAsActualValueHasNoEffect) {
   Open("Binomial");
-  host_.Type(22080, "0.3");
-  EXPECT_EQ(TextOf(22080), "0.3");
+  Type(ControlActualValue, "0.3");
+  EXPECT_EQ(TextOf(ControlActualValue), "0.3");
   EXPECT_EQ(Get("ActualValue"), NumericFailure);
 }
 

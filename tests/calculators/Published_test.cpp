@@ -28,7 +28,7 @@ class Published : public CalculatorRun {
                 const std::string& inputs) {
     Open(calculator.c_str());
     if (oneMinusP) {
-      ClickOneMinusP();
+      Click("OneMinusP");
     }
     Choose(unknown);
     Fill(inputs);
@@ -46,7 +46,7 @@ TEST_F(Published, CasesComeOutAsPrinted) {
     ASSERT_EQ(row[7], "same") << "another relation needs a test of its own";
     const double answer = Answer(row[1], row[2], row[3] == "1", row[4]);
     EXPECT_NEAR(answer, std::stod(row[5]), std::stod(row[6])) << row[0] << ", " << row[8];
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 
@@ -58,7 +58,7 @@ TEST_F(Published, CasesOfTGiveTheirDeltaBack) {
       Choose(UnknownParameter);
       Compute();
       EXPECT_NEAR(Number("Delta"), delta, 1e-7) << row[0];
-      host_.Press(ControlBack);
+      Press(ControlBack);
     }
   }
 }
@@ -72,7 +72,7 @@ TEST_F(Published, CriticalValuesComeOutAsTextbooksPrintThem) {
     // A tie may have been rounded either way.
     EXPECT_NEAR(answer, std::stod(row[4]), HalfLastDigit(row[4]) * (1 + 1e-9))
         << row[0] << " " << row[3];
-    host_.Press(ControlBack);
+    Press(ControlBack);
   }
 }
 

@@ -1,6 +1,5 @@
 #include <set>
 
-#include "dialogs/Controls.h"
 #include "dialogs/DialogFactory.h"
 #include "dialogs/FamilyRun.h"
 #include "frame/FormatText.h"
@@ -66,7 +65,7 @@ void ExpectTextsFit(const FamilyTable& family, const PlotTexts& texts) {
 TEST_F(AllFamilies, AChartGoesByItsNameWhateverItsCaption) {
   for (const ResultsDialogTable* table : AllResultsDialogs()) {
     std::set<std::string> names;
-    int control = table->mode == ModePower ? 203 : 603;
+    int control = table->mode == ModePower ? ControlPowerCharts : ControlSizeCharts;
     for (const ChartButton& button : ChartButtons(*table)) {
       const std::string name = button.chart.name;
       EXPECT_TRUE(names.insert(name).second) << name << " stands on two buttons";
@@ -94,7 +93,7 @@ TEST_F(AllFamilies, HaveAResultsDialogForPowerAndOneForSize) {
 TEST_F(AllFamilies, TextsOfPlotsFitWhatFillsThem) {
   for (const ResultsDialogTable* table : AllResultsDialogs()) {
     const FamilyTable& family = TableOf(table->family);
-    SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
+    SCOPED_TRACE(NameOf(DesignOf(*table)));
     for (const PlotRow& plot : table->plots) {
       ExpectTextsFit(family, plot.title);
       ExpectTextsFit(family, plot.xLabel);
@@ -137,13 +136,12 @@ TEST_F(AllFamilies, PowerPlotsHavePowerKinds) {
 
 TEST_F(AllFamilies, EveryButtonOfEveryResultsDialogDrawsForTheBuiltInValues) {
   for (const ResultsDialogTable* table : AllResultsDialogs()) {
-    const FamilyTable& family = TableOf(table->family);
-    SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
-    OpenResults(table->mode, family.code);
-    const int first = table->mode == ModePower ? 203 : 603;
+    SCOPED_TRACE(NameOf(DesignOf(*table)));
+    OpenResults(DesignOf(*table));
+    const int first = table->mode == ModePower ? ControlPowerCharts : ControlSizeCharts;
     for (int i = 0; i < static_cast<int>(ChartButtons(*table).size()); ++i) {
       host_.TakeWorkbook();
-      EXPECT_EQ(host_.Press(first + i), 1) << first + i;
+      EXPECT_EQ(Press(first + i), 1) << first + i;
       ASSERT_FALSE(Items<Chart>().empty());
       for (const Chart& chart : Items<Chart>()) {
         for (const std::string& title : chart.titles) {
@@ -158,19 +156,17 @@ TEST_F(AllFamilies, EveryButtonOfEveryResultsDialogDrawsForTheBuiltInValues) {
     }
     // No button more; the number after the last possible one is Change Params.
     const int next = first + static_cast<int>(ChartButtons(*table).size());
-    EXPECT_TRUE(next == 208 || form().Find(next) == nullptr) << next;
+    EXPECT_TRUE(next == ControlChangeParams || form().Find(next) == nullptr) << next;
     EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
-    Leave();
   }
 }
 
 TEST_F(AllFamilies, CalculateSendsATableAndAReportForTheBuiltInValues) {
   for (const ResultsDialogTable* table : AllResultsDialogs()) {
-    const FamilyTable& family = TableOf(table->family);
-    SCOPED_TRACE(std::string(family.code) + (table->mode == ModePower ? " power" : " size"));
+    SCOPED_TRACE(NameOf(DesignOf(*table)));
     host_.TakeWorkbook();
-    OpenResults(table->mode, family.code);
-    EXPECT_EQ(host_.Press(1), 1);
+    OpenResults(DesignOf(*table));
+    EXPECT_EQ(Press(ControlAccept), 1);
     ASSERT_EQ(host_.workbook().items.size(), 2u);
     EXPECT_EQ(LastTable().code, FindTable(table->family, table->mode)->code);
     for (const std::string& paragraph : Paragraphs()) {
@@ -182,7 +178,6 @@ TEST_F(AllFamilies, CalculateSendsATableAndAReportForTheBuiltInValues) {
       EXPECT_TRUE(!IsMissing(row.values[0]) || title || row.title.size() <= 1) << row.title;
     }
     EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
-    Leave();
   }
 }
 
@@ -201,18 +196,16 @@ TEST_F(AllFamilies, AnEffectBeyondAllReachHasAPowerOfOne) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.family);
-    std::vector<std::pair<int, std::string>> typed;
+    std::vector<std::pair<ControlName, std::string>> typed;
     for (const auto& [field, value] : c.typed) {
       typed.emplace_back(ControlOfField(field), value);
     }
-    OpenResultsWith(ModePower, c.family, typed);
-    ASSERT_EQ(host_.Press(ControlAccept), 1);
+    OpenResults({ModePower, c.family, typed});
+    ASSERT_EQ(Press(ControlAccept), 1);
     EXPECT_EQ(Row("Power"), 1);
-    Leave();
-    OpenResultsWith(ModeSampleSize, c.family, typed);
-    ASSERT_EQ(host_.Press(ControlAccept), 1);
+    OpenResults({ModeSampleSize, c.family, typed});
+    ASSERT_EQ(Press(ControlAccept), 1);
     EXPECT_LE(LastTable().rows.back().values.front(), 3);
-    Leave();
   }
   EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
 }

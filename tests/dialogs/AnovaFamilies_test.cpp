@@ -1,6 +1,5 @@
 #include <cmath>
 
-#include "dialogs/Controls.h"
 #include "dialogs/FamilyRun.h"
 #include "distributions/NoncentralF.h"
 #include "distributions/NoncentralT.h"
@@ -27,40 +26,38 @@ double CriticalF(int df1, int df2, double alpha = 0.05) {
   int failure = 0;
   return NoncentralFQuantile(0, df1, df2, 1 - alpha, failure, 0);
 }
-std::string Percent(double power) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%-5.2f%%", power * 100);
-  return text;
-}
 
 // --- Planned contrast.
 
 TEST_F(PlannedContrast, HasItsControlsAndNoHypothesis) {
-  OpenParameters(ModePower, "PC");
+  OpenParameters({ModePower, "PC"});
   EXPECT_EQ(OpenResource(), 6171);
-  ExpectControls({21068, 21070, 111, 21027, 104, 119, 116, 13402});
-  EXPECT_EQ(form().Find(1210), nullptr);
-  EXPECT_EQ(TextOf(21068), "0.25");
-  EXPECT_EQ(TextOf(21070), "6");
-  EXPECT_EQ(TextOf(21027), "3");
-  EXPECT_EQ(TextOf(104), "10");
-  host_.Press(1);
+  ExpectControls({"StandardizedEffect", "SumOfSquaredWeights", "Alpha", "NumberOfGroups",
+                  "SampleSize", "Sigma", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_EQ(Find("H0Type=0"), nullptr);
+  EXPECT_EQ(TextOf("StandardizedEffect"), "0.25");
+  EXPECT_EQ(TextOf("SumOfSquaredWeights"), "6");
+  EXPECT_EQ(TextOf("NumberOfGroups"), "3");
+  EXPECT_EQ(TextOf("SampleSize"), "10");
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6173);
-  ExpectControls({136, 137, 138, 139, 129, 130, 140, 1, 203, 204, 205});
-  Leave();
-  OpenParameters(ModeSampleSize, "PC");
+  ExpectControls({"EsStart", "EsEnd", "AlphaStart", "AlphaEnd", "NStart", "NEnd", "NInterval",
+                  ControlAccept, "power-vs-n", "power-vs-es", "power-vs-alpha"});
+  OpenParameters({ModeSampleSize, "PC"});
   EXPECT_EQ(OpenResource(), 6310);
-  ExpectControls({21068, 21070, 111, 114, 21027, 119, 116, 13402});
-  EXPECT_EQ(form().Find(104), nullptr);
-  host_.Press(1);
+  ExpectControls({"StandardizedEffect", "SumOfSquaredWeights", "Alpha", "PowerGoal",
+                  "NumberOfGroups", "Sigma", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_EQ(Find("SampleSize"), nullptr);
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6176);
-  ExpectControls({136, 137, 403, 406, 138, 139, 140, 1, 603, 604, 605});
-  EXPECT_EQ(form().Find(129), nullptr);
+  ExpectControls({"EsStart", "EsEnd", "PowerStart", "PowerEnd", "AlphaStart", "AlphaEnd",
+                  "NInterval", ControlAccept, "n-vs-power", "n-vs-es", "n-vs-alpha"});
+  EXPECT_EQ(Find("NStart"), nullptr);
 }
 
 TEST_F(PlannedContrast, ShowsItsPowerTable) {
-  OpenResults(ModePower, "PC");
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "PC"});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 48);
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "Planned Contrast"));
   EXPECT_THAT(RowTitles(),
@@ -74,8 +71,8 @@ TEST_F(PlannedContrast, ShowsItsPowerTable) {
 }
 
 TEST_F(PlannedContrast, ShowsItsSizeTableWithThePowerAtThatSize) {
-  OpenResults(ModeSampleSize, "PC");
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "PC"});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 49);
   EXPECT_THAT(Headings(), ElementsAre("Sample Size Calculation", "Planned Contrast"));
   EXPECT_THAT(RowTitles(), ElementsAre("Number of Groups", "Standardized Effect (Es)",
@@ -85,8 +82,8 @@ TEST_F(PlannedContrast, ShowsItsSizeTableWithThePowerAtThatSize) {
 }
 
 TEST_F(PlannedContrast, WritesItsReports) {
-  OpenResults(ModePower, "PC");
-  host_.Press(1);
+  OpenResults({ModePower, "PC"});
+  Press(ControlAccept);
   const std::string goal =
       "\r\nOne goal of the proposed study is to compare the means from 3 independent samples, to "
       "test the hypothesis that a specific linear contrast of means is zero. ";
@@ -100,9 +97,8 @@ TEST_F(PlannedContrast, WritesItsReports) {
                           "\r\nWith the proposed sample sizes of N = 10 observations per group, "
                           "the study will have a power of " +
                               Percent(Row("Power")) + "."));
-  Leave();
-  OpenResults(ModeSampleSize, "PC");
-  host_.Press(1);
+  OpenResults({ModeSampleSize, "PC"});
+  Press(ControlAccept);
   EXPECT_THAT(Paragraphs(),
               ElementsAre("\r\nSample Size Analysis -- Planned Contrast", goal, test, assumption,
                           "\r\nTo achieve the requested power of 90.00%, a sample size of at least "
@@ -111,88 +107,85 @@ TEST_F(PlannedContrast, WritesItsReports) {
 }
 
 TEST_F(PlannedContrast, WritesNoReportBelowTheHighestDetail) {
-  OpenResults(ModePower, "PC");
+  OpenResults({ModePower, "PC"});
   host_.supplementaryLevel = 3;
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_THAT(Items<Report>(), IsEmpty());
   EXPECT_THAT(Items<SummaryTable>(), SizeIs(1));
 }
 
 TEST_F(PlannedContrast, DrawsItsPlots) {
-  OpenResults(ModePower, "PC");
-  ExpectPlots("Planned Contrast: Power Calculation", "Planned Contrast (H0: Psi = 0)",
-              {{203, "Power vs. N", 14, "Power vs. N (Es = 0.25, Alpha = 0.05, Groups = 3)",
+  ExpectPlots({ModePower, "PC"}, {}, "Planned Contrast: Power Calculation",
+              "Planned Contrast (H0: Psi = 0)",
+              {{"power-vs-n", 14, "Power vs. N (Es = 0.25, Alpha = 0.05, Groups = 3)",
                 "Group Sample Size (N)", "Power"},
-               {204, "Power vs. Es", 0, "Power vs. Es (N = 10, Alpha = 0.05, Groups = 3)",
+               {"power-vs-es", 0, "Power vs. Es (N = 10, Alpha = 0.05, Groups = 3)",
                 "Standardized Effect (Es)", "Power"},
-               {205, "Power vs. Alpha", 15, "Power vs. Alpha (Es = 0.25, N = 10, Groups = 3)",
+               {"power-vs-alpha", 15, "Power vs. Alpha (Es = 0.25, N = 10, Groups = 3)",
                 "Type I Error Rate (Alpha)", "Power"}});
-  Leave();
-  OpenResults(ModeSampleSize, "PC");
   ExpectPlots(
-      "Planned Contrast: Sample Size Calc.", "Planned Contrast (H0: Psi = 0)",
-      {{603, "N vs. Power", 2, "N vs. Power (Es = 0.25, Alpha = 0.05, Groups = 3, SS Weights = 6)",
+      {ModeSampleSize, "PC"}, {}, "Planned Contrast: Sample Size Calc.",
+      "Planned Contrast (H0: Psi = 0)",
+      {{"n-vs-power", 2, "N vs. Power (Es = 0.25, Alpha = 0.05, Groups = 3, SS Weights = 6)",
         "Power Goal", "Required Sample Size (N)"},
-       {604, "N vs. Es", 1, "N vs. Es (Alpha = 0.05, Groups = 3, SS Weights = 6)",
+       {"n-vs-es", 1, "N vs. Es (Alpha = 0.05, Groups = 3, SS Weights = 6)",
         "Standardized Effect (Es)", "Required Sample Size (N)"},
-       {605, "N vs. Alpha", 3, "N vs. Alpha (Es = 0.25, Groups = 3, SS Weights = 6)",
+       {"n-vs-alpha", 3, "N vs. Alpha (Es = 0.25, Groups = 3, SS Weights = 6)",
         "Type I Error Rate (Alpha)", "Required Sample Size (N)"}});
 }
 
 TEST_F(PlannedContrast, APlotAgreesWithTheCalculation) {
-  OpenResults(ModePower, "PC");
-  host_.Press(203);
+  OpenResults({ModePower, "PC"});
+  Press("power-vs-n");
   const Chart n = LastChart();
   ASSERT_THAT(n.x, SizeIs(11));
   EXPECT_EQ(n.x[0], 10);
   EXPECT_EQ(n.x[10], 100);
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_EQ(n.y[0], static_cast<float>(Row("Power")));
   EXPECT_NEAR(n.y[10], PowerOfF(1, 297, 0.0625 * 100 / 6), 1e-6);
-  Leave();
-  OpenResultsWith(ModeSampleSize, "PC", {{21068, "1"}});
-  host_.Type(403, "0.9");
-  host_.Press(603);
+  OpenResults({ModeSampleSize, "PC", {{"StandardizedEffect", "1"}}});
+  Type("PowerStart", "0.9");
+  Press("n-vs-power");
   const Chart sizes = LastChart();
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_EQ(sizes.y[0], static_cast<float>(Row("Required Sample Size (N)")));
 }
 
 TEST_F(PlannedContrast, ANullEffectLeadsBackToTheParameters) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     host_.ClearMessages();
-    OpenResultsWith(mode, "PC", {{21068, "0"}});
-    host_.Type(140, "20");
-    ExpectRefused(1, {12873}, mode == ModePower ? 6171 : 6310);
+    OpenResults({mode, "PC", {{"StandardizedEffect", "0"}}});
+    Type("NInterval", "20");
+    ExpectRefused(ControlAccept, {text::NullHypothesisTrue}, parameters_);
     EXPECT_EQ(block().PC.Committed.NInterval, 10);
-    EXPECT_EQ(TextOf(21068), "0");
-    Leave();
+    EXPECT_EQ(TextOf("StandardizedEffect"), "0");
   }
 }
 
 TEST_F(PlannedContrast, ATinyEffectStopsTheSearchAlone) {
-  OpenResultsWith(ModeSampleSize, "PC", {{21068, "-0.0099"}});
-  ExpectRefused(1, {12874}, 6310);
+  OpenResults({ModeSampleSize, "PC", {{"StandardizedEffect", "-0.0099"}}});
+  ExpectRefused(ControlAccept, {text::NullHypothesisNearlyTrue}, parameters_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.01 of"));
   EXPECT_EQ(host_.messageCalls(), 1);
-  Leave();
   host_.ClearMessages();
-  OpenResultsWith(ModePower, "PC", {{21068, "-0.0099"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "PC", {{"StandardizedEffect", "-0.0099"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
 }
 
 TEST_F(PlannedContrast, AnEffectOfTheToleranceIsSearched) {
-  OpenResultsWith(ModeSampleSize, "PC", {{21068, "0.01"}, {21070, "0.01"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults(
+      {ModeSampleSize, "PC", {{"StandardizedEffect", "0.01"}, {"SumOfSquaredWeights", "0.01"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
 }
 
 // The candidate 1010 lies above the limit and is taken all the same.
 TEST_F(PlannedContrast, ASizeFoundBeyondTheLimitIsShown) {
   block().PC.Upper.SampleSize = 1009;
-  OpenResults(ModeSampleSize, "PC");
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "PC"});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
   EXPECT_EQ(Row("Required Sample Size (N)"), 1010);
   EXPECT_NEAR(Row("Actual Power for Required N"), 0.900182, 1e-6);
@@ -201,90 +194,95 @@ TEST_F(PlannedContrast, ASizeFoundBeyondTheLimitIsShown) {
 
 TEST_F(PlannedContrast, ATooLargeSizeSendsNothingAndStays) {
   block().PC.Upper.SampleSize = 500;
-  OpenResults(ModeSampleSize, "PC");
-  ExpectRefused(1, {12381}, 6176);
+  OpenResults({ModeSampleSize, "PC"});
+  ExpectRefused(ControlAccept, {text::SearchTooLarge}, results_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 500)"));
   EXPECT_FALSE(host_.IsProgressBarOpen());
 }
 
 TEST_F(PlannedContrast, AHugeEffectNeedsThreeAGroup) {
-  OpenResultsWith(ModeSampleSize, "PC", {{21068, "8"}});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "PC", {{"StandardizedEffect", "8"}}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(Row("Required Sample Size (N)"), 3);
 }
 
 TEST_F(PlannedContrast, TheSmallestDesignHasAPower) {
-  OpenResultsWith(ModePower, "PC", {{104, "2"}, {21027, "2"}, {21068, "3"}});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower,
+               "PC",
+               {{"SampleSize", "2"}, {"NumberOfGroups", "2"}, {"StandardizedEffect", "3"}}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_NEAR(Row("Power"), PowerOfF(1, 2, 9 * 2 / 6.0), 1e-6);
 }
 
 TEST_F(PlannedContrast, ItsFirstAlphaOfAPlotStartsAtAHundredth) {
-  OpenResults(ModePower, "PC");
-  host_.Type(138, "0.005");
-  ExpectRefused(205, {12853}, 6173);
+  OpenResults({ModePower, "PC"});
+  Type("AlphaStart", "0.005");
+  ExpectRefused("power-vs-alpha", {text::RangeReal}, results_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("0.01 <= Start Alpha <= 0.2499"));
 }
 
 TEST_F(PlannedContrast, APowerPlotAcrossZeroKeepsTheRefusedPoint) {
-  OpenResults(ModePower, "PC");
-  host_.Type(136, "-0.5");
-  host_.Type(137, "0.5");
-  host_.Type(140, "8");
-  EXPECT_EQ(host_.Press(204), 1);
+  OpenResults({ModePower, "PC"});
+  Type("EsStart", "-0.5");
+  Type("EsEnd", "0.5");
+  Type("NInterval", "8");
+  EXPECT_EQ(Press("power-vs-es"), 1);
   ASSERT_THAT(LastChart().y, SizeIs(8));
   EXPECT_EQ(LastChart().y[4], -9999);
   EXPECT_EQ(LastChart().y[3], LastChart().y[5]);
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
 }
 
 TEST_F(PlannedContrast, ASizePlotAcrossZeroGoesOn) {
-  OpenResults(ModeSampleSize, "PC");
-  host_.Type(136, "-0.5");
-  host_.Type(137, "0.5");
-  host_.Type(140, "8");
-  EXPECT_EQ(host_.Press(604), 1);
+  OpenResults({ModeSampleSize, "PC"});
+  Type("EsStart", "-0.5");
+  Type("EsEnd", "0.5");
+  Type("NInterval", "8");
+  EXPECT_EQ(Press("n-vs-es"), 1);
   ASSERT_THAT(LastChart().y, SizeIs(8));
   EXPECT_EQ(LastChart().y[4], -9999);
   EXPECT_GT(LastChart().y[7], 0);
 }
 
 TEST_F(PlannedContrast, ATrueNullEndsAPlotThatFixesTheEffect) {
-  OpenResultsWith(ModePower, "PC", {{21068, "0"}});
-  for (const int control : {203, 205}) {
+  OpenResults({ModePower, "PC", {{"StandardizedEffect", "0"}}});
+  for (const char* control : {"power-vs-n", "power-vs-alpha"}) {
     host_.ClearMessages();
-    ExpectRefused(control, {12873}, 6173);
+    ExpectRefused(control, {text::NullHypothesisTrue}, results_);
   }
-  EXPECT_EQ(host_.Press(204), 1);
+  EXPECT_EQ(Press("power-vs-es"), 1);
 }
 
 // --- One-way analysis of variance.
 
 TEST_F(OneWayAnova, HasItsControls) {
-  OpenParameters(ModePower, "AV1");
+  OpenParameters({ModePower, "AV1"});
   EXPECT_EQ(OpenResource(), 6178);
-  ExpectControls({21048, 111, 21027, 21025, 22000, 22001, 119, 116, 13402});
-  EXPECT_TRUE(form().IsDlgButtonChecked(22000));
-  EXPECT_EQ(form().Find(22000)->spec.caption, "Fixed Effects");
-  EXPECT_EQ(form().Find(22001)->spec.caption, "Random Effects");
-  EXPECT_EQ(host_.Press(22001), 1);
+  ExpectControls({"RMSSE", "Alpha", "NumberOfGroups", "N", "ModelType=fixed", "ModelType=random",
+                  "Sigma", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_TRUE(IsChecked("ModelType=fixed"));
+  EXPECT_EQ(CaptionOf("ModelType=fixed"), "Fixed Effects");
+  EXPECT_EQ(CaptionOf("ModelType=random"), "Random Effects");
+  EXPECT_EQ(Press("ModelType=random"), 1);
   EXPECT_EQ(block().AV1.Working.ModelType, 1);
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6180);
-  ExpectControls({21069, 21014, 138, 139, 129, 130, 140, 1, 203, 204, 205});
-  Leave();
-  OpenParameters(ModeSampleSize, "AV1");
+  ExpectControls({"StartRMSSE", "EndRMSSE", "AlphaStart", "AlphaEnd", "NStart", "NEnd", "NInterval",
+                  ControlAccept, "power-vs-n", "power-vs-rmsse", "power-vs-alpha"});
+  OpenParameters({ModeSampleSize, "AV1"});
   EXPECT_EQ(OpenResource(), 6183);
-  ExpectControls({114, 21048, 111, 21027, 22000, 22001, 119, 116, 13402});
-  EXPECT_EQ(form().Find(21025), nullptr);
-  host_.Press(1);
+  ExpectControls({"PowerGoal", "RMSSE", "Alpha", "NumberOfGroups", "ModelType=fixed",
+                  "ModelType=random", "Sigma", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_EQ(Find("N"), nullptr);
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6185);
-  ExpectControls({21069, 21014, 403, 406, 138, 139, 140, 1, 603, 604, 605});
+  ExpectControls({"StartRMSSE", "EndRMSSE", "PowerStart", "PowerEnd", "AlphaStart", "AlphaEnd",
+                  "NInterval", ControlAccept, "n-vs-rmsse", "n-vs-alpha", "n-vs-power"});
 }
 
 TEST_F(OneWayAnova, ShowsItsPowerTable) {
-  OpenResults(ModePower, "AV1");
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "AV1"});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 80);
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "ANOVA, 1-Way", "Fixed Effects"));
   EXPECT_THAT(RowTitles(),
@@ -296,8 +294,8 @@ TEST_F(OneWayAnova, ShowsItsPowerTable) {
 }
 
 TEST_F(OneWayAnova, RandomEffectsRescaleTheCriticalValueAndShowItUnscaled) {
-  OpenResultsWith(ModePower, "AV1", {}, {22001});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "AV1", {}, {"ModelType=random"}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(Headings()[2], "Random Effects");
   int failure = 0;
   const double power =
@@ -307,8 +305,8 @@ TEST_F(OneWayAnova, RandomEffectsRescaleTheCriticalValueAndShowItUnscaled) {
 }
 
 TEST_F(OneWayAnova, ShowsItsSizeTableWithTheDeltaOfTheRecord) {
-  OpenResults(ModeSampleSize, "AV1");
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "AV1"});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 81);
   EXPECT_THAT(Headings(), ElementsAre("Sample Size Calculation", "ANOVA, 1-Way", "Fixed Effects"));
   EXPECT_THAT(RowTitles(),
@@ -335,17 +333,16 @@ TEST_F(OneWayAnova, WritesItsReportsWithTheModel) {
     const std::string assumption =
         "\r\nAssume that, in the sampled populations, the root mean square standardized effect is "
         "0.25.";
-    OpenResultsWith(ModePower, "AV1", {}, {22000 + model});
-    host_.Press(1);
+    OpenResults({ModePower, "AV1", {}, {RadioOf("ModelType", model)}});
+    Press(ControlAccept);
     EXPECT_THAT(Paragraphs(),
                 ElementsAre("\r\nPower Analysis -- The 1-Way " + name + " Analysis of Variance",
                             goal, test, assumption,
                             "\r\nWith the proposed sample sizes of N = 10 observations per group, "
                             "the study will have a power of " +
                                 Percent(Row("Power")) + "."));
-    Leave();
-    OpenResultsWith(ModeSampleSize, "AV1", {}, {22000 + model});
-    host_.Press(1);
+    OpenResults({ModeSampleSize, "AV1", {}, {RadioOf("ModelType", model)}});
+    Press(ControlAccept);
     const std::string n = Shown(Row("Required Sample Size (N)"));
     EXPECT_THAT(
         Paragraphs(),
@@ -355,34 +352,32 @@ TEST_F(OneWayAnova, WritesItsReportsWithTheModel) {
                         n + " observations per group is required. ",
                     "\r\nWith N = " + n + " observations per group, the actual power is " +
                         Percent(Row("Actual Power for Required N")) + "."));
-    Leave();
   }
 }
 
 TEST_F(OneWayAnova, DrawsItsPlots) {
-  OpenResults(ModePower, "AV1");
-  ExpectPlots("1-Way ANOVA: Power Calculation", "Several Means, ANOVA, 1-Way (Fixed Effects)",
-              {{203, "Power vs. N", 14, "Power vs. N (RMSSE = 0.25, Groups = 3, Alpha = 0.05)",
+  ExpectPlots({ModePower, "AV1"}, {}, "1-Way ANOVA: Power Calculation",
+              "Several Means, ANOVA, 1-Way (Fixed Effects)",
+              {{"power-vs-n", 14, "Power vs. N (RMSSE = 0.25, Groups = 3, Alpha = 0.05)",
                 "Group Sample Size (N)", "Power"},
-               {204, "Power vs. RMSSE", 16, "Power vs. RMSSE (Alpha = 0.05, Groups = 3, N = 10)",
-                "RMSSE", "Power"},
-               {205, "Power vs. Alpha", 15, "Power vs. Alpha (RMSSE = 0.25, Groups = 3, N = 10)",
+               {"power-vs-rmsse", 16, "Power vs. RMSSE (Alpha = 0.05, Groups = 3, N = 10)", "RMSSE",
+                "Power"},
+               {"power-vs-alpha", 15, "Power vs. Alpha (RMSSE = 0.25, Groups = 3, N = 10)",
                 "Type I Error Rate (Alpha)", "Power"}});
-  Leave();
-  OpenResultsWith(ModeSampleSize, "AV1", {}, {22001});
-  ExpectPlots("1-Way ANOVA: Sample Size Calculation",
+  ExpectPlots({ModeSampleSize, "AV1", {}, {"ModelType=random"}}, {},
+              "1-Way ANOVA: Sample Size Calculation",
               "Several Means, ANOVA, 1-Way (Random Effects)",
-              {{603, "N vs. RMSSE", 4, "N vs. RMSSE (Alpha = 0.05, Groups = 3, Power = 0.9)",
-                "RMSSE", "Required Sample Size (N)"},
-               {604, "N vs. Alpha", 3, "N vs. Alpha (RMSSE = 0.25, Groups = 3, Power = 0.9)",
+              {{"n-vs-rmsse", 4, "N vs. RMSSE (Alpha = 0.05, Groups = 3, Power = 0.9)", "RMSSE",
+                "Required Sample Size (N)"},
+               {"n-vs-alpha", 3, "N vs. Alpha (RMSSE = 0.25, Groups = 3, Power = 0.9)",
                 "Type I Error Rate (Alpha)", "Required Sample Size (N)"},
-               {605, "N vs. Power", 2, "N vs. Power (RMSSE = 0.25, Groups = 3, Alpha = 0.05)",
+               {"n-vs-power", 2, "N vs. Power (RMSSE = 0.25, Groups = 3, Alpha = 0.05)",
                 "Power Goal", "Required Sample Size (N)"}});
 }
 
 TEST_F(OneWayAnova, APlotAgreesWithTheDistribution) {
-  OpenResults(ModePower, "AV1");
-  host_.Press(203);
+  OpenResults({ModePower, "AV1"});
+  Press("power-vs-n");
   const Chart n = LastChart();
   ASSERT_THAT(n.x, SizeIs(20));
   for (std::size_t i = 0; i < n.x.size(); ++i) {
@@ -390,9 +385,8 @@ TEST_F(OneWayAnova, APlotAgreesWithTheDistribution) {
     EXPECT_EQ(size, static_cast<int>(i) + 5);
     EXPECT_EQ(n.y[i], static_cast<float>(PowerOfF(2, 3 * (size - 1), 0.125 * size)));
   }
-  Leave();
-  OpenResultsWith(ModePower, "AV1", {}, {22001});
-  host_.Press(205);
+  OpenResults({ModePower, "AV1", {}, {"ModelType=random"}});
+  Press("power-vs-alpha");
   const Chart alpha = LastChart();
   int failure = 0;
   EXPECT_NEAR(alpha.y[0],
@@ -400,73 +394,71 @@ TEST_F(OneWayAnova, APlotAgreesWithTheDistribution) {
 }
 
 TEST_F(OneWayAnova, AReversedRangeGivesTheSamePlot) {
-  OpenResults(ModePower, "AV1");
-  host_.Press(203);
+  OpenResults({ModePower, "AV1"});
+  Press("power-vs-n");
   const Chart forward = LastChart();
-  host_.Type(129, "24");
-  host_.Type(130, "5");
-  host_.Press(203);
+  Type("NStart", "24");
+  Type("NEnd", "5");
+  Press("power-vs-n");
   EXPECT_EQ(LastChart().x, forward.x);
   EXPECT_EQ(LastChart().y, forward.y);
 }
 
 TEST_F(OneWayAnova, AnEffectOfZeroIsStoppedByItsRange) {
-  OpenParameters(ModePower, "AV1");
-  host_.Type(21048, "0");
-  host_.Press(1);
-  EXPECT_EQ(OpenResource(), 6178);
-  ASSERT_THAT(MessageIds(), ElementsAre(12853));
+  OpenParameters({ModePower, "AV1", {{"RMSSE", "0"}}});
+  Press(ControlAccept);
+  EXPECT_EQ(OpenResource(), parameters_);
+  ASSERT_THAT(MessageIds(), ElementsAre(text::RangeReal));
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("0 < RMSSE <= 1e+30"));
 }
 
 TEST_F(OneWayAnova, OnlyTheSearchChecksTheNullHypothesis) {
-  OpenResultsWith(ModePower, "AV1", {{21048, "0.005"}});
-  EXPECT_EQ(host_.Press(1), 1);
-  EXPECT_EQ(host_.Press(203), 1);
+  OpenResults({ModePower, "AV1", {{"RMSSE", "0.005"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
+  EXPECT_EQ(Press("power-vs-n"), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
-  Leave();
-  OpenResultsWith(ModeSampleSize, "AV1", {{21048, "0.005"}});
+  OpenResults({ModeSampleSize, "AV1", {{"RMSSE", "0.005"}}});
   host_.TakeWorkbook();
-  ExpectRefused(1, {12874}, 6183);
+  ExpectRefused(ControlAccept, {text::NullHypothesisNearlyTrue}, parameters_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.01 of"));
 }
 
 TEST_F(OneWayAnova, ATooLargeSizeSendsNothing) {
   block().AV1.Upper.N = 50;
-  OpenResults(ModeSampleSize, "AV1");
-  ExpectRefused(1, {12381}, 6185);
+  OpenResults({ModeSampleSize, "AV1"});
+  ExpectRefused(ControlAccept, {text::SearchTooLarge}, results_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 50)"));
 }
 
 TEST_F(OneWayAnova, APointBeyondTheLimitIsAFailedPoint) {
   block().AV1.Upper.N = 50;
-  OpenResults(ModeSampleSize, "AV1");
-  EXPECT_EQ(host_.Press(603), 1);
+  OpenResults({ModeSampleSize, "AV1"});
+  EXPECT_EQ(Press("n-vs-rmsse"), 1);
   EXPECT_EQ(LastChart().y.front(), -9999);
 }
 
 TEST_F(OneWayAnova, ACancelledSearchLeavesNothing) {
-  OpenResults(ModeSampleSize, "AV1");
+  OpenResults({ModeSampleSize, "AV1"});
   host_.cancelled = [] { return true; };
-  ExpectRefused(1, {12865}, 6185);
+  ExpectRefused(ControlAccept, {text::CancelledAtRequest}, results_);
   EXPECT_FALSE(host_.IsProgressBarOpen());
 }
 
 TEST_F(OneWayAnova, TheApproximationHasNoPowerAtTwoErrorDegrees) {
-  OpenParameters(ModePower, "AV1");
-  host_.Type(21027, "2");
-  host_.Type(21025, "2");
+  OpenParameters({ModePower, "AV1"});
+  Type("NumberOfGroups", "2");
+  Type("N", "2");
   block().AV1.Working.Algorithm = 1;
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 1);
+  Press(ControlAccept);
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(RowValues().back(), "-");
   EXPECT_THAT(Paragraphs().back(), HasSubstr("power of -----."));
 }
 
 TEST_F(OneWayAnova, ItsSearchNamesTheSizeInTheBar) {
-  OpenResults(ModeSampleSize, "AV1");
+  OpenResults({ModeSampleSize, "AV1"});
   host_.calls.progress.clear();
-  host_.Press(1);
+  Press(ControlAccept);
   ASSERT_FALSE(host_.calls.progress.empty());
   EXPECT_EQ(host_.calls.progress.front(), "d_pbar Searching for required N");
 }
@@ -474,25 +466,29 @@ TEST_F(OneWayAnova, ItsSearchNamesTheSizeInTheBar) {
 // --- Two-way analysis of variance.
 
 TEST_F(TwoWayAnova, HasItsControls) {
-  OpenParameters(ModePower, "AV2");
+  OpenParameters({ModePower, "AV2"});
   EXPECT_EQ(OpenResource(), 6226);
-  ExpectControls({21051, 21049, 21050, 111, 21063, 21002, 21025, 119, 116, 13402});
-  host_.Press(1);
+  ExpectControls({"RMSSE_Row", "RMSSE_Col", "RMSSE_Int", "Alpha", "Rows", "Columns", "N", "Sigma",
+                  ControlSaveAs, ControlSaveAsDefault});
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6228);
-  ExpectControls({21069, 21014, 138, 139, 129, 130, 140, 1, 203, 204, 205});
-  Leave();
-  OpenParameters(ModeSampleSize, "AV2");
+  ExpectControls({"StartRMSSE", "EndRMSSE", "AlphaStart", "AlphaEnd", "NStart", "NEnd", "NInterval",
+                  ControlAccept, "power-vs-n", "power-vs-rmsse", "power-vs-alpha"});
+  OpenParameters({ModeSampleSize, "AV2"});
   EXPECT_EQ(OpenResource(), 6230);
-  ExpectControls({21051, 21049, 21050, 114, 111, 21063, 21002, 119, 116, 13402});
-  EXPECT_EQ(form().Find(21025), nullptr);
-  host_.Press(1);
+  ExpectControls({"RMSSE_Row", "RMSSE_Col", "RMSSE_Int", "PowerGoal", "Alpha", "Rows", "Columns",
+                  "Sigma", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_EQ(Find("N"), nullptr);
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6232);
-  ExpectControls({21069, 21014, 403, 406, 138, 139, 140, 1, 603, 604, 605});
+  ExpectControls({"StartRMSSE", "EndRMSSE", "PowerStart", "PowerEnd", "AlphaStart", "AlphaEnd",
+                  "NInterval", ControlAccept, "n-vs-power", "n-vs-rmsse", "n-vs-alpha"});
 }
 
 TEST_F(TwoWayAnova, ShowsItsPowerTable) {
-  OpenResultsWith(ModePower, "AV2", {{21051, "0.3"}, {21049, "0.2"}, {21050, "0.1"}});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults(
+      {ModePower, "AV2", {{"RMSSE_Row", "0.3"}, {"RMSSE_Col", "0.2"}, {"RMSSE_Int", "0.1"}}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 1025);
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "ANOVA, 2-Way"));
   const std::vector<std::string> titles = RowTitles();
@@ -514,9 +510,9 @@ TEST_F(TwoWayAnova, ShowsItsPowerTable) {
 // The shown degrees of freedom of the interaction are those of a square design.
 TEST_F(TwoWayAnova, AnOblongDesignShowsTheDfOfTheColumnsSquared) {
   for (const auto& [rows, columns] : {std::pair{2, 3}, {3, 2}, {5, 4}}) {
-    OpenResultsWith(ModePower, "AV2",
-                    {{21063, std::to_string(rows)}, {21002, std::to_string(columns)}});
-    ASSERT_EQ(host_.Press(1), 1);
+    OpenResults(
+        {ModePower, "AV2", {{"Rows", std::to_string(rows)}, {"Columns", std::to_string(columns)}}});
+    ASSERT_EQ(Press(ControlAccept), 1);
     const std::vector<TableRow> cells = LastTable().rows;
     const int df = (rows - 1) * (columns - 1);
     const int error = 9 * rows * columns;
@@ -530,13 +526,13 @@ TEST_F(TwoWayAnova, AnOblongDesignShowsTheDfOfTheColumnsSquared) {
                 1e-12);
     EXPECT_NEAR(cells[17].values[0],
                 PowerOfF(columns - 1, error, (columns - 1) * rows * 10 * 0.0625), 1e-12);
-    Leave();
   }
 }
 
 TEST_F(TwoWayAnova, ShowsItsSizeTable) {
-  OpenResultsWith(ModeSampleSize, "AV2", {{21051, "0.3"}, {21049, "0.2"}, {21050, "0.1"}});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults(
+      {ModeSampleSize, "AV2", {{"RMSSE_Row", "0.3"}, {"RMSSE_Col", "0.2"}, {"RMSSE_Int", "0.1"}}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 1026);
   EXPECT_THAT(Headings(), ElementsAre("Sample Size Calculation", "ANOVA, 2-Way"));
   const std::vector<std::string> titles = RowTitles();
@@ -561,25 +557,30 @@ TEST_F(TwoWayAnova, ShowsItsSizeTable) {
 }
 
 TEST_F(TwoWayAnova, AHugeEffectNeedsTwoACell) {
-  OpenResultsWith(ModeSampleSize, "AV2", {{21051, "9"}});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "AV2", {{"RMSSE_Row", "9"}}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().rows[8].values[0], 2);
 }
 
 TEST_F(TwoWayAnova, ItsSearchShowsNoBarAndCannotBeCancelled) {
-  OpenResults(ModeSampleSize, "AV2");
+  OpenResults({ModeSampleSize, "AV2"});
   host_.calls.progress.clear();
   host_.cancelled = [] { return true; };
-  EXPECT_EQ(host_.Press(1), 1);
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.calls.progress, IsEmpty());
   EXPECT_THAT(host_.messages(), IsEmpty());
   EXPECT_NE(RowValues().back(), "-");
 }
 
 TEST_F(TwoWayAnova, WritesItsPowerReport) {
-  OpenResultsWith(ModePower, "AV2",
-                  {{21063, "2"}, {21051, "0.3"}, {21049, "0.2"}, {21050, "0.1"}, {119, "2"}});
-  host_.Press(1);
+  OpenResults({ModePower,
+               "AV2",
+               {{"Rows", "2"},
+                {"RMSSE_Row", "0.3"},
+                {"RMSSE_Col", "0.2"},
+                {"RMSSE_Int", "0.1"},
+                {"Sigma", "2"}}});
+  Press(ControlAccept);
   const std::vector<TableRow> cells = LastTable().rows;
   EXPECT_THAT(
       Paragraphs(),
@@ -603,8 +604,8 @@ TEST_F(TwoWayAnova, WritesItsPowerReport) {
 }
 
 TEST_F(TwoWayAnova, WritesItsSizeReportWithTwoLinesB) {
-  OpenResultsWith(ModeSampleSize, "AV2", {{21051, "0.3"}, {21049, "0.2"}});
-  host_.Press(1);
+  OpenResults({ModeSampleSize, "AV2", {{"RMSSE_Row", "0.3"}, {"RMSSE_Col", "0.2"}}});
+  Press(ControlAccept);
   const std::vector<TableRow> cells = LastTable().rows;
   const std::vector<std::string> paragraphs = Paragraphs();
   ASSERT_THAT(paragraphs, SizeIs(10));
@@ -624,13 +625,13 @@ TEST_F(TwoWayAnova, WithoutAnyEffectOnlyTheDesignIsShown) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     host_.TakeWorkbook();
     host_.ClearMessages();
-    OpenResultsWith(mode, "AV2", {{21051, "0"}, {21049, "0"}, {21050, "0"}});
+    OpenResults({mode, "AV2", {{"RMSSE_Row", "0"}, {"RMSSE_Col", "0"}, {"RMSSE_Int", "0"}}});
     const int resource = OpenResource();
-    EXPECT_EQ(host_.Press(1), 1);
+    EXPECT_EQ(Press(ControlAccept), 1);
     EXPECT_EQ(OpenResource(), resource) << "the dialog stays open";
     EXPECT_EQ(host_.messageCalls(), 3);
     ASSERT_THAT(host_.messages(), SizeIs(1));
-    EXPECT_EQ(host_.messages()[0].id, 12873);
+    EXPECT_EQ(host_.messages()[0].id, text::NullHypothesisTrue);
     EXPECT_EQ(host_.messages()[0].count, 3);
     const std::vector<std::string> values = RowValues();
     EXPECT_THAT(std::vector<std::string>(values.begin(), values.begin() + 3),
@@ -638,13 +639,12 @@ TEST_F(TwoWayAnova, WithoutAnyEffectOnlyTheDesignIsShown) {
     EXPECT_EQ(values.back(), "-");
     EXPECT_EQ(values[8 + (mode == ModePower ? 2 : 0)], "-");
     EXPECT_THAT(Paragraphs().back(), HasSubstr("-----"));
-    Leave();
   }
 }
 
 TEST_F(TwoWayAnova, ARefusedEffectLeavesTheOthers) {
-  OpenResultsWith(ModePower, "AV2", {{21049, "0"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "AV2", {{"RMSSE_Col", "0"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(host_.messageCalls(), 1);
   const std::vector<std::string> values = RowValues();
   const std::string power = Shown(PowerOfF(2, 81, 3.75));
@@ -657,15 +657,14 @@ TEST_F(TwoWayAnova, ARefusedEffectLeavesTheOthers) {
 }
 
 TEST_F(TwoWayAnova, ATinyEffectIsSkippedBySizeAndNotByPower) {
-  OpenResultsWith(ModePower, "AV2", {{21051, "0.005"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "AV2", {{"RMSSE_Row", "0.005"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
   EXPECT_NE(RowValues()[10], "-");
-  Leave();
-  OpenResultsWith(ModeSampleSize, "AV2", {{21051, "0.005"}});
-  EXPECT_EQ(host_.Press(1), 1);
-  EXPECT_EQ(OpenResource(), 6232);
-  EXPECT_THAT(MessageIds(), ElementsAre(12874));
+  OpenResults({ModeSampleSize, "AV2", {{"RMSSE_Row", "0.005"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
+  EXPECT_EQ(OpenResource(), results_);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisNearlyTrue));
   EXPECT_EQ(host_.messageCalls(), 1);
   const std::vector<std::string> values = RowValues();
   EXPECT_THAT(std::vector<std::string>(values.begin() + 6, values.begin() + 9),
@@ -677,9 +676,9 @@ TEST_F(TwoWayAnova, ATinyEffectIsSkippedBySizeAndNotByPower) {
 
 TEST_F(TwoWayAnova, ATooLargeSizeBlanksTheRowsOfItsEffectAlone) {
   block().AV2.Upper.N = 100;
-  OpenResultsWith(ModeSampleSize, "AV2", {{21049, "0.02"}});
-  EXPECT_EQ(host_.Press(1), 1);
-  ASSERT_THAT(MessageIds(), ElementsAre(12381));
+  OpenResults({ModeSampleSize, "AV2", {{"RMSSE_Col", "0.02"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
+  ASSERT_THAT(MessageIds(), ElementsAre(text::SearchTooLarge));
   EXPECT_EQ(host_.messageCalls(), 1);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 100)"));
   const std::vector<std::string> values = RowValues();
@@ -690,15 +689,15 @@ TEST_F(TwoWayAnova, ATooLargeSizeBlanksTheRowsOfItsEffectAlone) {
 }
 
 TEST_F(TwoWayAnova, CalculationsCommitWhateverTheEffects) {
-  OpenResultsWith(ModePower, "AV2", {{21051, "0"}});
-  host_.Type(129, "7");
-  host_.Press(1);
+  OpenResults({ModePower, "AV2", {{"RMSSE_Row", "0"}}});
+  Type("NStart", "7");
+  Press(ControlAccept);
   EXPECT_EQ(block().AV2.Committed.NStart, 7);
 }
 
 struct TripleOfPlots {
   int mode;
-  int control;
+  const char* button;
   const char* caption;
   int kind;
   std::array<const char*, 3> titles;
@@ -715,7 +714,7 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
                                             "Interaction Effect RMSSE"};
   const TripleOfPlots cases[] = {
       {ModePower,
-       203,
+       "power-vs-n",
        "Power vs. N",
        14,
        {"Row Effect Power vs. N (RMSSE = 0.3, Alpha = 0.05)",
@@ -723,7 +722,7 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
         "Interaction Effect Power vs. N (RMSSE = 0.1, Alpha = 0.05)"},
        n},
       {ModePower,
-       204,
+       "power-vs-rmsse",
        "Power vs. RMSSE",
        16,
        {"Row Effect Power vs. Row Effect RMSSE (N = 10, Alpha = 0.05)",
@@ -731,7 +730,7 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
         "Interaction Effect Power vs. Interaction Effect RMSSE (N = 10, Alpha = 0.05)"},
        rmsse},
       {ModePower,
-       205,
+       "power-vs-alpha",
        "Power vs. Alpha",
        15,
        {"Row Effect Power vs. Alpha (N = 10, RMSSE = 0.3)",
@@ -739,7 +738,7 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
         "Interaction Effect Power vs. Alpha (N = 10, RMSSE = 0.1)"},
        alpha},
       {ModeSampleSize,
-       603,
+       "n-vs-power",
        "N vs. Power",
        2,
        {"N vs. Row Effect Power (RMSSE = 0.3, Alpha = 0.05)",
@@ -747,7 +746,7 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
         "N vs. Interaction Effect Power (RMSSE = 0.1, Alpha = 0.05)"},
        goal},
       {ModeSampleSize,
-       604,
+       "n-vs-rmsse",
        "N vs. RMSSE",
        4,
        {"N vs. Row Effect RMSSE (Power = 0.9, Alpha = 0.05)",
@@ -755,7 +754,7 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
         "N vs. Interaction Effect RMSSE (Power = 0.9, Alpha = 0.05)"},
        rmsse},
       {ModeSampleSize,
-       605,
+       "n-vs-alpha",
        "N vs. Alpha",
        3,
        {"N vs. Row Effect Alpha (Row Effect Power = 0.9, Alpha = 0.05)",
@@ -766,9 +765,10 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
   for (const TripleOfPlots& c : cases) {
     SCOPED_TRACE(c.titles[0]);
     host_.TakeWorkbook();
-    OpenResultsWith(c.mode, "AV2", {{21051, "0.3"}, {21049, "0.2"}, {21050, "0.1"}});
-    EXPECT_EQ(form().Find(c.control)->spec.caption, c.caption);
-    ASSERT_EQ(host_.Press(c.control), 1);
+    OpenResults(
+        {c.mode, "AV2", {{"RMSSE_Row", "0.3"}, {"RMSSE_Col", "0.2"}, {"RMSSE_Int", "0.1"}}});
+    EXPECT_EQ(CaptionOf(c.button), c.caption);
+    ASSERT_EQ(Press(c.button), 1);
     const std::vector<Chart> charts = Items<Chart>();
     ASSERT_THAT(charts, SizeIs(3));
     for (std::size_t effect = 0; effect < 3; ++effect) {
@@ -780,13 +780,12 @@ TEST_F(TwoWayAnova, EachButtonDrawsAPlotAnEffect) {
       EXPECT_EQ(charts[effect].xLabel, c.xLabels[effect]);
       EXPECT_EQ(charts[effect].yLabel, c.mode == ModePower ? "Power" : "Required Sample Size (N)");
     }
-    Leave();
   }
 }
 
 TEST_F(TwoWayAnova, ThePointsOfAPlotAreThoseOfItsEffect) {
-  OpenResultsWith(ModePower, "AV2", {{21063, "2"}, {21050, "0.5"}});
-  host_.Press(203);
+  OpenResults({ModePower, "AV2", {{"Rows", "2"}, {"RMSSE_Int", "0.5"}}});
+  Press("power-vs-n");
   const std::vector<Chart> charts = Items<Chart>();
   ASSERT_THAT(charts, SizeIs(3));
   for (std::size_t i = 0; i < charts[0].x.size(); ++i) {
@@ -797,7 +796,7 @@ TEST_F(TwoWayAnova, ThePointsOfAPlotAreThoseOfItsEffect) {
     EXPECT_NEAR(charts[2].y[i], PowerOfF(2, error, 2 * n * 0.25), 1e-6);
   }
   host_.TakeWorkbook();
-  host_.Press(204);
+  Press("power-vs-rmsse");
   const std::vector<Chart> rmsse = Items<Chart>();
   ASSERT_THAT(rmsse, SizeIs(3));
   EXPECT_NEAR(rmsse[0].y[0], PowerOfF(1, 54, 30 * 0.15 * 0.15), 1e-6);
@@ -806,14 +805,14 @@ TEST_F(TwoWayAnova, ThePointsOfAPlotAreThoseOfItsEffect) {
 }
 
 TEST_F(TwoWayAnova, ARefusedEffectIsLeftOutOfThePlotsThatFixIt) {
-  OpenResultsWith(ModePower, "AV2", {{21051, "0"}});
-  for (const int control : {203, 205}) {
+  OpenResults({ModePower, "AV2", {{"RMSSE_Row", "0"}}});
+  for (const char* control : {"power-vs-n", "power-vs-alpha"}) {
     host_.TakeWorkbook();
     host_.ClearMessages();
-    EXPECT_EQ(host_.Press(control), 1);
-    EXPECT_EQ(OpenResource(), 6228);
+    EXPECT_EQ(Press(control), 1);
+    EXPECT_EQ(OpenResource(), results_);
     EXPECT_EQ(host_.messageCalls(), 1);
-    EXPECT_THAT(MessageIds(), ElementsAre(12873));
+    EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
     const std::vector<Chart> charts = Items<Chart>();
     ASSERT_THAT(charts, SizeIs(2));
     EXPECT_THAT(charts[0].titles[2], HasSubstr("Column Effect Power"));
@@ -821,41 +820,41 @@ TEST_F(TwoWayAnova, ARefusedEffectIsLeftOutOfThePlotsThatFixIt) {
   }
   host_.TakeWorkbook();
   host_.ClearMessages();
-  EXPECT_EQ(host_.Press(204), 1);
+  EXPECT_EQ(Press("power-vs-rmsse"), 1);
   EXPECT_THAT(Items<Chart>(), SizeIs(3));
   EXPECT_THAT(host_.messages(), IsEmpty());
-  Leave();
   host_.TakeWorkbook();
-  OpenResultsWith(ModeSampleSize, "AV2", {{21051, "0.25"}, {21050, "0.002"}});
-  EXPECT_EQ(host_.Press(603), 1);
+  OpenResults({ModeSampleSize, "AV2", {{"RMSSE_Row", "0.25"}, {"RMSSE_Int", "0.002"}}});
+  EXPECT_EQ(Press("n-vs-power"), 1);
   EXPECT_THAT(Items<Chart>(), SizeIs(2));
-  EXPECT_THAT(MessageIds(), ElementsAre(12874));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisNearlyTrue));
 }
 
 TEST_F(TwoWayAnova, WithoutAnyEffectNoPlotIsDrawn) {
-  OpenResultsWith(ModePower, "AV2", {{21051, "0"}, {21049, "0"}, {21050, "0"}});
-  EXPECT_EQ(host_.Press(203), 0);
+  OpenResults({ModePower, "AV2", {{"RMSSE_Row", "0"}, {"RMSSE_Col", "0"}, {"RMSSE_Int", "0"}}});
+  EXPECT_EQ(Press("power-vs-n"), 0);
   EXPECT_EQ(host_.messageCalls(), 3);
   EXPECT_THAT(Items<Chart>(), IsEmpty());
-  EXPECT_EQ(OpenResource(), 6228);
+  EXPECT_EQ(OpenResource(), results_);
 }
 
 TEST_F(TwoWayAnova, ACancelledPlotEndsTheOthersToo) {
-  OpenResults(ModePower, "AV2");
+  OpenResults({ModePower, "AV2"});
   int polls = 0;
   host_.cancelled = [&polls] { return ++polls > 3; };
-  EXPECT_EQ(host_.Press(203), 0);
+  EXPECT_EQ(Press("power-vs-n"), 0);
   EXPECT_THAT(Items<Chart>(), IsEmpty());
   EXPECT_FALSE(host_.IsProgressBarOpen());
 }
 
 // Of the two computations of this power, which is 1, the exact one fails.
 TEST_F(OneWayAnova, SeeksASizeByTikusApproximationWhereTheExactPowerFails) {
-  const std::vector<std::pair<int, std::string>> design = {{ControlOfField("NumberOfGroups"), "3"},
-                                                           {ControlOfField("RMSSE"), "320"},
-                                                           {ControlOfField("Alpha"), "0.0001"}};
-  OpenResultsWith(ModeSampleSize, "AV1", design);
-  ASSERT_EQ(host_.Press(ControlAccept), 1);
+  const std::vector<std::pair<ControlName, std::string>> design = {
+      {ControlOfField("NumberOfGroups"), "3"},
+      {ControlOfField("RMSSE"), "320"},
+      {ControlOfField("Alpha"), "0.0001"}};
+  OpenResults({ModeSampleSize, "AV1", design});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(RowValues().back(), "2");
 }
 

@@ -29,35 +29,31 @@ class Cancellation : public FamilyRun {
     ASSERT_TRUE(host_.WasCanceled());
   }
   void CancelASearch() {
-    OpenResults(ModeSampleSize, "T1");
+    OpenResults({ModeSampleSize, "T1"});
     CancelOnce();
-    EXPECT_EQ(host_.Press(1), 0);
-    EXPECT_EQ(MessageIds().back(), 12865);
-    Leave();
+    EXPECT_EQ(Press(ControlAccept), 0);
+    EXPECT_EQ(MessageIds().back(), text::CancelledAtRequest);
   }
   void CancelAChart() {
-    OpenResults(ModePower, "T1");
+    OpenResults({ModePower, "T1"});
     CancelOnce();
-    EXPECT_EQ(host_.Press(203), 0);
-    Leave();
+    EXPECT_EQ(Press("power-vs-n"), 0);
   }
 
   Given Calculated(const ResultsDialogTable& table) {
     host_.TakeWorkbook();
-    OpenResults(table.mode, TableOf(table.family).code);
-    EXPECT_EQ(host_.Press(1), 1);
+    OpenResults(DesignOf(table));
+    EXPECT_EQ(Press(ControlAccept), 1);
     Given given{RowValues(), {}};
-    EXPECT_EQ(host_.Press(table.mode == ModePower ? 203 : 603), 1);
+    EXPECT_EQ(Press(table.mode == ModePower ? ControlPowerCharts : ControlSizeCharts), 1);
     given.points = LastChart().y;
-    Leave();
     return given;
   }
 
   template <class Cancel>
   void ExpectAnswersAsFreshAfter(Cancel cancel) {
     for (const ResultsDialogTable* table : AllResultsDialogs()) {
-      SCOPED_TRACE(std::string(TableOf(table->family).code) +
-                   (table->mode == ModePower ? " power" : " size"));
+      SCOPED_TRACE(NameOf(DesignOf(*table)));
       const Given fresh = Calculated(*table);
       cancel();
       EXPECT_EQ(Calculated(*table), fresh);
@@ -75,39 +71,37 @@ TEST_F(Cancellation, EveryFamilyAnswersAsFreshAfterACancelledChart) {
 
 TEST_F(Cancellation, ABreakThatCameTooLateIsOverWithTheNextCommand) {
   for (const ResultsDialogTable* table : AllResultsDialogs()) {
-    SCOPED_TRACE(std::string(TableOf(table->family).code) +
-                 (table->mode == ModePower ? " power" : " size"));
-    OpenResults(table->mode, TableOf(table->family).code);
+    SCOPED_TRACE(NameOf(DesignOf(*table)));
+    OpenResults(DesignOf(*table));
     host_.TakeWorkbook();
-    ASSERT_EQ(host_.Press(1), 1);
+    ASSERT_EQ(Press(ControlAccept), 1);
     const std::vector<std::string> fresh = RowValues();
     CancelTooLate();
     host_.TakeWorkbook();
-    ASSERT_EQ(host_.Press(1), 1);
+    ASSERT_EQ(Press(ControlAccept), 1);
     EXPECT_EQ(RowValues(), fresh);
-    Leave();
   }
   EXPECT_THAT(host_.messages(), ::testing::IsEmpty());
 }
 
 TEST_F(Cancellation, OneClickStopsAllPlotsOfAButton) {
-  OpenResults(ModePower, "AV2");
+  OpenResults({ModePower, "AV2"});
   int polls = 0;
   host_.cancelled = [&polls] { return ++polls == 4; };
-  EXPECT_EQ(host_.Press(203), 0);
+  EXPECT_EQ(Press("power-vs-n"), 0);
   EXPECT_EQ(polls, 4) << "no further plot was begun";
   EXPECT_THAT(Items<Chart>(), ::testing::IsEmpty());
   EXPECT_FALSE(host_.IsProgressBarOpen());
 }
 
 TEST_F(Cancellation, APlotThatWasDrawnBeforeTheClickStays) {
-  OpenResults(ModePower, "AV2");
-  ASSERT_EQ(host_.Press(203), 1);
+  OpenResults({ModePower, "AV2"});
+  ASSERT_EQ(Press("power-vs-n"), 1);
   const std::size_t points = Items<Chart>().front().x.size();
   host_.TakeWorkbook();
   std::size_t polls = 0;
   host_.cancelled = [&] { return ++polls == points + 2; };
-  EXPECT_EQ(host_.Press(203), 1);
+  EXPECT_EQ(Press("power-vs-n"), 1);
   EXPECT_THAT(Items<Chart>(), ::testing::SizeIs(1));
 }
 

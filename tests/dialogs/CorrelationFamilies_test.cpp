@@ -36,44 +36,36 @@ double CrudePowerOfTwo(int form, double rho1, double rho2, int n1, int n2, doubl
   return form == 1 ? 1 - NormalCdf(NormalQuantile(1 - alpha) - mean)
                    : NormalCdf(NormalQuantile(alpha) - mean);
 }
-std::string Percent(double power) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%-5.2f%%", power * 100);
-  return text;
-}
-
-const std::string kTails[] = {
-    "\r\nThe test is two-tailed, which means that either a positive or negative deviation from the "
-    "hypothesized value could be declared significant.  ",
-    "\r\nThe test is one-tailed, so that only a positive deviation from the hypothesized value "
-    "could be declared significant.  ",
-    "\r\nThe test is one-tailed, so that only a negative deviation from the hypothesized value "
-    "could be declared significant.  "};
 
 // --- One correlation.
 
 TEST_F(OneCorrelation, HasItsControls) {
-  OpenParameters(ModePower, "R");
+  OpenParameters({ModePower, "R"});
   EXPECT_EQ(OpenResource(), 6123);
-  ExpectControls({21057, 21058, 111, 104, 1210, 1211, 1212, 116, 13402});
-  EXPECT_EQ(TextOf(21057), "0.2");
-  EXPECT_EQ(TextOf(21058), "0");
-  EXPECT_EQ(TextOf(104), "100");
-  host_.Press(1);
+  ExpectControls({"Rho", "Rho0", "Alpha", "SampleSize", "H0Type=two-sided", "H0Type=upper",
+                  "H0Type=lower", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_EQ(TextOf("Rho"), "0.2");
+  EXPECT_EQ(TextOf("Rho0"), "0");
+  EXPECT_EQ(TextOf("SampleSize"), "100");
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6191);
-  ExpectControls({21062, 21061, 138, 139, 22020, 22021, 22022, 129, 130, 140, 1, 203, 204, 205});
-  EXPECT_EQ(form().Find(22020)->spec.caption, "Exact");
-  EXPECT_EQ(form().Find(22021)->spec.caption, "Fisher Z Refined");
-  EXPECT_EQ(form().Find(22022)->spec.caption, "Fisher Z Crude");
-  EXPECT_TRUE(form().IsDlgButtonChecked(22021));
-  Leave();
-  OpenParameters(ModeSampleSize, "R");
+  ExpectControls({"RhoStart", "RhoEnd", "AlphaStart", "AlphaEnd", "Algorithm=exact",
+                  "Algorithm=refined", "Algorithm=crude", "NStart", "NEnd", "NInterval",
+                  ControlAccept, "power-vs-n", "power-vs-rho", "power-vs-alpha"});
+  EXPECT_EQ(CaptionOf("Algorithm=exact"), "Exact");
+  EXPECT_EQ(CaptionOf("Algorithm=refined"), "Fisher Z Refined");
+  EXPECT_EQ(CaptionOf("Algorithm=crude"), "Fisher Z Crude");
+  EXPECT_TRUE(IsChecked("Algorithm=refined"));
+  OpenParameters({ModeSampleSize, "R"});
   EXPECT_EQ(OpenResource(), 6195);
-  ExpectControls({21057, 21058, 114, 111, 1210, 1211, 1212, 116, 13402});
-  EXPECT_EQ(form().Find(104), nullptr);
-  host_.Press(1);
+  ExpectControls({"Rho", "Rho0", "PowerGoal", "Alpha", "H0Type=two-sided", "H0Type=upper",
+                  "H0Type=lower", ControlSaveAs, ControlSaveAsDefault});
+  EXPECT_EQ(Find("SampleSize"), nullptr);
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6197);
-  ExpectControls({21062, 21061, 403, 406, 138, 139, 22020, 22021, 22022, 140, 1, 603, 604, 605});
+  ExpectControls({"RhoStart", "RhoEnd", "PowerStart", "PowerEnd", "AlphaStart", "AlphaEnd",
+                  "Algorithm=exact", "Algorithm=refined", "Algorithm=crude", "NInterval",
+                  ControlAccept, "n-vs-power", "n-vs-rho", "n-vs-alpha"});
 }
 
 TEST_F(OneCorrelation, ShowsItsPowerTableByAlgorithmAndForm) {
@@ -83,13 +75,13 @@ TEST_F(OneCorrelation, ShowsItsPowerTableByAlgorithmAndForm) {
   for (const int algorithm : {0, 1, 2}) {
     for (const int form_ : {0, 1, 2}) {
       const double rho = form_ == 2 ? -0.2 : 0.2;
-      OpenResultsWith(ModePower, "R", {{21057, form_ == 2 ? "-0.2" : "0.2"}, {21058, "0.1"}},
-                      {1210 + form_});
+      OpenResults(
+          {ModePower, "R", {{"Rho", form_ == 2 ? "-0.2" : "0.2"}, {"Rho0", "0.1"}}, {H0(form_)}});
       if (form_ == 1) {
         EXPECT_EQ(block().R.Committed.Rho0, 0.1);
       }
-      EXPECT_EQ(host_.Press(22020 + algorithm), 1);
-      ASSERT_EQ(host_.Press(1), 1);
+      EXPECT_EQ(Press(RadioOf("Algorithm", algorithm)), ControlAccept);
+      ASSERT_EQ(Press(ControlAccept), 1);
       EXPECT_EQ(LastTable().code, 144);
       EXPECT_THAT(Headings(),
                   ElementsAre("Power Calculation", "One Correlation, t-Test", headings[form_]));
@@ -99,7 +91,6 @@ TEST_F(OneCorrelation, ShowsItsPowerTableByAlgorithmAndForm) {
                               titles[algorithm]));
       EXPECT_THAT(RowValues(), ElementsAre("100", "0.1", form_ == 2 ? "-0.2" : "0.2", "0.05",
                                            Shown(PowerOfOne(form_, rho, 0.1, 100, algorithm))));
-      Leave();
     }
   }
 }
@@ -112,10 +103,11 @@ TEST_F(OneCorrelation, ShowsItsSizeTableWithoutTheNullValue) {
     const char* size;
   };
   // A first estimate that passes is returned as it is: 212 and 259 are one more than the least.
-  for (const Case& c : {Case{1, "0.2", "0.90199", "212"}, Case{0, "0.2", "0.90038", "258"},
-                        Case{2, "-0.2", "0.90077", "211"}}) {
-    OpenResultsWith(ModeSampleSize, "R", {{21057, c.rho}}, {1210 + c.form});
-    ASSERT_EQ(host_.Press(1), 1);
+  for (const Case& c :
+       {Case{ControlAccept, "0.2", "0.90199", "212"}, Case{0, "0.2", "0.90038", "258"},
+        Case{ControlBack, "-0.2", "0.90077", "211"}}) {
+    OpenResults({ModeSampleSize, "R", {{"Rho", c.rho}}, {H0(c.form)}});
+    ASSERT_EQ(Press(ControlAccept), 1);
     EXPECT_EQ(LastTable().code, 145);
     EXPECT_THAT(Headings(), ElementsAre("Sample Size Calculation", "One Correlation, t-Test",
                                         c.form == 0   ? "H0:  Rho =  0"
@@ -131,10 +123,9 @@ TEST_F(OneCorrelation, ShowsItsSizeTableWithoutTheNullValue) {
     EXPECT_EQ(values[2], "0.9");
     EXPECT_NEAR(std::stod(values[3]), std::stod(c.power), 6e-6);
     EXPECT_EQ(values[4], c.size);
-    Leave();
   }
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "-0.2"}}, {1210});
-  host_.Press(1);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "-0.2"}}, {"H0Type=two-sided"}});
+  Press(ControlAccept);
   EXPECT_EQ(RowValues()[4], "259");
 }
 
@@ -146,16 +137,15 @@ TEST_F(OneCorrelation, WritesItsReportsOnZeroWhateverTheNullValue) {
       "\r\nA t-test will be performed, with the Type I Error rate (alpha) set at 0.05. ";
   const std::string assumption =
       "\r\nAssume that, in the sampled population, the actual correlation is 0.4.";
-  OpenResultsWith(ModePower, "R", {{21057, "0.4"}, {21058, "0.1"}}, {1211});
-  host_.Press(1);
+  OpenResults({ModePower, "R", {{"Rho", "0.4"}, {"Rho0", "0.1"}}, {"H0Type=upper"}});
+  Press(ControlAccept);
   EXPECT_THAT(Paragraphs(),
               ElementsAre("\r\nPower Analysis -- t-Test for Zero Correlation", goal, test,
                           kTails[1], assumption,
                           "\r\nWith a sample size of 100, the study will have a power of " +
                               Percent(Row("Power (Refined Fisher Z)")) + "."));
-  Leave();
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "0.4"}, {21058, "0.1"}}, {1210});
-  host_.Press(1);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "0.4"}, {"Rho0", "0.1"}}, {"H0Type=two-sided"}});
+  Press(ControlAccept);
   const std::string n = Shown(Row("Required N (Refined Fisher Z)"));
   EXPECT_THAT(Paragraphs(), ElementsAre("\r\nSample Size Analysis -- t-Test for Zero Correlation",
                                         goal, test, kTails[0], assumption,
@@ -171,92 +161,82 @@ TEST_F(OneCorrelation, DrawsItsPlots) {
         std::string("(Algorithm: Fisher Z ") + (algorithm == 1 ? "Refined)" : "Crude)");
     const std::string power = "Power " + name;
     const std::string size = "Required Sample Size (N) " + name;
-    OpenResults(ModePower, "R");
-    host_.Press(22020 + algorithm);
-    ExpectPlots("t-Test for Zero Correlation: Power Calc.",
+    ExpectPlots({ModePower, "R"}, {RadioOf("Algorithm", algorithm)},
+                "t-Test for Zero Correlation: Power Calc.",
                 "One Correlation, t-Test (H0:  Rho =  0)",
-                {{203, "Power vs. N", 14, "Power vs. N (Rho = 0.2,  Alpha = 0.05)",
-                  "Group Sample Size (N)", power.c_str()},
-                 {204, "Power vs. Rho", 19, "Power vs. Rho (Alpha = 0.05,  N = 100)",
-                  "Population Correlation (Rho)", power.c_str()},
-                 {205, "Power vs. Alpha", 15, "Power vs. Alpha (Rho = 0.2,  N = 100)",
-                  "Type I Error Rate (Alpha)", power.c_str()}});
-    Leave();
-    OpenResultsWith(ModeSampleSize, "R", {}, {1211});
-    host_.Press(22020 + algorithm);
-    ExpectPlots("t-Test for Zero Correlation: Sample Size Calc.",
-                "One Correlation, t-Test (H0:  Rho <= 0)",
-                {{603, "N vs. Power", 2, "N vs. Power (Alpha = 0.05, Population Rho = 0.2)",
-                  "Power Goal", size.c_str()},
-                 {604, "N vs. Rho", 7, "N vs. Rho (Power = 0.9, Alpha = 0.05)",
-                  "Population Correlation (Rho)", size.c_str()},
-                 {605, "N vs. Alpha", 3, "N vs. Alpha (Power = 0.9, Population Rho = 0.2)",
-                  "Type I Error Rate (Alpha)", size.c_str()}});
-    Leave();
-    OpenParameters(ModeSampleSize, "R");
-    host_.Press(1210);
-    host_.Press(1);
-    host_.Press(208);
-    Leave();
+                {{"power-vs-n", 14, "Power vs. N (Rho = 0.2,  Alpha = 0.05)",
+                  "Group Sample Size (N)", power},
+                 {"power-vs-rho", 19, "Power vs. Rho (Alpha = 0.05,  N = 100)",
+                  "Population Correlation (Rho)", power},
+                 {"power-vs-alpha", 15, "Power vs. Alpha (Rho = 0.2,  N = 100)",
+                  "Type I Error Rate (Alpha)", power}});
+    ExpectPlots(
+        {ModeSampleSize, "R", {}, {"H0Type=upper"}}, {RadioOf("Algorithm", algorithm)},
+        "t-Test for Zero Correlation: Sample Size Calc.", "One Correlation, t-Test (H0:  Rho <= 0)",
+        {{"n-vs-power", 2, "N vs. Power (Alpha = 0.05, Population Rho = 0.2)", "Power Goal", size},
+         {"n-vs-rho", 7, "N vs. Rho (Power = 0.9, Alpha = 0.05)", "Population Correlation (Rho)",
+          size},
+         {"n-vs-alpha", 3, "N vs. Alpha (Power = 0.9, Population Rho = 0.2)",
+          "Type I Error Rate (Alpha)", size}});
+    OpenResults({ModeSampleSize, "R", {}, {"H0Type=two-sided"}});
+    Press(ControlChangeParams);
   }
 }
 
 TEST_F(OneCorrelation, ThePointsOfAPlotAreThoseOfTheDistribution) {
-  OpenResultsWith(ModePower, "R", {{21058, "0.1"}});
-  host_.Press(22022);
-  host_.Press(203);
+  OpenResults({ModePower, "R", {{"Rho0", "0.1"}}});
+  Press("Algorithm=crude");
+  Press("power-vs-n");
   EXPECT_NEAR(LastChart().y[0], PowerOfOne(0, 0.2, 0.1, 100, 2), 1e-6);
   EXPECT_NEAR(LastChart().y[10], PowerOfOne(0, 0.2, 0.1, 200, 2), 1e-6);
-  host_.Press(204);
+  Press("power-vs-rho");
   EXPECT_NEAR(LastChart().y[1], PowerOfOne(0, 0.27, 0.1, 100, 2), 1e-6);
-  host_.Press(205);
+  Press("power-vs-alpha");
   EXPECT_NEAR(LastChart().y[0], PowerOfOne(0, 0.2, 0.1, 100, 2, 0.01), 1e-6);
 }
 
 TEST_F(OneCorrelation, EqualCorrelationsLeadBackToTheParameters) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     host_.ClearMessages();
-    OpenResultsWith(mode, "R", {{21058, "0.2"}});
-    host_.Type(140, "20");
-    ExpectRefused(1, {12873}, mode == ModePower ? 6123 : 6195);
+    OpenResults({mode, "R", {{"Rho0", "0.2"}}});
+    Type("NInterval", "20");
+    ExpectRefused(ControlAccept, {text::NullHypothesisTrue}, parameters_);
     EXPECT_EQ(block().R.Committed.NInterval, 10);
-    Leave();
   }
 }
 
 TEST_F(OneCorrelation, NearlyEqualCorrelationsStopTheSearchAlone) {
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "0.0009"}});
-  ExpectRefused(1, {12874}, 6195);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "0.0009"}}});
+  ExpectRefused(ControlAccept, {text::NullHypothesisNearlyTrue}, parameters_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of"));
   EXPECT_EQ(host_.messageCalls(), 1);
-  Leave();
   host_.ClearMessages();
-  OpenResultsWith(ModePower, "R", {{21057, "0.0009"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "R", {{"Rho", "0.0009"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
 }
 
 TEST_F(OneCorrelation, TheCrudeFormNeedsMoreThanThree) {
-  OpenResultsWith(ModePower, "R", {{104, "3"}, {21057, "0.5"}});
-  host_.Press(22022);
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "R", {{"SampleSize", "3"}, {"Rho", "0.5"}}});
+  Press("Algorithm=crude");
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(RowValues().back(), "-");
   EXPECT_THAT(Paragraphs().back(), HasSubstr("power of -----."));
-  host_.Press(22021);
-  EXPECT_EQ(host_.Press(1), 1);
+  Press("Algorithm=refined");
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_NE(RowValues().back(), "-");
 }
 
 TEST_F(OneCorrelation, ALongExactSearchSwitchesToTheRefinedForm) {
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "0.05"}}, {1211});
-  host_.Press(22021);
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "0.05"}}, {"H0Type=upper"}});
+  Press("Algorithm=refined");
+  ASSERT_EQ(Press(ControlAccept), 1);
   const std::vector<std::string> refined = RowValues();
   EXPECT_GT(std::stod(refined[4]), 1000);
   EXPECT_THAT(host_.messages(), IsEmpty());
-  host_.Press(22020);
-  ASSERT_EQ(host_.Press(1), 1);
-  ASSERT_THAT(MessageIds(), ElementsAre(12875));
+  Press("Algorithm=exact");
+  ASSERT_EQ(Press(ControlAccept), 1);
+  ASSERT_THAT(MessageIds(), ElementsAre(text::SwitchingToRefined));
   EXPECT_EQ(host_.messages()[0].text,
             "Switching from exact algorithm to a refined approximation to avoid excessive "
             "computing time.\rThe change should not affect the accuracy of the result.");
@@ -267,50 +247,50 @@ TEST_F(OneCorrelation, ALongExactSearchSwitchesToTheRefinedForm) {
 }
 
 TEST_F(OneCorrelation, AnExactSearchOfAFewStaysExact) {
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "0.6"}}, {1211});
-  host_.Press(22020);
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "0.6"}}, {"H0Type=upper"}});
+  Press("Algorithm=exact");
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
   const int n = static_cast<int>(Row("Required N (Exact)"));
   EXPECT_NEAR(Row("Actual Power for Required N"), PowerOfOne(1, 0.6, 0, n, 0), 1e-6);
 }
 
 TEST_F(OneCorrelation, ATooLargeSizeEndsAtTheCap) {
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "0.005"}}, {1210});
-  ExpectRefused(1, {12381}, 6197);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "0.005"}}, {"H0Type=two-sided"}});
+  ExpectRefused(ControlAccept, {text::SearchTooLarge}, results_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 150000)"));
 }
 
 TEST_F(OneCorrelation, AFirstEstimateIsNotCapped) {
-  OpenResultsWith(ModeSampleSize, "R", {{21057, "-0.005"}});
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "R", {{"Rho", "-0.005"}}});
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(Row("Required N (Refined Fisher Z)"), 420293);
 }
 
 TEST_F(OneCorrelation, ACancelledSearchIsSilent) {
-  OpenResultsWith(ModeSampleSize, "R", {});
+  OpenResults({ModeSampleSize, "R", {}});
   host_.cancelled = [] { return true; };
-  ExpectRefused(1, {}, 6197);
+  ExpectRefused(ControlAccept, {}, results_);
 }
 
 TEST_F(OneCorrelation, TheAlgorithmIsForgottenByBackAndKeptByACalculation) {
-  OpenResults(ModePower, "R");
-  host_.Press(22022);
-  host_.Press(2);
+  OpenResults({ModePower, "R"});
+  Press("Algorithm=crude");
+  Press(ControlBack);
   EXPECT_EQ(block().R.Working.Algorithm, 1);
-  host_.Press(1);
-  host_.Press(22022);
-  host_.Press(1);
-  host_.Press(2);
+  Press(ControlAccept);
+  Press("Algorithm=crude");
+  Press(ControlAccept);
+  Press(ControlBack);
   EXPECT_EQ(block().R.Working.Algorithm, 2);
 }
 
 TEST_F(OneCorrelation, APlotFromTwoKeepsItsFailedPoints) {
-  OpenResults(ModePower, "R");
-  host_.Type(129, "2");
-  host_.Type(130, "6");
-  host_.Type(140, "4");
-  ASSERT_EQ(host_.Press(203), 1);
+  OpenResults({ModePower, "R"});
+  Type("NStart", "2");
+  Type("NEnd", "6");
+  Type("NInterval", "4");
+  ASSERT_EQ(Press("power-vs-n"), 1);
   ASSERT_THAT(LastChart().y, SizeIs(4));
   EXPECT_EQ(LastChart().y[0], -9999);
   EXPECT_NE(LastChart().y[1], -9999);
@@ -320,40 +300,38 @@ TEST_F(OneCorrelation, APlotFromTwoKeepsItsFailedPoints) {
 TEST_F(OneCorrelation, ACorrelationPlotAcrossTheNullKeepsTheRefusedPoint) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     host_.ClearMessages();
-    OpenResults(mode, "R");
-    host_.Type(21062, "-0.5");
-    host_.Type(21061, "0.5");
-    host_.Type(140, "4");
-    ASSERT_EQ(host_.Press(mode == ModePower ? 204 : 604), 1);
+    OpenResults({mode, "R"});
+    Type("RhoStart", "-0.5");
+    Type("RhoEnd", "0.5");
+    Type("NInterval", "4");
+    ASSERT_EQ(Press(mode == ModePower ? "power-vs-rho" : "n-vs-rho"), 1);
     ASSERT_THAT(LastChart().y, SizeIs(4));
     EXPECT_EQ(LastChart().y[2], -9999);
-    EXPECT_THAT(MessageIds(), ElementsAre(12873));
+    EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
     EXPECT_EQ(host_.messageCalls(), 1);
-    Leave();
   }
 }
 
 TEST_F(OneCorrelation, ATrueNullEndsAPlotThatFixesTheCorrelation) {
-  OpenResultsWith(ModePower, "R", {{21057, "0"}});
-  for (const int control : {203, 205}) {
+  OpenResults({ModePower, "R", {{"Rho", "0"}}});
+  for (const char* control : {"power-vs-n", "power-vs-alpha"}) {
     host_.ClearMessages();
-    ExpectRefused(control, {12873}, 6191);
+    ExpectRefused(control, {text::NullHypothesisTrue}, results_);
   }
-  EXPECT_EQ(host_.Press(204), 1);
+  EXPECT_EQ(Press("power-vs-rho"), 1);
 }
 
 TEST_F(OneCorrelation, SaveAsDefaultLeavesTheDefaultsOfThisRun) {
   host_.configFolder = ::testing::TempDir();
-  OpenParameters(ModePower, "R");
-  host_.Type(111, "0.1");
-  host_.Press(13402);
-  host_.Press(118);
+  OpenParameters({ModePower, "R"});
+  Type("Alpha", "0.1");
+  Press(ControlSaveAsDefault);
+  Press(ControlRestoreDefaults);
   EXPECT_EQ(block().R.Working.Alpha, 0.05);
-  Leave();
-  OpenParameters(ModePower, "Z2R");
-  host_.Type(111, "0.1");
-  host_.Press(13402);
-  host_.Press(118);
+  OpenParameters({ModePower, "Z2R"});
+  Type("Alpha", "0.1");
+  Press(ControlSaveAsDefault);
+  Press(ControlRestoreDefaults);
   EXPECT_EQ(block().Z2R.Working.Alpha, 0.1);
   std::remove((host_.configFolder + "/POWER.INI").c_str());
 }
@@ -361,25 +339,30 @@ TEST_F(OneCorrelation, SaveAsDefaultLeavesTheDefaultsOfThisRun) {
 // --- Two correlations.
 
 TEST_F(TwoCorrelations, HasItsControls) {
-  OpenParameters(ModePower, "Z2R");
+  OpenParameters({ModePower, "Z2R"});
   EXPECT_EQ(OpenResource(), 6201);
-  ExpectControls({21059, 21060, 111, 21064, 21065, 1210, 1211, 1212, 116, 13402});
-  host_.Press(1);
+  ExpectControls({"Rho1", "Rho2", "Alpha", "SampleSizeN1", "SampleSizeN2", "H0Type=two-sided",
+                  "H0Type=upper", "H0Type=lower", ControlSaveAs, ControlSaveAsDefault});
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6203);
-  ExpectControls({21062, 21061, 138, 139, 129, 130, 140, 22021, 22022, 1, 203, 204, 205, 206, 207});
-  EXPECT_EQ(form().Find(22030), nullptr);
-  EXPECT_EQ(form().Find(22020), nullptr) << "there is no exact distribution";
-  Leave();
-  OpenParameters(ModeSampleSize, "Z2R");
+  ExpectControls({"RhoStart", "RhoEnd", "AlphaStart", "AlphaEnd", "NStart", "NEnd", "NInterval",
+                  "Algorithm=refined", "Algorithm=crude", ControlAccept, "power-vs-n",
+                  "power-vs-n1", "power-vs-n2", "power-vs-rho", "power-vs-alpha"});
+  EXPECT_EQ(Find("NToVary=equal"), nullptr);
+  EXPECT_EQ(Find("Algorithm=0"), nullptr) << "there is no exact distribution";
+  OpenParameters({ModeSampleSize, "Z2R"});
   EXPECT_EQ(OpenResource(), 6205);
-  ExpectControls({21059, 21060, 114, 111, 21064, 21065, 1210, 1211, 1212, 116, 13402});
-  host_.Press(1);
+  ExpectControls({"Rho1", "Rho2", "PowerGoal", "Alpha", "SampleSizeN1", "SampleSizeN2",
+                  "H0Type=two-sided", "H0Type=upper", "H0Type=lower", ControlSaveAs,
+                  ControlSaveAsDefault});
+  Press(ControlAccept);
   EXPECT_EQ(OpenResource(), 6207);
-  ExpectControls(
-      {21062, 21061, 403, 406, 138, 139, 140, 22030, 22031, 22032, 22021, 22022, 1, 603, 604, 605});
-  EXPECT_TRUE(form().IsDlgButtonChecked(22030));
+  ExpectControls({"RhoStart", "RhoEnd", "PowerStart", "PowerEnd", "AlphaStart", "AlphaEnd",
+                  "NInterval", "NToVary=equal", "NToVary=n1", "NToVary=n2", "Algorithm=refined",
+                  "Algorithm=crude", ControlAccept, "n-vs-power", "n-vs-rho", "n-vs-alpha"});
+  EXPECT_TRUE(IsChecked("NToVary=equal"));
   for (const int varied : {2, 1, 0}) {
-    EXPECT_EQ(host_.Press(22030 + varied), 1);
+    EXPECT_EQ(Press(RadioOf("NToVary", varied)), ControlAccept);
     EXPECT_EQ(block().Z2R.Working.NToVary, varied);
   }
 }
@@ -388,10 +371,12 @@ TEST_F(TwoCorrelations, ShowsItsPowerTable) {
   const char* const headings[] = {"H0:  Rho1 = Rho2", "H0:  Rho1 <= Rho2", "H0:  Rho1 >= Rho2"};
   for (const int form_ : {0, 1, 2}) {
     const char* const rho1 = form_ == 2 ? "-0.4" : "0.4";
-    OpenResultsWith(ModePower, "Z2R", {{21059, rho1}, {21064, "50"}, {21065, "80"}},
-                    {1210 + form_});
-    host_.Press(22022);
-    ASSERT_EQ(host_.Press(1), 1);
+    OpenResults({ModePower,
+                 "Z2R",
+                 {{"Rho1", rho1}, {"SampleSizeN1", "50"}, {"SampleSizeN2", "80"}},
+                 {H0(form_)}});
+    Press("Algorithm=crude");
+    ASSERT_EQ(Press(ControlAccept), 1);
     EXPECT_EQ(LastTable().code, 176);
     EXPECT_THAT(Headings(),
                 ElementsAre("Power Calculation", "Two Correlations, Z-Test", headings[form_]));
@@ -402,14 +387,13 @@ TEST_F(TwoCorrelations, ShowsItsPowerTable) {
     EXPECT_THAT(RowValues(),
                 ElementsAre(rho1, "0", "50", "80", "0.05",
                             Shown(CrudePowerOfTwo(form_, std::stod(rho1), 0, 50, 80))));
-    Leave();
   }
 }
 
 TEST_F(TwoCorrelations, ShowsItsSizeTableByTheGroupVaried) {
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21064, "200"}, {21065, "150"}});
-  host_.Press(22022);
-  ASSERT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "Z2R", {{"SampleSizeN1", "200"}, {"SampleSizeN2", "150"}}});
+  Press("Algorithm=crude");
+  ASSERT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(LastTable().code, 177);
   EXPECT_THAT(Headings(), ElementsAre("Sample Size Calculation", "Two Correlations, Z-Test",
                                       "H0:  Rho1 = Rho2"));
@@ -421,14 +405,14 @@ TEST_F(TwoCorrelations, ShowsItsSizeTableByTheGroupVaried) {
   EXPECT_THAT(RowValues(),
               ElementsAre("0.4", "0", "0.05", "0.9", Shown(CrudePowerOfTwo(0, 0.4, 0, n, n)),
                           std::to_string(n), std::to_string(n)));
-  host_.Press(22031);
-  ASSERT_EQ(host_.Press(1), 1);
+  Press("NToVary=n1");
+  ASSERT_EQ(Press(ControlAccept), 1);
   const int n1 = static_cast<int>(LastTable().rows[5].values[0]);
   EXPECT_EQ(RowValues()[6], "150");
   EXPECT_EQ(RowValues()[4], Shown(CrudePowerOfTwo(0, 0.4, 0, n1, 150)));
   EXPECT_GT(CrudePowerOfTwo(0, 0.4, 0, n1, 150), 0.9);
-  host_.Press(22032);
-  ASSERT_EQ(host_.Press(1), 1);
+  Press("NToVary=n2");
+  ASSERT_EQ(Press(ControlAccept), 1);
   const int n2 = static_cast<int>(LastTable().rows[6].values[0]);
   EXPECT_EQ(RowValues()[5], "200");
   EXPECT_EQ(RowValues()[4], Shown(CrudePowerOfTwo(0, 0.4, 0, 200, n2)));
@@ -445,8 +429,9 @@ TEST_F(TwoCorrelations, WritesItsReports) {
   const std::string assumption =
       "\r\nAssume that the actual correlation in Population 1 is 0.4, and that the corresponding "
       "correlation in Population 2 is 0.  ";
-  OpenResultsWith(ModePower, "Z2R", {{21064, "50"}, {21065, "80"}}, {1211});
-  host_.Press(1);
+  OpenResults(
+      {ModePower, "Z2R", {{"SampleSizeN1", "50"}, {"SampleSizeN2", "80"}}, {"H0Type=upper"}});
+  Press(ControlAccept);
   EXPECT_THAT(
       Paragraphs(),
       ElementsAre("\r\nPower Analysis -- The Fisher Z-Test for Comparing 2 Independent "
@@ -455,11 +440,13 @@ TEST_F(TwoCorrelations, WritesItsReports) {
                   "\r\nWith the proposed sample sizes of N1 = 50 observations in Group 1, and N2 = "
                   "80 observations in Group 2, the study will have a power of " +
                       Percent(Row("Power (Refined Fisher Z)")) + "."));
-  Leave();
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21064, "200"}, {21065, "150"}}, {1210});
+  OpenResults({ModeSampleSize,
+               "Z2R",
+               {{"SampleSizeN1", "200"}, {"SampleSizeN2", "150"}},
+               {"H0Type=two-sided"}});
   const std::string title =
       "\r\nSample Size Analysis -- The Fisher Z-Test for Comparing 2 Independent Correlations";
-  host_.Press(1);
+  Press(ControlAccept);
   const auto power = [&] { return Percent(Row("Actual Power for Required N")) + "."; };
   const auto n1 = [&] { return Shown(Row("Required N1 (Refined Fisher Z)")); };
   const auto n2 = [&] { return Shown(Row("Required N2 (Refined Fisher Z)")); };
@@ -471,8 +458,8 @@ TEST_F(TwoCorrelations, WritesItsReports) {
                       n1() + " observations are required in both groups. ",
                   "With N = " + n1() + " in each group, the actual power is " + power()));
   host_.TakeWorkbook();
-  host_.Press(22031);
-  host_.Press(1);
+  Press("NToVary=n1");
+  Press(ControlAccept);
   EXPECT_THAT(
       Paragraphs(),
       ElementsAre(title, goal, test, kTails[0], assumption,
@@ -481,8 +468,8 @@ TEST_F(TwoCorrelations, WritesItsReports) {
                       n1() + " observations is required in group 1.  With N1 = " + n1() +
                       " and N2 = 150, the actual power is " + power()));
   host_.TakeWorkbook();
-  host_.Press(22032);
-  host_.Press(1);
+  Press("NToVary=n2");
+  Press(ControlAccept);
   EXPECT_THAT(
       Paragraphs(),
       ElementsAre(title, goal, test, kTails[0], assumption,
@@ -493,20 +480,19 @@ TEST_F(TwoCorrelations, WritesItsReports) {
 }
 
 TEST_F(TwoCorrelations, DrawsItsPowerPlots) {
-  OpenResultsWith(ModePower, "Z2R", {{21064, "50"}, {21065, "80"}});
   const std::string power = "Power (Algorithm: Fisher Z Refined)";
-  ExpectPlots(
-      "Two Correlations: Power Calculation", "Two Correlations, Z-Test (H0:  Rho1 = Rho2)",
-      {{203, "Power vs. N", 14, "Power vs. N (Rho1 = 0.4,  Rho2= 0, Alpha = 0.05)",
-        "Sample Size for Each Group (N1 = N2)", power.c_str()},
-       {204, "Power vs. N1", 14, "Power vs. N1 (Rho1 = 0.4,  Rho2= 0, Alpha = 0.05)",
-        "Sample Size N1 (N2 fixed at 80)", power.c_str()},
-       {205, "Power vs. N2", 14, "Power vs. N2 (Rho1 = 0.4,  Rho2= 0, Alpha = 0.05)",
-        "Sample Size N2 (N1 fixed at 50)", power.c_str()},
-       {206, "Power vs. Rho", 19, "Power vs. Rho (N1 = 50, N2 = 80)",
-        "Population Correlation Rho1 (Rho2 Fixed at 0)", power.c_str()},
-       {207, "Power vs. Alpha", 15, "Power vs. Alpha (Rho1 = 0.4,  Rho2 = 0, N1 = 50, N2 = 80)",
-        "Type I Error Rate (Alpha)", power.c_str()}});
+  ExpectPlots({ModePower, "Z2R", {{"SampleSizeN1", "50"}, {"SampleSizeN2", "80"}}}, {},
+              "Two Correlations: Power Calculation", "Two Correlations, Z-Test (H0:  Rho1 = Rho2)",
+              {{"power-vs-n", 14, "Power vs. N (Rho1 = 0.4,  Rho2= 0, Alpha = 0.05)",
+                "Sample Size for Each Group (N1 = N2)", power},
+               {"power-vs-n1", 14, "Power vs. N1 (Rho1 = 0.4,  Rho2= 0, Alpha = 0.05)",
+                "Sample Size N1 (N2 fixed at 80)", power},
+               {"power-vs-n2", 14, "Power vs. N2 (Rho1 = 0.4,  Rho2= 0, Alpha = 0.05)",
+                "Sample Size N2 (N1 fixed at 50)", power},
+               {"power-vs-rho", 19, "Power vs. Rho (N1 = 50, N2 = 80)",
+                "Population Correlation Rho1 (Rho2 Fixed at 0)", power},
+               {"power-vs-alpha", 15, "Power vs. Alpha (Rho1 = 0.4,  Rho2 = 0, N1 = 50, N2 = 80)",
+                "Type I Error Rate (Alpha)", power}});
 }
 
 TEST_F(TwoCorrelations, DrawsItsSizePlotsByTheGroupVaried) {
@@ -528,41 +514,42 @@ TEST_F(TwoCorrelations, DrawsItsSizePlotsByTheGroupVaried) {
         "N2 vs. Alpha (Power = 0.9, Rho1 = 0.4, Rho2 = 0)"},
        "Sample Size N2 (N1 = 300)"},
   };
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21064, "300"}, {21065, "250"}});
+  OpenResults({ModeSampleSize, "Z2R", {{"SampleSizeN1", "300"}, {"SampleSizeN2", "250"}}});
   for (const int varied : {0, 1, 2}) {
-    host_.Press(22030 + varied);
+    Press(RadioOf("NToVary", varied));
     const Case& c = cases[varied];
-    ExpectPlots(
-        "Two Correlations: Sample Size Calculation", "Two Correlations, Z-Test (H0:  Rho1 = Rho2)",
-        {{603, "N vs. Power", 2, c.titles[0], "Power Goal", c.yLabel},
-         {604, "N vs. Rho", 7, c.titles[1], "Group 1 Population Correlation (Rho1)", c.yLabel},
-         {605, "N vs. Alpha", 3, c.titles[2], "Type I Error Rate (Alpha)", c.yLabel}});
+    ExpectPlots({ModeSampleSize, "Z2R", {{"SampleSizeN1", "300"}, {"SampleSizeN2", "250"}}},
+                {RadioOf("NToVary", varied)}, "Two Correlations: Sample Size Calculation",
+                "Two Correlations, Z-Test (H0:  Rho1 = Rho2)",
+                {{"n-vs-power", 2, c.titles[0], "Power Goal", c.yLabel},
+                 {"n-vs-rho", 7, c.titles[1], "Group 1 Population Correlation (Rho1)", c.yLabel},
+                 {"n-vs-alpha", 3, c.titles[2], "Type I Error Rate (Alpha)", c.yLabel}});
   }
 }
 
 TEST_F(TwoCorrelations, EachPowerPlotVariesWhatItNames) {
-  OpenResultsWith(ModePower, "Z2R", {{21064, "50"}, {21065, "80"}});
-  host_.Press(22022);
-  host_.Press(203);
+  OpenResults({ModePower, "Z2R", {{"SampleSizeN1", "50"}, {"SampleSizeN2", "80"}}});
+  Press("Algorithm=crude");
+  Press("power-vs-n");
   EXPECT_NEAR(LastChart().y[0], CrudePowerOfTwo(0, 0.4, 0, 100, 100), 1e-6);
-  host_.Press(204);
+  Press("power-vs-n1");
   EXPECT_NEAR(LastChart().y[0], CrudePowerOfTwo(0, 0.4, 0, 100, 80), 1e-6);
-  host_.Press(205);
+  Press("power-vs-n2");
   EXPECT_NEAR(LastChart().y[0], CrudePowerOfTwo(0, 0.4, 0, 50, 100), 1e-6);
-  host_.Press(206);
+  Press("power-vs-rho");
   EXPECT_NEAR(LastChart().y[0], CrudePowerOfTwo(0, 0.2, 0, 50, 80), 1e-6);
-  host_.Press(207);
+  Press("power-vs-alpha");
   EXPECT_NEAR(LastChart().y[0], CrudePowerOfTwo(0, 0.4, 0, 50, 80, 0.01), 1e-6);
 }
 
 TEST_F(TwoCorrelations, ASizePlotAgreesWithTheCalculation) {
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21064, "300"}, {21065, "250"}});
-  host_.Type(403, "0.9");
+  OpenResults({ModeSampleSize, "Z2R", {{"SampleSizeN1", "300"}, {"SampleSizeN2", "250"}}});
+  Type("PowerStart", "0.9");
   for (const int varied : {0, 1, 2}) {
-    host_.Press(22030 + varied);
-    host_.Press(603);
+    Press(RadioOf("NToVary", varied));
+    Press("n-vs-power");
     const float first = LastChart().y[0];
-    ASSERT_EQ(host_.Press(1), 1);
+    ASSERT_EQ(Press(ControlAccept), 1);
     const std::size_t row = varied == 2 ? 6 : 5;
     EXPECT_EQ(first, static_cast<float>(LastTable().rows[row].values[0]));
   }
@@ -571,76 +558,71 @@ TEST_F(TwoCorrelations, ASizePlotAgreesWithTheCalculation) {
 TEST_F(TwoCorrelations, EqualCorrelationsLeadBackToTheParameters) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     host_.ClearMessages();
-    OpenResultsWith(mode, "Z2R", {{21059, "0"}});
-    ExpectRefused(1, {12873}, mode == ModePower ? 6201 : 6205);
-    Leave();
+    OpenResults({mode, "Z2R", {{"Rho1", "0"}}});
+    ExpectRefused(ControlAccept, {text::NullHypothesisTrue}, parameters_);
   }
 }
 
 // Power is checked on the correlations, the search on their Fisher z.
 TEST_F(TwoCorrelations, TheSearchChecksTheDifferenceOfTheirZ) {
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21059, "0.5"}, {21060, "0.4995"}});
-  ExpectRefused(1, {12874}, 6205);
+  OpenResults({ModeSampleSize, "Z2R", {{"Rho1", "0.5"}, {"Rho2", "0.4995"}}});
+  ExpectRefused(ControlAccept, {text::NullHypothesisNearlyTrue}, parameters_);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of"));
   EXPECT_EQ(host_.messageCalls(), 1);
-  Leave();
   host_.ClearMessages();
-  OpenResultsWith(ModePower, "Z2R", {{21059, "0.5"}, {21060, "0.4995"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "Z2R", {{"Rho1", "0.5"}, {"Rho2", "0.4995"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
-  Leave();
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21059, "0.9"}, {21060, "0.8995"}});
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "Z2R", {{"Rho1", "0.9"}, {"Rho2", "0.8995"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
   EXPECT_GT(Row("Required N1 (Refined Fisher Z)"), 1000000);
 }
 
 TEST_F(TwoCorrelations, AOneTailedEffectTheWrongWayIsATrueNull) {
-  OpenResultsWith(ModePower, "Z2R", {{21059, "-0.4"}}, {1211});
-  ExpectRefused(1, {12873}, 6201);
-  Leave();
+  OpenResults({ModePower, "Z2R", {{"Rho1", "-0.4"}}, {"H0Type=upper"}});
+  ExpectRefused(ControlAccept, {text::NullHypothesisTrue}, parameters_);
   host_.ClearMessages();
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21059, "0.4"}}, {1212});
-  ExpectRefused(1, {12873}, 6205);
+  OpenResults({ModeSampleSize, "Z2R", {{"Rho1", "0.4"}}, {"H0Type=lower"}});
+  ExpectRefused(ControlAccept, {text::NullHypothesisTrue}, parameters_);
 }
 
 TEST_F(TwoCorrelations, AFixedGroupTooSmallCannotBeMadeUp) {
-  OpenResultsWith(ModeSampleSize, "Z2R", {{21064, "12"}, {21065, "10"}});
-  host_.Press(22031);
-  ExpectRefused(1, {13199}, 6207);
+  OpenResults({ModeSampleSize, "Z2R", {{"SampleSizeN1", "12"}, {"SampleSizeN2", "10"}}});
+  Press("NToVary=n1");
+  ExpectRefused(ControlAccept, {13199}, results_);
   EXPECT_EQ(host_.messages()[0].text, "This problem cannot be solved without increasing N2.");
   host_.ClearMessages();
-  host_.Press(22032);
-  ExpectRefused(1, {13200}, 6207);
+  Press("NToVary=n2");
+  ExpectRefused(ControlAccept, {13200}, results_);
   EXPECT_EQ(host_.messages()[0].text, "This problem cannot be solved without increasing N1.");
   host_.ClearMessages();
-  EXPECT_EQ(host_.Press(605), 0);
+  EXPECT_EQ(Press("n-vs-alpha"), 0);
   EXPECT_THAT(Items<Chart>(), IsEmpty());
   EXPECT_THAT(MessageIds(), IsEmpty()) << "a plot leaves such points out without a word";
 }
 
 TEST_F(TwoCorrelations, ThereIsNoExactDistribution) {
-  OpenParameters(ModePower, "Z2R");
+  OpenParameters({ModePower, "Z2R"});
   block().Z2R.Working.Algorithm = 0;
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 1);
+  Press(ControlAccept);
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(RowTitles().back(), "Power (Exact)");
   EXPECT_EQ(RowValues().back(), "-");
   EXPECT_THAT(Paragraphs().back(), HasSubstr("power of -----."));
-  Leave();
   host_.TakeWorkbook();
-  OpenParameters(ModeSampleSize, "Z2R");
+  OpenParameters({ModeSampleSize, "Z2R"});
   block().Z2R.Working.Algorithm = 0;
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 0);
+  Press(ControlAccept);
+  EXPECT_EQ(Press(ControlAccept), 0);
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_EQ(OpenResource(), 6207);
 }
 
 TEST_F(TwoCorrelations, TheGroupVariedIsNeitherCheckedNorSaved) {
-  OpenResults(ModeSampleSize, "Z2R");
-  host_.Press(22031);
-  host_.Press(208);
+  OpenResults({ModeSampleSize, "Z2R"});
+  Press("NToVary=n1");
+  Press(ControlChangeParams);
   EXPECT_EQ(block().Z2R.Committed.NToVary, 1);
   EXPECT_FALSE(TableOf(Family::Z2R).Find("NToVary")->keyed());
 }
@@ -648,15 +630,14 @@ TEST_F(TwoCorrelations, TheGroupVariedIsNeitherCheckedNorSaved) {
 TEST_F(TwoCorrelations, ACorrelationPlotAcrossTheOtherKeepsTheRefusedPoint) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     host_.ClearMessages();
-    OpenResults(mode, "Z2R");
-    host_.Type(21062, "-0.5");
-    host_.Type(21061, "0.5");
-    host_.Type(140, "4");
-    ASSERT_EQ(host_.Press(mode == ModePower ? 206 : 604), 1);
+    OpenResults({mode, "Z2R"});
+    Type("RhoStart", "-0.5");
+    Type("RhoEnd", "0.5");
+    Type("NInterval", "4");
+    ASSERT_EQ(Press(mode == ModePower ? "power-vs-rho" : "n-vs-rho"), 1);
     ASSERT_THAT(LastChart().y, SizeIs(4));
     EXPECT_EQ(LastChart().y[2], -9999);
-    EXPECT_THAT(MessageIds(), ElementsAre(12873));
-    Leave();
+    EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
   }
 }
 

@@ -1,6 +1,6 @@
 // The dialogs, tables, reports and charts of model fit. Values of powers and sizes come from
 // SciPy's noncentral chi-square distribution.
-#include "dialogs/FamilyCases.h"
+#include "dialogs/FamilyRun.h"
 
 namespace poweranalysis {
 namespace {
@@ -10,38 +10,74 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-using ModelFitFamily = FamilyCases;
+using ModelFitFamily = FamilyRun;
 
 Design PowerOf(const char* rmsea, const char* null, int form) {
   return {ModePower,
           "SEM",
-          {{21041, rmsea}, {21042, null}, {21005, "25"}, {104, "140"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"R", rmsea},
+           {"R0", null},
+           {"DegreesOfFreedom", "25"},
+           {"SampleSize", "140"},
+           {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design SizeOf(const char* rmsea, const char* null, int form) {
   return {ModeSampleSize,
           "SEM",
-          {{21041, rmsea}, {21042, null}, {21005, "25"}, {114, "0.83"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"R", rmsea},
+           {"R0", null},
+           {"DegreesOfFreedom", "25"},
+           {"PowerGoal", "0.83"},
+           {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 
 TEST_F(ModelFitFamily, PagesHaveTheirFields) {
-  const std::vector<int> forms = {1210, 1211, 1212};
-  const std::vector<int> ranges = {21053, 21047, 138, 139, 140};
-  ExpectPage({ModePower, "SEM", false, 6259, {21041, 21042, 111, 21005, 104}, forms, {}, {}});
-  EXPECT_EQ(form().Find(1213), nullptr) << "the zero form is the first button";
-  ExpectPage({ModeSampleSize, "SEM", false, 6220, {21041, 21042, 114, 111, 21005}, forms, {}, {}});
-  ExpectPage({ModePower, "SEM", true, 6218, ranges, {}, {}, {203, 204, 205, 206}});
-  ExpectControls({129, 130, 21013, 21011}, {ControlKind::IntEdit});
-  ExpectPage({ModeSampleSize, "SEM", true, 6222, ranges, {}, {}, {603, 604, 605, 606}});
-  ExpectControls({403, 406}, {ControlKind::RealEdit});
-  ExpectControls({21013, 21011}, {ControlKind::IntEdit});
+  const std::vector<ControlName> forms = {"H0Type=two-sided", "H0Type=upper", "H0Type=lower"};
+  const std::vector<ControlName> ranges = {"RStart", "REnd", "AlphaStart", "AlphaEnd", "NInterval"};
+  ExpectPage({ModePower,
+              "SEM",
+              false,
+              6259,
+              {"R", "R0", "Alpha", "DegreesOfFreedom", "SampleSize"},
+              forms,
+              {},
+              {}});
+  EXPECT_EQ(Find("H0Type=3"), nullptr) << "the zero form is the first button";
+  ExpectPage({ModeSampleSize,
+              "SEM",
+              false,
+              6220,
+              {"R", "R0", "PowerGoal", "Alpha", "DegreesOfFreedom"},
+              forms,
+              {},
+              {}});
+  ExpectPage({ModePower,
+              "SEM",
+              true,
+              6218,
+              ranges,
+              {},
+              {},
+              {"power-vs-n", "power-vs-alpha", "power-vs-rmsea", "power-vs-df"}});
+  ExpectControls({"NStart", "NEnd", "DfStart", "DfEnd"}, {ControlKind::IntEdit});
+  ExpectPage({ModeSampleSize,
+              "SEM",
+              true,
+              6222,
+              ranges,
+              {},
+              {},
+              {"n-vs-power", "n-vs-alpha", "n-vs-rmsea", "n-vs-df"}});
+  ExpectControls({"PowerStart", "PowerEnd"}, {ControlKind::RealEdit});
+  ExpectControls({"DfStart", "DfEnd"}, {ControlKind::IntEdit});
 }
 
 TEST_F(ModelFitFamily, OpensOnTheOneTailedForm) {
-  Parameters({ModePower, "SEM", {}, {}});
-  EXPECT_TRUE(form().IsDlgButtonChecked(1211));
-  host_.Press(1210);
+  Parameters({ModePower, "SEM"});
+  EXPECT_TRUE(IsChecked("H0Type=upper"));
+  Press("H0Type=two-sided");
   EXPECT_EQ(block().SEM.Working.H0Type, 0) << "the zero button stores 0, not 3";
 }
 
@@ -107,17 +143,17 @@ TEST_F(ModelFitFamily, SizeTableHasTheDegreesOfFreedomAfterAlpha) {
 }
 
 TEST_F(ModelFitFamily, AnchorsOfTheDefaults) {
-  Calculate({ModePower, "SEM", {}, {}});
+  Calculate({ModePower, "SEM"});
   EXPECT_NEAR(LastValue(), 0.2411822, 1e-6);
-  Calculate({ModePower, "SEM", {}, {1210}});
+  Calculate({ModePower, "SEM", {}, {"H0Type=two-sided"}});
   EXPECT_NEAR(LastValue(), 0.1538763, 1e-6);
-  Calculate({ModeSampleSize, "SEM", {}, {}});
+  Calculate({ModeSampleSize, "SEM"});
   EXPECT_EQ(LastValue(), 573);
-  EXPECT_NEAR(Value("Actual Power for Required N"), 0.900383, 1e-6);
+  EXPECT_NEAR(Row("Actual Power for Required N"), 0.900383, 1e-6);
 }
 
 TEST_F(ModelFitFamily, ATwoSidedPowerCanFallBelowZeroAndIsShown) {
-  Calculate(With(PowerOf("0.045", "0.05", 0), 104, "10"));
+  Calculate(With(PowerOf("0.045", "0.05", 0), "SampleSize", "10"));
   EXPECT_NEAR(LastValue(), -0.0014229994, 1e-6);
   EXPECT_FALSE(IsMissing(LastValue()));
 }
@@ -125,13 +161,13 @@ TEST_F(ModelFitFamily, ATwoSidedPowerCanFallBelowZeroAndIsShown) {
 TEST_F(ModelFitFamily, AFormFromAFileTestsTheStoredNullWithoutAHeadingOrTails) {
   Parameters(PowerOf("0.09", "0.04", 0));
   block().SEM.Working.H0Type = 3;
-  host_.Press(1);
-  host_.Press(1);
+  Press(ControlAccept);
+  Press(ControlAccept);
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "Structural Equation Modeling"));
   EXPECT_NEAR(LastValue(), 0.6682939656, 2e-6);
-  EXPECT_EQ(Value("Null Hypothesized RMSEA (R0)"), 0.04);
+  EXPECT_EQ(Row("Null Hypothesized RMSEA (R0)"), 0.04);
   EXPECT_THAT(Paragraphs(), SizeIs(5)) << "no tail sentence";
-  ASSERT_EQ(host_.Press(203), 1);
+  ASSERT_EQ(Press("power-vs-n"), 1);
   EXPECT_EQ(Items<Chart>().back().titles[1], "Structural Equation Modeling (H0:  R = 0)");
   EXPECT_EQ(block().SEM.Committed.H0Type, 3);
 }
@@ -177,10 +213,14 @@ TEST_F(ModelFitFamily, ReportsStandInTheirOrder) {
 }
 
 TEST_F(ModelFitFamily, ATrueNullIsRefused) {
-  ExpectRefusedEffect(PowerOf("0.05", "0.05", 0), 12873, {203, 204, 206});
-  ExpectRefusedEffect(PowerOf("0.04", "0.05", 1), 12873, {203, 204, 206});
-  ExpectRefusedEffect(SizeOf("0.06", "0.05", 2), 12873, {603, 604, 606});
-  ExpectRefusedEffect(SizeOf("0.0505", "0.05", 1), 12874, {603, 604, 606});
+  ExpectRefusedEffect(PowerOf("0.05", "0.05", 0), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-alpha", "power-vs-df"});
+  ExpectRefusedEffect(PowerOf("0.04", "0.05", 1), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-alpha", "power-vs-df"});
+  ExpectRefusedEffect(SizeOf("0.06", "0.05", 2), text::NullHypothesisTrue,
+                      {"n-vs-power", "n-vs-alpha", "n-vs-df"});
+  ExpectRefusedEffect(SizeOf("0.0505", "0.05", 1), text::NullHypothesisNearlyTrue,
+                      {"n-vs-power", "n-vs-alpha", "n-vs-df"});
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of being true"));
   Calculate(PowerOf("0.0505", "0.05", 1));
   EXPECT_THAT(host_.messages(), IsEmpty());
@@ -189,8 +229,8 @@ TEST_F(ModelFitFamily, ATrueNullIsRefused) {
 TEST_F(ModelFitFamily, AGoalOutOfReachEndsWithAMessage) {
   // Two-sided and below the null, the power falls with N.
   Results(SizeOf("0.04", "0.06", 0));
-  EXPECT_EQ(host_.Press(1), 0);
-  ASSERT_THAT(MessageIds(), ElementsAre(12381));
+  EXPECT_EQ(Press(ControlAccept), 0);
+  ASSERT_THAT(MessageIds(), ElementsAre(text::SearchTooLarge));
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 100000000)"));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
 }
@@ -204,96 +244,31 @@ TEST_F(ModelFitFamily, DrawsItsPlots) {
   const Design sizeDesign = SizeOf("0.09", "0.04", 1);
   const std::string rmsea = "Population RMSEA (R) (R0 Fixed at 0.04)";
   const std::string df = "Degrees of Freedom (Df)";
-  ExpectCharts({
-      {powerDesign,
-       {},
-       203,
-       14,
-       power,
-       family,
-       "Power vs. N (R = 0.09,  R0 = 0.04, Df = 25, Alpha = 0.04)",
-       "Group Sample Size (N)",
-       "Power",
-       104},
-      {powerDesign,
-       {},
-       204,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (R = 0.09, R0 = 0.04, N = 140, Df = 25)",
-       "Type I Error Rate (Alpha)",
-       "Power",
-       111},
-      {powerDesign,
-       {},
-       205,
-       16,
-       power,
-       family,
-       "Power vs. RMSEA (R) (N = 140, Df = 25)",
-       rmsea,
-       "Power",
-       21041},
-      {powerDesign,
-       {},
-       206,
-       22,
-       power,
-       family,
-       "Power vs. Df (R = 0.09,  R0 = 0.04, N = 140, Alpha = 0.04)",
-       df,
-       "Power",
-       21005},
-      {sizeDesign,
-       {},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power (R = 0.09,  R0 = 0.04, Df = 25, Alpha = 0.04)",
-       "Power Goal",
-       n,
-       114},
-      {sizeDesign,
-       {},
-       604,
-       3,
-       size,
-       family,
-       "N vs Alpha (R = 0.09, R0 = 0.04, Power Goal = 0.83, Df = 25)",
-       "Type I Error Rate (Alpha)",
-       n,
-       111},
-      {sizeDesign,
-       {},
-       605,
-       4,
-       size,
-       family,
-       "N vs. RMSEA (R) (Power Goal = 0.83, Df = 25)",
-       rmsea,
-       n,
-       21041},
-      {sizeDesign,
-       {},
-       606,
-       10,
-       size,
-       family,
-       "N vs Df (R = 0.09,  R0 = 0.04, Power Goal = 0.83, Alpha = 0.04)",
-       df,
-       n,
-       21005},
-  });
+  ExpectPlots(
+      powerDesign, {}, power, family,
+      {{"power-vs-n", 14, "Power vs. N (R = 0.09,  R0 = 0.04, Df = 25, Alpha = 0.04)",
+        "Group Sample Size (N)", "Power", "SampleSize"},
+       {"power-vs-alpha", 15, "Power vs. Alpha (R = 0.09, R0 = 0.04, N = 140, Df = 25)",
+        "Type I Error Rate (Alpha)", "Power", "Alpha"},
+       {"power-vs-rmsea", 16, "Power vs. RMSEA (R) (N = 140, Df = 25)", rmsea, "Power", "R"},
+       {"power-vs-df", 22, "Power vs. Df (R = 0.09,  R0 = 0.04, N = 140, Alpha = 0.04)", df,
+        "Power", "DegreesOfFreedom"}});
+  ExpectPlots(sizeDesign, {}, size, family,
+              {{"n-vs-power", 2, "N vs. Power (R = 0.09,  R0 = 0.04, Df = 25, Alpha = 0.04)",
+                "Power Goal", n, "PowerGoal"},
+               {"n-vs-alpha", 3, "N vs Alpha (R = 0.09, R0 = 0.04, Power Goal = 0.83, Df = 25)",
+                "Type I Error Rate (Alpha)", n, "Alpha"},
+               {"n-vs-rmsea", 4, "N vs. RMSEA (R) (Power Goal = 0.83, Df = 25)", rmsea, n, "R"},
+               {"n-vs-df", 10, "N vs Df (R = 0.09,  R0 = 0.04, Power Goal = 0.83, Alpha = 0.04)",
+                df, n, "DegreesOfFreedom"}});
 }
 
 TEST_F(ModelFitFamily, APlotAcrossTheNullGoesOnPastTheFailedPoint) {
-  Results({ModePower, "SEM", {{21042, "0.125"}}, {1210}});
-  host_.Type(21053, "0.0625");
-  host_.Type(21047, "0.1875");
-  host_.Type(140, "4");
-  ASSERT_EQ(host_.Press(205), 1);
+  Results({ModePower, "SEM", {{"R0", "0.125"}}, {"H0Type=two-sided"}});
+  Type("RStart", "0.0625");
+  Type("REnd", "0.1875");
+  Type("NInterval", "4");
+  ASSERT_EQ(Press("power-vs-rmsea"), 1);
   const Chart chart = Items<Chart>().back();
   ASSERT_THAT(chart.y, SizeIs(4));
   EXPECT_EQ(chart.y[2], -9999);
@@ -301,21 +276,21 @@ TEST_F(ModelFitFamily, APlotAcrossTheNullGoesOnPastTheFailedPoint) {
 }
 
 TEST_F(ModelFitFamily, ACancelledSearchSendsNothing) {
-  Results({ModeSampleSize, "SEM", {}, {}});
+  Results({ModeSampleSize, "SEM"});
   host_.cancelled = [] { return true; };
-  EXPECT_EQ(host_.Press(1), 0);
+  EXPECT_EQ(Press(ControlAccept), 0);
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_FALSE(host_.IsProgressBarOpen());
   EXPECT_EQ(OpenResource(), results_);
 }
 
 TEST_F(ModelFitFamily, AWholeAxisTruncatesItsSteps) {
-  Results({ModePower, "SEM", {}, {}});
-  ASSERT_EQ(host_.Press(206), 1);
+  Results({ModePower, "SEM"});
+  ASSERT_EQ(Press("power-vs-df"), 1);
   EXPECT_THAT(Items<Chart>().back().x, ElementsAre(1, 10, 20, 30, 40, 50, 60, 70, 80, 90, 100));
-  host_.Type(21013, "7");
-  host_.Type(21011, "3");
-  ASSERT_EQ(host_.Press(206), 1);
+  Type("DfStart", "7");
+  Type("DfEnd", "3");
+  ASSERT_EQ(Press("power-vs-df"), 1);
   EXPECT_THAT(Items<Chart>().back().x, ElementsAre(3, 4, 5, 6, 7)) << "one point a whole number";
 }
 
@@ -324,7 +299,7 @@ TEST_F(ModelFitFamily, TheFrameShowsTheInputs) {
   for (const char* line :
        {"Population RMSEA (R): 0.09", "Null Hypothesized RMSEA (R0): 0.04",
         "Type I Error Rate (Alpha): 0.04", "Degrees of Freedom (Df): 25", "Power Goal: 0.83"}) {
-    EXPECT_THAT(TextOf(201), HasSubstr(line));
+    EXPECT_THAT(TextOf(ControlSummary), HasSubstr(line));
   }
 }
 

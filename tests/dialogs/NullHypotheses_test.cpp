@@ -1,6 +1,5 @@
 #include <set>
 
-#include "dialogs/Controls.h"
 #include "dialogs/FamilyDialogs.h"
 #include "dialogs/FamilyRun.h"
 
@@ -13,8 +12,8 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-constexpr int kNullTrue = 12873;
-constexpr int kNullNearlyTrue = 12874;
+constexpr int kNullTrue = text::NullHypothesisTrue;
+constexpr int kNullNearlyTrue = text::NullHypothesisNearlyTrue;
 
 // A dialog whose built-in values, but for one field, are those of its null hypothesis.
 struct NullCase {
@@ -70,12 +69,11 @@ class NullHypotheses : public FamilyRun {
  protected:
   // Opens the results of a design from the startup dialog, without messages and output.
   void OpenAt(const NullCase& c, const char* value) {
-    Leave();
-    OpenParameters(c.mode, c.family);
-    host_.Press(ControlRestoreDefaults);
-    host_.Type(ControlOfField(c.field), value);
+    OpenParameters({c.mode, c.family});
+    Press(ControlRestoreDefaults);
+    Type(c.field, value);
     parameters_ = OpenResource();
-    host_.Press(ControlAccept);
+    Press(ControlAccept);
     results_ = OpenResource();
     ASSERT_NE(results_, parameters_);
     Forget();
@@ -97,7 +95,7 @@ class NullHypotheses : public FamilyRun {
   }
 
   void ExpectBackAtTheParameters(int message) {
-    EXPECT_EQ(host_.Press(ControlAccept), 0);
+    EXPECT_EQ(Press(ControlAccept), 0);
     EXPECT_EQ(OpenResource(), parameters_);
     EXPECT_THAT(MessageIds(), ElementsAre(message));
     EXPECT_THAT(host_.workbook().items, IsEmpty());
@@ -110,11 +108,11 @@ class NullHypotheses : public FamilyRun {
       Forget();
       if (chart.name == along) {
         ++drawn;
-        EXPECT_EQ(host_.Press(chart.number), 1);
+        EXPECT_EQ(Press(chart.number), 1);
         EXPECT_THAT(Items<Chart>(), SizeIs(1));
         EXPECT_THAT(MessageIds(), IsEmpty());
       } else {
-        EXPECT_EQ(host_.Press(chart.number), 0);
+        EXPECT_EQ(Press(chart.number), 0);
         EXPECT_THAT(Items<Chart>(), IsEmpty());
         EXPECT_THAT(MessageIds(), ElementsAre(message));
       }
@@ -183,7 +181,7 @@ TEST_F(NullHypotheses, NearlyTrueStillHaveAPower) {
     if (c.mode == ModePower) {
       SCOPED_TRACE(NameOf(c));
       OpenAt(c, c.nearNull);
-      EXPECT_EQ(host_.Press(ControlAccept), 1);
+      EXPECT_EQ(Press(ControlAccept), 1);
       EXPECT_EQ(OpenResource(), results_);
       EXPECT_THAT(MessageIds(), IsEmpty());
       EXPECT_FALSE(IsMissing(LastTable().rows.back().values.front()));
@@ -194,9 +192,9 @@ TEST_F(NullHypotheses, NearlyTrueStillHaveAPower) {
 TEST_F(NullHypotheses, OfOneWayTestsAreRefusedInASearchAlone) {
   const NullCase power = {"AV1", ModePower, "RMSSE", "", "0.009", "", ""};
   OpenAt(power, power.nearNull);
-  EXPECT_EQ(host_.Press(ControlAccept), 1);
+  EXPECT_EQ(Press(ControlAccept), 1);
   for (const ControlSpec& chart : Charts()) {
-    EXPECT_EQ(host_.Press(chart.number), 1) << chart.name;
+    EXPECT_EQ(Press(chart.number), 1) << chart.name;
   }
   EXPECT_THAT(MessageIds(), IsEmpty());
   const NullCase size = {"AV1", ModeSampleSize, "RMSSE", "", "0.009", "0.01", "n-vs-rmsse"};
@@ -214,14 +212,14 @@ TEST_F(NullHypotheses, OfTwoWayTestsLeaveTheOtherEffectsTheirAnswersAndPlots) {
       const NullCase c = {"AV2", mode, effect, "", "", "", ""};
       SCOPED_TRACE(NameOf(c) + " at " + value + " for " + effect);
       OpenAt(c, value);
-      EXPECT_EQ(host_.Press(ControlAccept), 1);
+      EXPECT_EQ(Press(ControlAccept), 1);
       EXPECT_EQ(OpenResource(), results_);
       EXPECT_THAT(MessageIds(), ElementsAre(message));
       for (const ControlSpec& chart : Charts()) {
         SCOPED_TRACE(chart.name);
         Forget();
         const bool along = chart.name.find("rmsse") != std::string::npos;
-        EXPECT_EQ(host_.Press(chart.number), 1);
+        EXPECT_EQ(Press(chart.number), 1);
         EXPECT_THAT(Items<Chart>(), SizeIs(along ? 3 : 2));
         EXPECT_THAT(MessageIds(), along ? std::vector<int>{} : std::vector<int>{message});
       }

@@ -1,6 +1,6 @@
 // The dialogs, tables, reports and charts of one proportion, two proportions and paired
 // proportions. Values of powers and sizes come from SciPy's binomial and normal distributions.
-#include "dialogs/FamilyCases.h"
+#include "dialogs/FamilyRun.h"
 
 namespace poweranalysis {
 namespace {
@@ -11,70 +11,90 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-using OneProportionFamily = FamilyCases;
-using TwoProportionsFamily = FamilyCases;
-using McNemarFamily = FamilyCases;
+using OneProportionFamily = FamilyRun;
+using TwoProportionsFamily = FamilyRun;
+using McNemarFamily = FamilyRun;
 
-constexpr int kExact = 22020;
-constexpr int kNormal = 22021;
-constexpr int kContinuity = 22050;
-constexpr int kEqualN = 22051;
-constexpr int kNToVary = 22030;
+constexpr const char* kExact = "Algorithm=0";
+constexpr const char* kNormal = "Algorithm=1";
+constexpr const char* kContinuity = "Continuity";
+constexpr const char* kEqualN = "EqualN";
 
 Design P1Power(const char* pi, int form) {
-  return {
-      ModePower, "P1", {{21031, pi}, {21032, "0.5"}, {104, "80"}, {111, "0.04"}}, {1210 + form}};
+  return {ModePower,
+          "P1",
+          {{"Pi", pi}, {"Pi0", "0.5"}, {"SampleSize", "80"}, {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design P1Size(const char* pi, int form) {
   return {ModeSampleSize,
           "P1",
-          {{21031, pi}, {21032, "0.5"}, {114, "0.83"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"Pi", pi}, {"Pi0", "0.5"}, {"PowerGoal", "0.83"}, {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design P2Power(const char* pi1, const char* pi2, int form) {
   return {ModePower,
           "P2",
-          {{21033, pi1}, {21034, pi2}, {21064, "70"}, {21065, "90"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"Pi1", pi1},
+           {"Pi2", pi2},
+           {"SampleSizeN1", "70"},
+           {"SampleSizeN2", "90"},
+           {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design P2Size(int form) {
   return {ModeSampleSize,
           "P2",
-          {{21033, "0.62"},
-           {21034, "0.41"},
-           {21064, "120"},
-           {21065, "90"},
-           {111, "0.04"},
-           {114, "0.83"}},
-          {1210 + form}};
+          {{"Pi1", "0.62"},
+           {"Pi2", "0.41"},
+           {"SampleSizeN1", "120"},
+           {"SampleSizeN2", "90"},
+           {"Alpha", "0.04"},
+           {"PowerGoal", "0.83"}},
+          {H0(form)}};
 }
 Design QmacPower(int form) {
   return {ModePower,
           "QMAC",
-          {{21006, "0.12"}, {21015, "0.45"}, {104, "130"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"Delta", "0.12"}, {"Eta", "0.45"}, {"SampleSize", "130"}, {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design QmacSize(int form) {
   return {ModeSampleSize,
           "QMAC",
-          {{21006, "0.12"}, {21015, "0.45"}, {114, "0.83"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"Delta", "0.12"}, {"Eta", "0.45"}, {"PowerGoal", "0.83"}, {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 
 // --- One proportion
 
 TEST_F(OneProportionFamily, PagesHaveTheirFields) {
-  const std::vector<int> forms = {1210, 1211, 1212};
-  const std::vector<int> ranges = {21038, 21037, 138, 139, 140};
-  const std::vector<int> algorithms = {kExact, kNormal};
-  ExpectPage({ModePower, "P1", false, 6211, {21031, 21032, 111, 104}, forms, {}, {}});
-  EXPECT_EQ(form().Find(1213), nullptr) << "the fourth form is for files alone";
-  ExpectPage({ModeSampleSize, "P1", false, 6216, {21031, 21032, 114, 111}, forms, {}, {}});
-  ExpectPage({ModePower, "P1", true, 6213, ranges, algorithms, {}, {203, 204, 205}});
-  ExpectControls({129, 130}, {ControlKind::IntEdit});
-  ExpectPage({ModeSampleSize, "P1", true, 6241, ranges, algorithms, {}, {603, 604, 605}});
-  ExpectControls({403, 406}, {ControlKind::RealEdit});
-  host_.Press(kNormal);
+  const std::vector<ControlName> forms = {"H0Type=two-sided", "H0Type=upper", "H0Type=lower"};
+  const std::vector<ControlName> ranges = {"PiStart", "PiEnd", "AlphaStart", "AlphaEnd",
+                                           "NInterval"};
+  const std::vector<ControlName> algorithms = {kExact, kNormal};
+  ExpectPage({ModePower, "P1", false, 6211, {"Pi", "Pi0", "Alpha", "SampleSize"}, forms});
+  EXPECT_EQ(Find("H0Type=3"), nullptr) << "the fourth form is for files alone";
+  ExpectPage({ModeSampleSize, "P1", false, 6216, {"Pi", "Pi0", "PowerGoal", "Alpha"}, forms});
+  ExpectPage({ModePower,
+              "P1",
+              true,
+              6213,
+              ranges,
+              algorithms,
+              {},
+              {"power-vs-n", "power-vs-alpha", "power-vs-pi"}});
+  ExpectControls({"NStart", "NEnd"}, {ControlKind::IntEdit});
+  ExpectPage({ModeSampleSize,
+              "P1",
+              true,
+              6241,
+              ranges,
+              algorithms,
+              {},
+              {"n-vs-power", "n-vs-alpha", "n-vs-pi"}});
+  ExpectControls({"PowerStart", "PowerEnd"}, {ControlKind::RealEdit});
+  Press(kNormal);
   EXPECT_EQ(block().P1.Working.Algorithm, 1);
 }
 
@@ -178,48 +198,52 @@ TEST_F(OneProportionFamily, ReportsQuoteTheExactPower) {
 }
 
 TEST_F(OneProportionFamily, ATrueNullIsRefused) {
-  ExpectRefusedEffect(P1Power("0.5", 0), 12873, {203, 204});
-  ExpectRefusedEffect(P1Power("0.4", 1), 12873, {203, 204});
-  ExpectRefusedEffect(P1Size("0.6", 2), 12873, {603, 604});
-  ExpectRefusedEffect(P1Size("0.50005", 0), 12874, {603, 604});
+  ExpectRefusedEffect(P1Power("0.5", 0), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-alpha"});
+  ExpectRefusedEffect(P1Power("0.4", 1), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-alpha"});
+  ExpectRefusedEffect(P1Size("0.6", 2), text::NullHypothesisTrue, {"n-vs-power", "n-vs-alpha"});
+  ExpectRefusedEffect(P1Size("0.50005", 0), text::NullHypothesisNearlyTrue,
+                      {"n-vs-power", "n-vs-alpha"});
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.0001 of being true"));
   Calculate(P1Power("0.50005", 0));
-  EXPECT_NEAR(Value("Power (Exact)"), Value("Actual Alpha (Exact)"), 1e-3);
+  EXPECT_NEAR(Row("Power (Exact)"), Row("Actual Alpha (Exact)"), 1e-3);
 }
 
 TEST_F(OneProportionFamily, ASmallGapIsSearchedDownToTheToleranceAlone) {
-  Results(With(P1Size("0.5005", 0), 114, "0.65"), {kNormal});
-  EXPECT_EQ(host_.Press(1), 1) << "a gap under .001 has no message of its own";
+  Results(With(P1Size("0.5005", 0), "PowerGoal", "0.65"), {kNormal});
+  EXPECT_EQ(Press(ControlAccept), 1) << "a gap under .001 has no message of its own";
   EXPECT_THAT(host_.messages(), IsEmpty());
   EXPECT_GT(LastValue(), 5e6);
 }
 
 TEST_F(OneProportionFamily, AFailedPointEndsThePlotButIsKept) {
-  for (const int button : {205, 605}) {
-    Results({button == 205 ? ModePower : ModeSampleSize, "P1", {}, {}});
-    host_.Type(21038, "0.25");
-    host_.Type(21037, "0.75");
-    host_.Type(140, "8");
-    ASSERT_EQ(host_.Press(button), 1) << "the points before it are drawn";
+  for (const auto& [mode, button] :
+       {std::pair{ModePower, "power-vs-pi"}, {ModeSampleSize, "n-vs-pi"}}) {
+    Results({mode, "P1"});
+    Type("PiStart", "0.25");
+    Type("PiEnd", "0.75");
+    Type("NInterval", "8");
+    ASSERT_EQ(Press(button), 1) << "the points before it are drawn";
     const Chart chart = Items<Chart>().back();
     EXPECT_THAT(chart.x, ElementsAre(0.25F, 0.3125F, 0.375F, 0.4375F));
     EXPECT_THAT(chart.y, ::testing::Each(::testing::Gt(0.F)));
     EXPECT_GE(chart.xAxis.max, 0.5F) << "the failed point's place stretches the axis";
     EXPECT_LT(chart.xAxis.max, 0.6F) << "nothing after it was computed";
-    EXPECT_THAT(MessageIds(), ElementsAre(12873));
+    EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
     EXPECT_EQ(host_.messageCalls(), 1);
     EXPECT_EQ(OpenResource(), results_);
   }
 }
 
 TEST_F(OneProportionFamily, APlotThatFailsAtItsFirstPointIsSilentlyEmpty) {
-  Results({ModePower, "P1", {}, {}});
-  host_.Type(21038, "0.5");
-  host_.Type(21037, "0.75");
-  host_.Type(140, "4");
-  host_.Press(205);
+  Results({ModePower, "P1"});
+  Type("PiStart", "0.5");
+  Type("PiEnd", "0.75");
+  Type("NInterval", "4");
+  Press("power-vs-pi");
   EXPECT_THAT(Items<Chart>(), IsEmpty());
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
 }
 
 TEST_F(OneProportionFamily, DrawsItsPlots) {
@@ -228,156 +252,117 @@ TEST_F(OneProportionFamily, DrawsItsPlots) {
   const std::string family = "One Proportion, Z, Chi-Square Test ";
   const std::string exact = "Power (Exact)";
   const std::string normal = "Power (Normal Approximation)";
-  ExpectCharts({
-      {P1Power("0.65", 0),
-       {},
-       203,
-       14,
-       power,
-       family + "(H0:  Pi = Pi0)",
-       "Power vs. N (Pi = 0.65, Pi0 = 0.5, Alpha = 0.04)",
-       "Group Sample Size (N)",
-       exact,
-       104,
-       exact},
-      {P1Power("0.65", 1),
-       {kNormal},
-       203,
-       14,
-       power,
-       family + "(H0:  Pi <= Pi0)",
-       "Power vs. N (Pi = 0.65, Pi0 = 0.5, Alpha = 0.04)",
-       "Group Sample Size (N)",
-       normal,
-       104,
-       normal},
-      {P1Power("0.35", 2),
-       {},
-       204,
-       15,
-       power,
-       family + "(H0:  Pi >= Pi0)",
-       "Power vs. Alpha (Pi = 0.35, Pi0 = 0.5, N = 80)",
-       "Type I Error Rate (Alpha)",
-       exact,
-       111,
-       exact},
-      {P1Power("0.65", 0),
-       {kNormal},
-       205,
-       17,
-       power,
-       family + "(H0:  Pi = Pi0)",
-       "Power vs. Pi (Pi0 = 0.5, N = 80, Alpha = 0.04)",
-       "Population Proportion (Pi)",
-       normal,
-       21031,
-       normal},
-      {P1Size("0.65", 0),
-       {},
-       603,
-       2,
-       size,
-       family + "(H0:  Pi = Pi0)",
-       "N vs. Power (Pi = 0.65, Pi0 = 0.5, Alpha = 0.04)",
-       "Power Goal",
-       "Sample Size (Exact)",
-       114},
-      {P1Size("0.65", 0),
-       {kNormal},
-       604,
-       3,
-       size,
-       family + "(H0:  Pi = Pi0)",
-       "N vs. Alpha (Pi = 0.65, Pi0 = 0.5, Power Goal = 0.83)",
-       "Type I Error Rate (Alpha)",
-       "Sample Size (Normal Approximation)",
-       111},
-      {P1Size("0.65", 1),
-       {},
-       605,
-       5,
-       size,
-       family + "(H0:  Pi <= Pi0)",
-       "N vs. Pi (Alpha = 0.04,  Pi0 = 0.5, Power = 0.83)",
-       "Population Proportion (Pi)",
-       "Sample Size (Exact)",
-       21031},
-  });
+  ExpectPlots(P1Power("0.65", 0), {}, power, family + "(H0:  Pi = Pi0)",
+              {{"power-vs-n", 14, "Power vs. N (Pi = 0.65, Pi0 = 0.5, Alpha = 0.04)",
+                "Group Sample Size (N)", exact, "SampleSize", exact}});
+  ExpectPlots(P1Power("0.65", 1), {kNormal}, power, family + "(H0:  Pi <= Pi0)",
+              {{"power-vs-n", 14, "Power vs. N (Pi = 0.65, Pi0 = 0.5, Alpha = 0.04)",
+                "Group Sample Size (N)", normal, "SampleSize", normal}});
+  ExpectPlots(P1Power("0.35", 2), {}, power, family + "(H0:  Pi >= Pi0)",
+              {{"power-vs-alpha", 15, "Power vs. Alpha (Pi = 0.35, Pi0 = 0.5, N = 80)",
+                "Type I Error Rate (Alpha)", exact, "Alpha", exact}});
+  ExpectPlots(P1Power("0.65", 0), {kNormal}, power, family + "(H0:  Pi = Pi0)",
+              {{"power-vs-pi", 17, "Power vs. Pi (Pi0 = 0.5, N = 80, Alpha = 0.04)",
+                "Population Proportion (Pi)", normal, "Pi", normal}});
+  ExpectPlots(P1Size("0.65", 0), {}, size, family + "(H0:  Pi = Pi0)",
+              {{"n-vs-power", 2, "N vs. Power (Pi = 0.65, Pi0 = 0.5, Alpha = 0.04)", "Power Goal",
+                "Sample Size (Exact)", "PowerGoal"}});
+  ExpectPlots(P1Size("0.65", 0), {kNormal}, size, family + "(H0:  Pi = Pi0)",
+              {{"n-vs-alpha", 3, "N vs. Alpha (Pi = 0.65, Pi0 = 0.5, Power Goal = 0.83)",
+                "Type I Error Rate (Alpha)", "Sample Size (Normal Approximation)", "Alpha"}});
+  ExpectPlots(P1Size("0.65", 1), {}, size, family + "(H0:  Pi <= Pi0)",
+              {{"n-vs-pi", 5, "N vs. Pi (Alpha = 0.04,  Pi0 = 0.5, Power = 0.83)",
+                "Population Proportion (Pi)", "Sample Size (Exact)", "Pi"}});
 }
 
 TEST_F(OneProportionFamily, AFormFromAFileHasNoHeadingAndNoPower) {
   Parameters(P1Power("0.65", 0));
   block().P1.Working.H0Type = 3;
-  host_.Press(1);
-  host_.Press(1);
+  Press(ControlAccept);
+  Press(ControlAccept);
   ASSERT_THAT(Items<SummaryTable>(), SizeIs(1));
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "One Proportion, Z, Chi-Square Test"));
-  EXPECT_TRUE(IsMissing(Value("Power (Exact)")));
-  EXPECT_TRUE(IsMissing(Value("Power (Normal Approximation)")));
+  EXPECT_TRUE(IsMissing(Row("Power (Exact)")));
+  EXPECT_TRUE(IsMissing(Row("Power (Normal Approximation)")));
   EXPECT_THAT(Paragraphs(), SizeIs(5)) << "no tail sentence";
   EXPECT_THAT(Paragraphs().back(), HasSubstr("a power of -----."));
   Parameters(P1Size("0.65", 0));
   block().P1.Working.H0Type = 3;
-  host_.Press(1);
-  host_.Press(1);
+  Press(ControlAccept);
+  Press(ControlAccept);
   EXPECT_THAT(Items<SummaryTable>(), IsEmpty()) << "a failed size sends nothing";
 }
 
 // --- Two proportions
 
 TEST_F(TwoProportionsFamily, PagesHaveTheirFields) {
-  const std::vector<int> forms = {1210, 1211, 1212};
-  const std::vector<int> checks = {kContinuity, kEqualN};
-  const std::vector<int> ranges = {21038, 21037, 138, 139, 140};
-  ExpectPage({ModePower, "P2", false, 6243, {21033, 21034, 111, 21064, 21065}, forms, checks, {}});
+  const std::vector<ControlName> forms = {"H0Type=two-sided", "H0Type=upper", "H0Type=lower"};
+  const std::vector<ControlName> checks = {kContinuity, kEqualN};
+  const std::vector<ControlName> ranges = {"PiStart", "PiEnd", "AlphaStart", "AlphaEnd",
+                                           "NInterval"};
+  ExpectPage({ModePower,
+              "P2",
+              false,
+              6243,
+              {"Pi1", "Pi2", "Alpha", "SampleSizeN1", "SampleSizeN2"},
+              forms,
+              checks,
+              {}});
   ExpectPage({ModeSampleSize,
               "P2",
               false,
               6247,
-              {21033, 21034, 114, 111, 21064, 21065},
+              {"Pi1", "Pi2", "PowerGoal", "Alpha", "SampleSizeN1", "SampleSizeN2"},
               forms,
               checks,
               {}});
-  ExpectPage({ModePower, "P2", true, 6245, ranges, {}, {}, {203, 204, 205, 206, 207}});
-  ExpectControls({129, 130}, {ControlKind::IntEdit});
-  ExpectPage({ModeSampleSize,
+  ExpectPage({ModePower,
               "P2",
               true,
-              6249,
+              6245,
               ranges,
-              {kNToVary, kNToVary + 1, kNToVary + 2, kNToVary + 3},
               {},
-              {603, 604, 605}});
-  ExpectControls({403, 406, 21054}, {ControlKind::RealEdit});
+              {},
+              {"power-vs-n", "power-vs-n1", "power-vs-n2", "power-vs-pi1", "power-vs-alpha"}});
+  ExpectControls({"NStart", "NEnd"}, {ControlKind::IntEdit});
+  ExpectPage(
+      {ModeSampleSize,
+       "P2",
+       true,
+       6249,
+       ranges,
+       {RadioOf("NToVary", 0), RadioOf("NToVary", 1), RadioOf("NToVary", 2), RadioOf("NToVary", 3)},
+       {},
+       {"n-vs-power", "n-vs-pi1", "n-vs-alpha"}});
+  ExpectControls({"PowerStart", "PowerEnd", "Ratio"}, {ControlKind::RealEdit});
 }
 
 TEST_F(TwoProportionsFamily, ChecksAndRadiosStoreTheirValues) {
-  Parameters({ModeSampleSize, "P2", {}, {}});
-  EXPECT_FALSE(form().IsDlgButtonChecked(kContinuity));
-  EXPECT_TRUE(form().IsDlgButtonChecked(kEqualN));
-  PressOrTurn(kContinuity);
-  PressOrTurn(kEqualN);
+  Parameters({ModeSampleSize, "P2"});
+  EXPECT_FALSE(IsChecked(kContinuity));
+  EXPECT_TRUE(IsChecked(kEqualN));
+  Click(kContinuity);
+  Click(kEqualN);
   EXPECT_EQ(block().P2.Working.Continuity, 1);
   EXPECT_EQ(block().P2.Working.EqualN, 0);
-  EXPECT_TRUE(form().IsDlgButtonChecked(kContinuity));
-  EXPECT_FALSE(form().IsDlgButtonChecked(kEqualN));
+  EXPECT_TRUE(IsChecked(kContinuity));
+  EXPECT_FALSE(IsChecked(kEqualN));
   EXPECT_EQ(block().P2.Working.SampleSizeN2, 100);
-  PressOrTurn(kContinuity);
+  Click(kContinuity);
   EXPECT_EQ(block().P2.Working.Continuity, 0);
-  host_.Press(1);
+  Press(ControlAccept);
   for (int value = 3; value >= 0; --value) {
-    host_.Press(kNToVary + value);
+    Press(RadioOf("NToVary", value));
     EXPECT_EQ(block().P2.Working.NToVary, value);
   }
-  host_.Type(21054, "2.5");
+  Type("Ratio", "2.5");
   EXPECT_EQ(block().P2.Working.Ratio, 2.5);
 }
 
 TEST_F(TwoProportionsFamily, EqualNChangesNoNumberAndCopiesNoSize) {
   Calculate(Pressing(P2Power("0.62", "0.41", 0), {kEqualN}));
   EXPECT_NEAR(LastValue(), 0.7243411394, 1e-6);
-  EXPECT_EQ(Value("Sample Size N2"), 90);
+  EXPECT_EQ(Row("Sample Size N2"), 90);
 }
 
 TEST_F(TwoProportionsFamily, PowerTableStandsInItsOrder) {
@@ -440,22 +425,22 @@ TEST_F(TwoProportionsFamily, SizeTableFollowsTheGroupToVary) {
        rows("Power (Continuity Corr.)", 0.8324292101, 111, 111)},
       {P2Size(1), {}, 210, headings("H0:  Pi1 <= Pi2"), rows(plain, 0.8317973476, 82, 82)},
       {P2Size(0),
-       {kNToVary + 1},
+       {RadioOf("NToVary", 1)},
        210,
        headings("H0:  Pi1 = Pi2"),
        rows(plain, 0.8301372835, 115, 90)},
       {P2Size(0),
-       {kNToVary + 2},
+       {RadioOf("NToVary", 2)},
        210,
        headings("H0:  Pi1 = Pi2"),
        rows(plain, 0.8324340763, 120, 88)},
   });
-  Results(P2Size(0), {kNToVary + 3});
-  host_.Type(21054, "2");
-  ASSERT_EQ(host_.Press(1), 1);
-  EXPECT_EQ(Value("Sample Size N1"), 152);
-  EXPECT_EQ(Value("Sample Size N2"), 76);
-  EXPECT_NEAR(Value(plain), 0.8329880510, 1e-6);
+  Results(P2Size(0), {RadioOf("NToVary", 3)});
+  Type("Ratio", "2");
+  ASSERT_EQ(Press(ControlAccept), 1);
+  EXPECT_EQ(Row("Sample Size N1"), 152);
+  EXPECT_EQ(Row("Sample Size N2"), 76);
+  EXPECT_NEAR(Row(plain), 0.8329880510, 1e-6);
 }
 
 TEST_F(TwoProportionsFamily, ReportsStandInTheirOrder) {
@@ -491,22 +476,22 @@ TEST_F(TwoProportionsFamily, ReportsStandInTheirOrder) {
 }
 
 TEST_F(TwoProportionsFamily, SizeStatementFollowsTheGroupToVary) {
-  Calculate(P2Size(0), {kNToVary + 1});
+  Calculate(P2Size(0), {RadioOf("NToVary", 1)});
   ASSERT_THAT(Paragraphs(), SizeIs(6));
   EXPECT_EQ(
       Paragraphs()[5],
       "\r\nTo achieve the requested power of 83.00%, with N2 fixed at 90, a sample size of at "
       "least N1 = 115 observations is required in group 1.  With N1 = 115 and N2 = 90, the "
       "actual power is 83.01%.");
-  Calculate(P2Size(0), {kNToVary + 2});
+  Calculate(P2Size(0), {RadioOf("NToVary", 2)});
   ASSERT_THAT(Paragraphs(), SizeIs(6));
   EXPECT_EQ(Paragraphs()[5],
             "\r\nTo achieve the requested power of 83.00%, with N1 fixed at 120, a sample size of "
             "at least N2 = 88 observations is required in group 2.  With N1 = 120 and N2 = 88, the "
             "actual power is 83.24%.");
-  Results(P2Size(0), {kNToVary + 3});
-  host_.Type(21054, "2");
-  host_.Press(1);
+  Results(P2Size(0), {RadioOf("NToVary", 3)});
+  Type("Ratio", "2");
+  Press(ControlAccept);
   ASSERT_THAT(Paragraphs(), SizeIs(6));
   EXPECT_EQ(
       Paragraphs()[5],
@@ -517,8 +502,9 @@ TEST_F(TwoProportionsFamily, SizeStatementFollowsTheGroupToVary) {
 
 TEST_F(TwoProportionsFamily, AFixedGroupThatIsTooSmallIsSaidOnceAndStays) {
   for (const int vary : {1, 2}) {
-    Results(With(With(P2Size(0), 21064, "20"), 21065, "20"), {kNToVary + vary});
-    EXPECT_EQ(host_.Press(1), 0);
+    Results(With(With(P2Size(0), "SampleSizeN1", "20"), "SampleSizeN2", "20"),
+            {RadioOf("NToVary", vary)});
+    EXPECT_EQ(Press(ControlAccept), 0);
     ASSERT_THAT(MessageIds(), ElementsAre(12954));
     EXPECT_EQ(host_.messages()[0].text, "Satisfactory N for selected group not found.");
     EXPECT_EQ(host_.messageCalls(), 1);
@@ -528,10 +514,12 @@ TEST_F(TwoProportionsFamily, AFixedGroupThatIsTooSmallIsSaidOnceAndStays) {
 }
 
 TEST_F(TwoProportionsFamily, ATrueNullIsRefused) {
-  ExpectRefusedEffect(P2Power("0.5", "0.5", 0), 12873, {203, 204, 205, 207});
-  ExpectRefusedEffect(P2Power("0.41", "0.62", 1), 12873, {203});
-  ExpectRefusedEffect(P2Power("0.62", "0.41", 2), 12873, {203});
-  ExpectRefusedEffect(With(With(P2Size(0), 21033, "0.5"), 21034, "0.49995"), 12874, {603, 605});
+  ExpectRefusedEffect(P2Power("0.5", "0.5", 0), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-n1", "power-vs-n2", "power-vs-alpha"});
+  ExpectRefusedEffect(P2Power("0.41", "0.62", 1), text::NullHypothesisTrue, {"power-vs-n"});
+  ExpectRefusedEffect(P2Power("0.62", "0.41", 2), text::NullHypothesisTrue, {"power-vs-n"});
+  ExpectRefusedEffect(With(With(P2Size(0), "Pi1", "0.5"), "Pi2", "0.49995"),
+                      text::NullHypothesisNearlyTrue, {"n-vs-power", "n-vs-alpha"});
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.0001 of being true"));
 }
 
@@ -543,70 +531,20 @@ TEST_F(TwoProportionsFamily, DrawsItsPowerPlots) {
   const Design corrected = Pressing(design, {kContinuity});
   const std::string y = "Power (No Continuity Correction)";
   const std::string yCorrected = "Power (Corrected for Continuity)";
-  ExpectCharts({
-      {design,
-       {},
-       203,
-       14,
-       power,
-       family,
-       "Power vs. N" + slots,
-       "Sample Size for Each Group (N1 = N2)",
-       y,
-       21064,
-       "",
-       21065},
-      {design,
-       {},
-       204,
-       14,
-       power,
-       family,
-       "Power vs. N1" + slots,
-       "Sample Size N1 (N2 fixed at 90)",
-       y,
-       21064},
-      {design,
-       {},
-       205,
-       14,
-       power,
-       family,
-       "Power vs. N2" + slots,
-       "Sample Size N2 (N1 fixed at 70)",
-       y,
-       21065},
-      {design,
-       {},
-       206,
-       17,
-       power,
-       family,
-       "Power vs. Pi1 (N1 = 70, N2 = 90, Alpha = 0.04)",
-       "Population Proportion Pi1 (Pi2 Fixed at 0.41)",
-       y,
-       21033},
-      {design,
-       {},
-       207,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41, N1 = 70, N2 = 90)",
-       "Type I Error Rate (Alpha)",
-       y,
-       111},
-      {corrected,
-       {},
-       207,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41, N1 = 70, N2 = 90)",
-       "Type I Error Rate (Alpha)",
-       yCorrected,
-       111},
-  });
+  ExpectPlots(design, {}, power, family,
+              {{"power-vs-n", 14, "Power vs. N" + slots, "Sample Size for Each Group (N1 = N2)", y,
+                "SampleSizeN1", "", "SampleSizeN2"},
+               {"power-vs-n1", 14, "Power vs. N1" + slots, "Sample Size N1 (N2 fixed at 90)", y,
+                "SampleSizeN1"},
+               {"power-vs-n2", 14, "Power vs. N2" + slots, "Sample Size N2 (N1 fixed at 70)", y,
+                "SampleSizeN2"},
+               {"power-vs-pi1", 17, "Power vs. Pi1 (N1 = 70, N2 = 90, Alpha = 0.04)",
+                "Population Proportion Pi1 (Pi2 Fixed at 0.41)", y, "Pi1"},
+               {"power-vs-alpha", 15, "Power vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41, N1 = 70, N2 = 90)",
+                "Type I Error Rate (Alpha)", y, "Alpha"}});
+  ExpectPlots(corrected, {}, power, family,
+              {{"power-vs-alpha", 15, "Power vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41, N1 = 70, N2 = 90)",
+                "Type I Error Rate (Alpha)", yCorrected, "Alpha"}});
 }
 
 TEST_F(TwoProportionsFamily, DrawsItsSizePlots) {
@@ -614,87 +552,48 @@ TEST_F(TwoProportionsFamily, DrawsItsSizePlots) {
   const std::string family = "Two Proportions, Z-Test (H0:  Pi1 = Pi2)";
   const std::string none = "No Continuity Correction";
   const Design design = P2Size(0);
-  ExpectCharts({
-      {design,
-       {},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power (Pi1 = 0.62,  Pi2 = 0.41, Alpha = 0.04)",
-       "Power Goal (" + none + ")",
-       "Sample Size for Each Group (N1 = N2)",
-       114,
-       "Sample Size N1"},
-      {design,
-       {},
-       604,
-       5,
-       size,
-       family,
-       "N vs. Pi1 (Pi2= 0.41, Alpha = 0.04)",
-       "Population Proportion Pi1 (" + none + ")",
-       "Sample Size for Each Group (N1 = N2)",
-       21033,
-       "Sample Size N1"},
-      {design,
-       {},
-       605,
-       3,
-       size,
-       family,
-       "N vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41)",
-       "Type I Error Rate (Alpha) (" + none + ")",
-       "Sample Size for Each Group (N1 = N2)",
-       111,
-       "Sample Size N1"},
-      {Pressing(design, {kContinuity}),
-       {kNToVary + 1},
-       605,
-       3,
-       size,
-       family,
-       "N vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41)",
-       "Type I Error Rate (Alpha) (Corrected for Continuity)",
-       "Sample Size N1 (N2 fixed at 90)",
-       111,
-       "Sample Size N1"},
-      {design,
-       {kNToVary + 2},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power (Pi1 = 0.62,  Pi2 = 0.41, Alpha = 0.04)",
-       "Power Goal (" + none + ")",
-       "Sample Size N2 (N1 fixed at 120)",
-       114,
-       "Sample Size N2"},
-  });
+  ExpectPlots(design, {}, size, family,
+              {{"n-vs-power", 2, "N vs. Power (Pi1 = 0.62,  Pi2 = 0.41, Alpha = 0.04)",
+                "Power Goal (" + none + ")", "Sample Size for Each Group (N1 = N2)", "PowerGoal",
+                "Sample Size N1"},
+               {"n-vs-pi1", 5, "N vs. Pi1 (Pi2= 0.41, Alpha = 0.04)",
+                "Population Proportion Pi1 (" + none + ")", "Sample Size for Each Group (N1 = N2)",
+                "Pi1", "Sample Size N1"},
+               {"n-vs-alpha", 3, "N vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41)",
+                "Type I Error Rate (Alpha) (" + none + ")", "Sample Size for Each Group (N1 = N2)",
+                "Alpha", "Sample Size N1"}});
+  ExpectPlots(Pressing(design, {kContinuity}), {RadioOf("NToVary", 1)}, size, family,
+              {{"n-vs-alpha", 3, "N vs. Alpha (Pi1 = 0.62,  Pi2 = 0.41)",
+                "Type I Error Rate (Alpha) (Corrected for Continuity)",
+                "Sample Size N1 (N2 fixed at 90)", "Alpha", "Sample Size N1"}});
+  ExpectPlots(design, {RadioOf("NToVary", 2)}, size, family,
+              {{"n-vs-power", 2, "N vs. Power (Pi1 = 0.62,  Pi2 = 0.41, Alpha = 0.04)",
+                "Power Goal (" + none + ")", "Sample Size N2 (N1 fixed at 120)", "PowerGoal",
+                "Sample Size N2"}});
 }
 
 TEST_F(TwoProportionsFamily, ThePlotOfAFixedRatioShowsTheGroupItNames) {
-  Results(P2Size(0), {kNToVary + 3});
-  host_.Type(21054, "2");
-  host_.Type(403, "0.83");
-  host_.Type(406, "0.9");
-  ASSERT_EQ(host_.Press(603), 1);
+  Results(P2Size(0), {RadioOf("NToVary", 3)});
+  Type("Ratio", "2");
+  Type("PowerStart", "0.83");
+  Type("PowerEnd", "0.9");
+  ASSERT_EQ(Press("n-vs-power"), 1);
   const Chart chart = Items<Chart>().back();
   EXPECT_EQ(chart.yLabel, "Sample Size N2 (Ratio N1/N2 fixed at 2)");
   EXPECT_EQ(chart.y.front(), 76);
 }
 
 TEST_F(TwoProportionsFamily, APlotAcrossTheNullGoesOnPastTheFailedPoint) {
-  Results({ModePower, "P2", {}, {}});
-  host_.Type(21038, "0.25");
-  host_.Type(21037, "0.75");
-  host_.Type(140, "4");
-  ASSERT_EQ(host_.Press(206), 1);
+  Results({ModePower, "P2"});
+  Type("PiStart", "0.25");
+  Type("PiEnd", "0.75");
+  Type("NInterval", "4");
+  ASSERT_EQ(Press("power-vs-pi1"), 1);
   const Chart chart = Items<Chart>().back();
   ASSERT_THAT(chart.y, SizeIs(4));
   EXPECT_EQ(chart.y[2], -9999);
   EXPECT_GT(chart.y[3], 0);
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
 }
 
 TEST_F(TwoProportionsFamily, TheFrameShowsTheInputs) {
@@ -702,21 +601,36 @@ TEST_F(TwoProportionsFamily, TheFrameShowsTheInputs) {
   for (const char* line :
        {"Population Proportion Pi1: 0.62", "Population Proportion Pi2: 0.41", "Sample Size N1: 70",
         "Sample Size N2: 90", "Type I Error Rate (Alpha): 0.04"}) {
-    EXPECT_THAT(TextOf(201), HasSubstr(line));
+    EXPECT_THAT(TextOf(ControlSummary), HasSubstr(line));
   }
 }
 
 // --- Paired proportions
 
 TEST_F(McNemarFamily, PagesHaveTheirFields) {
-  const std::vector<int> forms = {1210, 1211, 1212};
-  const std::vector<int> ranges = {21008, 21007, 21017, 21016, 138, 139, 140};
-  ExpectPage({ModePower, "QMAC", false, 6251, {21006, 21015, 111, 104}, forms, {}, {}});
-  ExpectPage({ModeSampleSize, "QMAC", false, 6255, {21006, 21015, 114, 111}, forms, {}, {}});
-  ExpectPage({ModePower, "QMAC", true, 6253, ranges, {}, {}, {203, 204, 205, 206}});
-  ExpectControls({129, 130}, {ControlKind::IntEdit});
-  ExpectPage({ModeSampleSize, "QMAC", true, 6257, ranges, {}, {}, {603, 604, 605, 606}});
-  ExpectControls({403, 406}, {ControlKind::RealEdit});
+  const std::vector<ControlName> forms = {"H0Type=two-sided", "H0Type=upper", "H0Type=lower"};
+  const std::vector<ControlName> ranges = {"DeltaStart", "DeltaEnd", "EtaStart", "EtaEnd",
+                                           "AlphaStart", "AlphaEnd", "NInterval"};
+  ExpectPage({ModePower, "QMAC", false, 6251, {"Delta", "Eta", "Alpha", "SampleSize"}, forms});
+  ExpectPage({ModeSampleSize, "QMAC", false, 6255, {"Delta", "Eta", "PowerGoal", "Alpha"}, forms});
+  ExpectPage({ModePower,
+              "QMAC",
+              true,
+              6253,
+              ranges,
+              {},
+              {},
+              {"power-vs-n", "power-vs-delta", "power-vs-eta", "power-vs-alpha"}});
+  ExpectControls({"NStart", "NEnd"}, {ControlKind::IntEdit});
+  ExpectPage({ModeSampleSize,
+              "QMAC",
+              true,
+              6257,
+              ranges,
+              {},
+              {},
+              {"n-vs-power", "n-vs-delta", "n-vs-eta", "n-vs-alpha"}});
+  ExpectControls({"PowerStart", "PowerEnd"}, {ControlKind::RealEdit});
 }
 
 TEST_F(McNemarFamily, TablesStandInTheirOrder) {
@@ -757,11 +671,11 @@ TEST_F(McNemarFamily, TablesStandInTheirOrder) {
 }
 
 TEST_F(McNemarFamily, AnchorsOfTheDefaults) {
-  Calculate({ModePower, "QMAC", {}, {}});
+  Calculate({ModePower, "QMAC"});
   EXPECT_NEAR(LastValue(), 0.3485244, 1e-6);
-  Calculate({ModePower, "QMAC", {}, {1211}});
+  Calculate({ModePower, "QMAC", {}, {"H0Type=upper"}});
   EXPECT_NEAR(LastValue(), 0.4738968, 1e-6);
-  Calculate({ModeSampleSize, "QMAC", {}, {}});
+  Calculate({ModeSampleSize, "QMAC"});
   EXPECT_EQ(LastValue(), 412);
 }
 
@@ -793,33 +707,35 @@ TEST_F(McNemarFamily, EtaMustExceedDelta) {
   const std::string text =
       "Eta should exceed the absolute value of Delta by at least .0001.\rPlease check parameters.";
   for (const int mode : {ModePower, ModeSampleSize}) {
-    ExpectRefusedParameters({mode, "QMAC", {{21006, "0.4"}, {21015, "0.4"}}, {}}, 12876, text);
-    ExpectRefusedParameters({mode, "QMAC", {{21006, "0.3"}, {21015, "0.2"}}, {}}, 12876, text);
+    ExpectRefusedParameters({mode, "QMAC", {{"Delta", "0.4"}, {"Eta", "0.4"}}, {}}, 12876, text);
+    ExpectRefusedParameters({mode, "QMAC", {{"Delta", "0.3"}, {"Eta", "0.2"}}, {}}, 12876, text);
     // In doubles .1001 - .1 falls short of .0001.
-    ExpectRefusedParameters({mode, "QMAC", {{21006, "0.1"}, {21015, "0.1001"}}, {}}, 12876, text);
+    ExpectRefusedParameters({mode, "QMAC", {{"Delta", "0.1"}, {"Eta", "0.1001"}}, {}}, 12876, text);
   }
-  Calculate({ModePower, "QMAC", {{21006, "0.1"}, {21015, "0.1002"}}, {}});
+  Calculate({ModePower, "QMAC", {{"Delta", "0.1"}, {"Eta", "0.1002"}}, {}});
   EXPECT_GT(LastValue(), 0);
 }
 
 TEST_F(McNemarFamily, EtaIsCheckedAtCalculateToo) {
-  Results({ModePower, "QMAC", {}, {}});
+  Results({ModePower, "QMAC"});
   block().QMAC.Working.Eta = 0.05;
-  EXPECT_EQ(host_.Press(1), 0);
+  EXPECT_EQ(Press(ControlAccept), 0);
   EXPECT_THAT(MessageIds(), ElementsAre(12876));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
 }
 
 TEST_F(McNemarFamily, ATrueNullIsRefused) {
-  ExpectRefusedEffect(With(QmacPower(0), 21006, "0"), 12873, {203, 205, 206});
-  ExpectRefusedEffect(QmacPower(2), 12873, {203});
-  ExpectRefusedEffect(With(QmacSize(0), 21006, "0.00005"), 12874, {603, 605, 606});
+  ExpectRefusedEffect(With(QmacPower(0), "Delta", "0"), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-eta", "power-vs-alpha"});
+  ExpectRefusedEffect(QmacPower(2), text::NullHypothesisTrue, {"power-vs-n"});
+  ExpectRefusedEffect(With(QmacSize(0), "Delta", "0.00005"), text::NullHypothesisNearlyTrue,
+                      {"n-vs-power", "n-vs-eta", "n-vs-alpha"});
 }
 
 TEST_F(McNemarFamily, ATinyDeltaGivesAnEnormousSize) {
   Calculate({ModeSampleSize,
              "QMAC",
-             {{21006, "0.0001"}, {21015, "1"}, {111, "0.0001"}, {114, "0.999"}},
+             {{"Delta", "0.0001"}, {"Eta", "1"}, {"Alpha", "0.0001"}, {"PowerGoal", "0.999"}},
              {}});
   EXPECT_GT(LastValue(), 4e9) << "no cap, and wider than 32 bits";
   EXPECT_THAT(Paragraphs().back(), HasSubstr(std::to_string(static_cast<long>(LastValue()))));
@@ -830,96 +746,32 @@ TEST_F(McNemarFamily, DrawsItsPlots) {
   const std::string size = "McNemar's Test: Sample Size Calculation";
   const std::string family = "Two Proportions, Paired Sample (H0:  Delta = 0)";
   const std::string n = "Required Sample Size (N)";
-  ExpectCharts({
-      {QmacPower(0),
-       {},
-       203,
-       14,
-       power,
-       family,
-       "Power vs. N (Delta = 0.12,  Eta= 0.45, Alpha = 0.04)",
-       "Group Sample Size (N)",
-       "Power",
-       104},
-      {QmacPower(0),
-       {},
-       204,
-       0,
-       power,
-       family,
-       "Power vs. Delta (N = 130, Alpha = 0.04, Eta = 0.45)",
-       "Population Proportion Delta (Eta Fixed at 0.45)",
-       "Power",
-       21006},
-      {QmacPower(0),
-       {},
-       205,
-       18,
-       power,
-       family,
-       "Power vs. Eta (N = 130, Alpha = 0.04, Delta = 0.12)",
-       "Population Eta (Delta Fixed at 0.12)",
-       "Power",
-       21015},
-      {QmacPower(0),
-       {},
-       206,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (Delta = 0.12,  Eta = 0.45, N = 130)",
-       "Type I Error Rate (Alpha)",
-       "Power",
-       111},
-      {QmacSize(0),
-       {},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power (Delta = 0.12,  Eta = 0.45, Alpha = 0.04)",
-       "Power Goal",
-       n,
-       114},
-      {QmacSize(0),
-       {},
-       604,
-       13,
-       size,
-       family,
-       "N vs. Delta (Alpha = 0.04, Eta = 0.45, Power = 0.83)",
-       "Population Proportion Delta (Eta Fixed at 0.45)",
-       n,
-       21006},
-      {QmacSize(0),
-       {},
-       605,
-       6,
-       size,
-       family,
-       "N vs. Eta (Alpha = 0.04, Delta = 0.12, Power = 0.83)",
-       "Population Eta (Delta Fixed at 0.12)",
-       n,
-       21015},
-      {QmacSize(0),
-       {},
-       606,
-       3,
-       size,
-       family,
-       "N vs. Alpha (Delta = 0.12,  Eta = 0.45, Power = 0.83)",
-       "Type I Error Rate (Alpha)",
-       n,
-       111},
-  });
+  ExpectPlots(QmacPower(0), {}, power, family,
+              {{"power-vs-n", 14, "Power vs. N (Delta = 0.12,  Eta= 0.45, Alpha = 0.04)",
+                "Group Sample Size (N)", "Power", "SampleSize"},
+               {"power-vs-delta", 0, "Power vs. Delta (N = 130, Alpha = 0.04, Eta = 0.45)",
+                "Population Proportion Delta (Eta Fixed at 0.45)", "Power", "Delta"},
+               {"power-vs-eta", 18, "Power vs. Eta (N = 130, Alpha = 0.04, Delta = 0.12)",
+                "Population Eta (Delta Fixed at 0.12)", "Power", "Eta"},
+               {"power-vs-alpha", 15, "Power vs. Alpha (Delta = 0.12,  Eta = 0.45, N = 130)",
+                "Type I Error Rate (Alpha)", "Power", "Alpha"}});
+  ExpectPlots(QmacSize(0), {}, size, family,
+              {{"n-vs-power", 2, "N vs. Power (Delta = 0.12,  Eta = 0.45, Alpha = 0.04)",
+                "Power Goal", n, "PowerGoal"},
+               {"n-vs-delta", 13, "N vs. Delta (Alpha = 0.04, Eta = 0.45, Power = 0.83)",
+                "Population Proportion Delta (Eta Fixed at 0.45)", n, "Delta"},
+               {"n-vs-eta", 6, "N vs. Eta (Alpha = 0.04, Delta = 0.12, Power = 0.83)",
+                "Population Eta (Delta Fixed at 0.12)", n, "Eta"},
+               {"n-vs-alpha", 3, "N vs. Alpha (Delta = 0.12,  Eta = 0.45, Power = 0.83)",
+                "Type I Error Rate (Alpha)", n, "Alpha"}});
 }
 
 TEST_F(OneProportionFamily, AReversedRangeGivesTheSamePlot) {
-  Results({ModePower, "P1", {}, {}});
-  ASSERT_EQ(host_.Press(205), 1);
-  host_.Type(21038, "0.75");
-  host_.Type(21037, "0.55");
-  ASSERT_EQ(host_.Press(205), 1);
+  Results({ModePower, "P1"});
+  ASSERT_EQ(Press("power-vs-pi"), 1);
+  Type("PiStart", "0.75");
+  Type("PiEnd", "0.55");
+  ASSERT_EQ(Press("power-vs-pi"), 1);
   const std::vector<Chart> charts = Items<Chart>();
   ASSERT_THAT(charts, SizeIs(2));
   EXPECT_EQ(charts[0].x, charts[1].x);
@@ -929,30 +781,33 @@ TEST_F(OneProportionFamily, AReversedRangeGivesTheSamePlot) {
 TEST_F(TwoProportionsFamily, AFormFromAFileHasNoHeadingNoTailsAndNoPower) {
   Parameters(P2Power("0.62", "0.41", 0));
   block().P2.Working.H0Type = 3;
-  host_.Press(1);
-  host_.Press(1);
+  Press(ControlAccept);
+  Press(ControlAccept);
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "Two Proportions, Z-Test"));
   EXPECT_TRUE(IsMissing(LastValue()));
   EXPECT_THAT(Paragraphs(), SizeIs(5));
   EXPECT_THAT(Paragraphs().back(), HasSubstr("a power of -----."));
   Parameters(P2Size(0));
   block().P2.Working.H0Type = 3;
-  host_.Press(1);
-  host_.Press(1);
+  Press(ControlAccept);
+  Press(ControlAccept);
   EXPECT_THAT(host_.workbook().items, IsEmpty());
 }
 
 TEST_F(TwoProportionsFamily, AnEffectTooLargeForTheSearchIsNotFound) {
   // Even one observation a group reaches the goal, which the search does not accept as a bracket.
-  Results({ModeSampleSize, "P2", {{21033, "1"}, {21034, "0"}, {111, "0.25"}, {114, "0.65"}}, {}});
-  EXPECT_EQ(host_.Press(1), 0);
+  Results({ModeSampleSize,
+           "P2",
+           {{"Pi1", "1"}, {"Pi2", "0"}, {"Alpha", "0.25"}, {"PowerGoal", "0.65"}},
+           {}});
+  EXPECT_EQ(Press(ControlAccept), 0);
   EXPECT_THAT(MessageIds(), ElementsAre(12954));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
 }
 
 TEST_F(TwoProportionsFamily, APlotWithoutAGoodPointIsSilent) {
-  Results(With(P2Size(0), 21065, "20"), {kNToVary + 1});
-  EXPECT_EQ(host_.Press(603), 0);
+  Results(With(P2Size(0), "SampleSizeN2", "20"), {RadioOf("NToVary", 1)});
+  EXPECT_EQ(Press("n-vs-power"), 0);
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_THAT(host_.messages(), IsEmpty());
   EXPECT_EQ(OpenResource(), results_);
@@ -960,29 +815,29 @@ TEST_F(TwoProportionsFamily, APlotWithoutAGoodPointIsSilent) {
 
 TEST_F(TwoProportionsFamily, RestoreDefaultsTurnsTheCheckBoxesBack) {
   Parameters({ModePower, "P2", {}, {kContinuity, kEqualN}});
-  EXPECT_TRUE(form().IsDlgButtonChecked(kContinuity));
-  host_.Press(118);
-  EXPECT_FALSE(form().IsDlgButtonChecked(kContinuity));
-  EXPECT_TRUE(form().IsDlgButtonChecked(kEqualN));
+  EXPECT_TRUE(IsChecked(kContinuity));
+  Press(ControlRestoreDefaults);
+  EXPECT_FALSE(IsChecked(kContinuity));
+  EXPECT_TRUE(IsChecked(kEqualN));
   EXPECT_EQ(block().P2.Working.Continuity, 0);
 }
 
 TEST_F(TwoProportionsFamily, TheBoundsOfTheRatioAreOutside) {
   for (const char* ratio : {"0.01", "100"}) {
-    Results({ModeSampleSize, "P2", {}, {}}, {kNToVary + 3});
-    host_.Type(21054, ratio);
-    EXPECT_EQ(host_.Press(1), 0);
-    ASSERT_THAT(MessageIds(), ElementsAre(12853));
+    Results({ModeSampleSize, "P2", {}, {}}, {RadioOf("NToVary", 3)});
+    Type("Ratio", ratio);
+    EXPECT_EQ(Press(ControlAccept), 0);
+    ASSERT_THAT(MessageIds(), ElementsAre(text::RangeReal));
     EXPECT_THAT(host_.messages()[0].text, HasSubstr("0.01 < Ratio < 100"));
   }
 }
 
 TEST_F(McNemarFamily, APlotBeyondEtaSaysSoOnceForAllItsPoints) {
-  Results({ModePower, "QMAC", {}, {}});
-  host_.Type(21008, "0.25");
-  host_.Type(21007, "0.5");
-  host_.Type(140, "8");
-  ASSERT_EQ(host_.Press(204), 1);
+  Results({ModePower, "QMAC"});
+  Type("DeltaStart", "0.25");
+  Type("DeltaEnd", "0.5");
+  Type("NInterval", "8");
+  ASSERT_EQ(Press("power-vs-delta"), 1);
   const Chart chart = Items<Chart>().back();
   EXPECT_THAT(chart.x, ElementsAre(0.25F, 0.28125F, 0.3125F, 0.34375F, 0.375F));
   EXPECT_THAT(chart.y, ::testing::Each(::testing::Gt(0.F)));
@@ -994,7 +849,7 @@ TEST_F(McNemarFamily, APlotBeyondEtaSaysSoOnceForAllItsPoints) {
 TEST_F(McNemarFamily, TheFrameShowsTheInputs) {
   Results(QmacSize(0));
   for (const char* line : {"Delta: 0.12", "Eta: 0.45", "Power Goal: 0.83"}) {
-    EXPECT_THAT(TextOf(201), HasSubstr(line));
+    EXPECT_THAT(TextOf(ControlSummary), HasSubstr(line));
   }
 }
 

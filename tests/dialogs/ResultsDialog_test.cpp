@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "dialogs/DialogRun.h"
+#include "dialogs/FamilyRun.h"
 #include "dialogs/ResultsDialog.h"
 #include "output/Reports.h"
 #include "output/SummaryTables.h"
@@ -19,31 +19,31 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-using ResultsDialog = DialogRun;
+using ResultsDialog = FamilyRun;
 
 TEST_F(ResultsDialog, ShowsWhatFollowsFromTheInputsInItsFrame) {
-  OpenResults(ModePower, "AV1");
-  EXPECT_THAT(TextOf(201), HasSubstr("\nNoncentrality Parameter (Delta): 1.25\n"));
-  EXPECT_THAT(TextOf(201), Not(HasSubstr("Critical")));
+  OpenResults({ModePower, "AV1"});
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("\nNoncentrality Parameter (Delta): 1.25\n"));
+  EXPECT_THAT(TextOf(ControlSummary), Not(HasSubstr("Critical")));
 }
 
 TEST_F(ResultsDialog, ShowsTheSpreadOfPairedDifferencesInItsFrame) {
-  OpenResults(ModePower, "T3");
-  EXPECT_THAT(TextOf(201), HasSubstr("\nStand. Error of Mean Diff.: "));
-  EXPECT_THAT(TextOf(201), HasSubstr("\nStandardized Effect (Es): "));
+  OpenResults({ModePower, "T3"});
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("\nStand. Error of Mean Diff.: "));
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("\nStandardized Effect (Es): "));
 }
 
 TEST_F(ResultsDialog, NamesTheBlocksOfItsFrame) {
-  OpenResults(ModeSampleSize, "AV2");
+  OpenResults({ModeSampleSize, "AV2"});
   EXPECT_THAT(
-      TextOf(201),
+      TextOf(ControlSummary),
       HasSubstr("\nRow Effect\nRMSSE: 0.25\nColumn Effect\nRMSSE: 0.25\nInteraction Effect"));
 }
 
 TEST_F(ResultsDialog, ShowsTheInputsInItsFrame) {
-  OpenResults(ModeSampleSize, "T1");
+  OpenResults({ModeSampleSize, "T1"});
   EXPECT_EQ(
-      TextOf(201),
+      TextOf(ControlSummary),
       "Sample Size Calculation\nNull Hypothesized Mean (Mu0): 0\nTrue Population Mean (Mu): 2\n"
       "Population S.D. (Sigma): 10\nStandardized Effect (Es): 0.2\nType I Error Rate (Alpha): "
       "0.05\nPower Goal: 0.9");
@@ -52,81 +52,76 @@ TEST_F(ResultsDialog, ShowsTheInputsInItsFrame) {
 TEST_F(ResultsDialog, ShowsTheInputsOfAnOpenedFileInItsFrame) {
   const testing::TemporaryFolder folder;
   const std::string file = folder.File("seven.ini");
-  OpenParameters(ModePower, "T1");
-  host_.Type(112, "7");
+  OpenParameters({ModePower, "T1"});
+  Type("Mu", "7");
   host_.saveAnswers = {file};
-  host_.Press(ControlSaveAs);
-  host_.Type(112, "2");
-  host_.Press(1);
-  ASSERT_THAT(TextOf(201), HasSubstr("(Mu): 2\n"));
+  Press(ControlSaveAs);
+  Type("Mu", "2");
+  Press(ControlAccept);
+  ASSERT_THAT(TextOf(ControlSummary), HasSubstr("(Mu): 2\n"));
   host_.openAnswers = {file};
-  host_.Press(ControlOpen);
-  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 7\n"));
-  EXPECT_THAT(TextOf(201), HasSubstr("\nStandardized Effect (Es): 0.7\n"));
-  host_.Press(1);
+  Press(ControlOpen);
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("(Mu): 7\n"));
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("\nStandardized Effect (Es): 0.7\n"));
+  Press(ControlAccept);
   EXPECT_EQ(Row("True Population Mean (Mu)"), 7) << "what the frame shows is what is calculated";
-  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 7\n"));
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("(Mu): 7\n"));
 }
 
 TEST_F(ResultsDialog, ShowsWhatSavingAsDefaultReadBackInItsFrame) {
   // A settings file cannot hold this field, so that what is read back is built in.
   const testing::TemporaryFolder folder;
   host_.configFolder = folder.path();
-  OpenParameters(ModePower, "R2");
+  OpenParameters({ModePower, "R2"});
   block().R2.Working.PopulationR2 = 0.4;
-  host_.Press(1);
-  ASSERT_THAT(TextOf(201), HasSubstr("\nP²: 0.4"));
-  host_.Press(ControlSaveAsDefault);
+  Press(ControlAccept);
+  ASSERT_THAT(TextOf(ControlSummary), HasSubstr("\nP²: 0.4"));
+  Press(ControlSaveAsDefault);
   ASSERT_EQ(block().R2.Working.PopulationR2, 0.2);
-  EXPECT_THAT(TextOf(201), HasSubstr("\nP²: 0.2"));
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("\nP²: 0.2"));
 }
 
 TEST_F(ResultsDialog, ShowsWhatAScriptHasSetInItsFrame) {
-  OpenResults(ModePower, "T1");
+  OpenResults({ModePower, "T1"});
   block().T1.Working.Mu = 7;
-  EXPECT_EQ(host_.Press(ControlRefresh), 1);
-  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 7\n"));
+  EXPECT_EQ(Press(ControlRefresh), 1);
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("(Mu): 7\n"));
   block().T1.Working.Mu = 9;
-  EXPECT_EQ(host_.Press(1), 1);
-  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 9\n"));
+  EXPECT_EQ(Press(ControlAccept), 1);
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("(Mu): 9\n"));
   block().T1.Working.Mu = 11;
-  EXPECT_EQ(host_.Press(203), 1);
-  EXPECT_THAT(TextOf(201), HasSubstr("(Mu): 11\n"));
+  EXPECT_EQ(Press("power-vs-n"), 1);
+  EXPECT_THAT(TextOf(ControlSummary), HasSubstr("(Mu): 11\n"));
 }
 
 TEST_F(ResultsDialog, HasTheControlsOfOneMean) {
-  OpenResults(ModeSampleSize, "T1");
+  OpenResults({ModeSampleSize, "T1"});
   EXPECT_EQ(OpenResource(), 6109);
   EXPECT_EQ(form().spec().pages[0].resource, 6110);
-  EXPECT_EQ(TextOf(136), "0.3");
-  EXPECT_EQ(TextOf(137), "0.9");
-  EXPECT_EQ(TextOf(138), "0.01");
-  EXPECT_EQ(TextOf(139), "0.25");
-  EXPECT_EQ(TextOf(403), "0.65");
-  EXPECT_EQ(TextOf(406), "0.95");
-  EXPECT_EQ(TextOf(140), "10");
-  EXPECT_EQ(form().Find(603)->spec.caption, "N vs. Es");
-  EXPECT_EQ(form().Find(604)->spec.caption, "N vs. Alpha");
-  EXPECT_EQ(form().Find(605)->spec.caption, "N vs. Power");
-  EXPECT_EQ(form().Find(1)->spec.caption, "Calculate N");
-  host_.Press(2);
-  host_.Press(2);
-  OpenResults(ModePower, "T1");
-  EXPECT_EQ(form().Find(1)->spec.caption, "Calculate Power");
-  EXPECT_EQ(form().Find(203)->spec.caption, "Power vs. N");
-  EXPECT_EQ(form().Find(204)->spec.caption, "Power vs. Es");
-  EXPECT_EQ(form().Find(205)->spec.caption, "Power vs. Alpha");
-  EXPECT_EQ(form().Find(403), nullptr);
-  EXPECT_EQ(TextOf(129), "10");
-  EXPECT_EQ(TextOf(130), "100");
+  EXPECT_EQ(TextOf("EsStart"), "0.3");
+  EXPECT_EQ(TextOf("EsEnd"), "0.9");
+  EXPECT_EQ(TextOf("AlphaStart"), "0.01");
+  EXPECT_EQ(TextOf("AlphaEnd"), "0.25");
+  EXPECT_EQ(TextOf("PowerStart"), "0.65");
+  EXPECT_EQ(TextOf("PowerEnd"), "0.95");
+  EXPECT_EQ(TextOf("NInterval"), "10");
+  EXPECT_EQ(CaptionOf("n-vs-es"), "N vs. Es");
+  EXPECT_EQ(CaptionOf("n-vs-alpha"), "N vs. Alpha");
+  EXPECT_EQ(CaptionOf("n-vs-power"), "N vs. Power");
+  EXPECT_EQ(CaptionOf(ControlAccept), "Calculate N");
+  OpenResults({ModePower, "T1"});
+  EXPECT_EQ(CaptionOf(ControlAccept), "Calculate Power");
+  EXPECT_EQ(CaptionOf("power-vs-n"), "Power vs. N");
+  EXPECT_EQ(CaptionOf("power-vs-es"), "Power vs. Es");
+  EXPECT_EQ(CaptionOf("power-vs-alpha"), "Power vs. Alpha");
+  EXPECT_EQ(Find("PowerStart"), nullptr);
+  EXPECT_EQ(TextOf("NStart"), "10");
+  EXPECT_EQ(TextOf("NEnd"), "100");
 }
 
 TEST_F(ResultsDialog, CalculatesTheRequiredSizeOfTwoMeans) {
-  OpenParameters(ModeSampleSize, "T2");
-  host_.Type(21023, "5");
-  host_.Type(114, "0.8");
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModeSampleSize, "T2", {{"Mu1", "5"}, {"PowerGoal", "0.8"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_EQ(Row("Required N (per group)"), 64);
   EXPECT_NEAR(Row("Actual Power for Required N"), 0.8014596, 1e-6);
   EXPECT_EQ(Items<SummaryTable>().back().code, 17);
@@ -140,8 +135,8 @@ TEST_F(ResultsDialog, CalculatesTheRequiredSizeOfTwoMeans) {
 }
 
 TEST_F(ResultsDialog, WritesTheReportOfOneMeanInItsOrder) {
-  OpenResults(ModeSampleSize, "T1");
-  host_.Press(1);
+  OpenResults({ModeSampleSize, "T1"});
+  Press(ControlAccept);
   const std::vector<Report> reports = Items<Report>();
   ASSERT_THAT(reports, SizeIs(1));
   EXPECT_THAT(
@@ -164,13 +159,11 @@ TEST_F(ResultsDialog, WritesTheReportOfOneMeanInItsOrder) {
 }
 
 TEST_F(ResultsDialog, ReportsAFixedGroupWithTheVariedSizeAsANumber) {
-  OpenParameters(ModeSampleSize, "T2");
-  host_.Type(21023, "5");
-  host_.Type(114, "0.8");
-  host_.Type(21065, "100");
-  host_.Press(22031);
-  host_.Press(1);
-  host_.Press(1);
+  OpenResults({ModeSampleSize,
+               "T2",
+               {{"Mu1", "5"}, {"PowerGoal", "0.8"}, {"SampleSizeN2", "100"}},
+               {"NToVary=n1"}});
+  Press(ControlAccept);
   const double n = Row("Required N (per group)");
   EXPECT_GT(n, 30);
   EXPECT_LT(n, 64);
@@ -187,16 +180,16 @@ TEST_F(ResultsDialog, ReportsAFixedGroupWithTheVariedSizeAsANumber) {
 }
 
 TEST_F(ResultsDialog, BackDiscardsRangeEditsAndChangeParamsKeepsThem) {
-  OpenResults(ModePower, "T1");
-  host_.Type(129, "20");
-  host_.Press(2);
-  EXPECT_EQ(OpenResource(), 6102);
+  OpenResults({ModePower, "T1"});
+  Type("NStart", "20");
+  Press(ControlBack);
+  EXPECT_EQ(OpenResource(), parameters_);
   EXPECT_EQ(block().T1.Working.NStart, 10);
-  host_.Press(1);
-  EXPECT_EQ(TextOf(129), "10");
-  host_.Type(129, "20");
+  Press(ControlAccept);
+  EXPECT_EQ(TextOf("NStart"), "10");
+  Type("NStart", "20");
   host_.calls.exits.clear();
-  host_.Press(208);
+  Press(ControlChangeParams);
   ASSERT_THAT(host_.calls.exits, SizeIs(1));
   EXPECT_EQ(host_.calls.exits[0].stage, 102);
   EXPECT_EQ(host_.calls.exits[0].kind, 1);
@@ -204,162 +197,144 @@ TEST_F(ResultsDialog, BackDiscardsRangeEditsAndChangeParamsKeepsThem) {
 }
 
 TEST_F(ResultsDialog, ACalculationCommitsTheRangesSoThatBackKeepsThem) {
-  OpenResults(ModePower, "T1");
-  host_.Type(129, "20");
-  host_.Press(1);
-  host_.Press(2);
+  OpenResults({ModePower, "T1"});
+  Type("NStart", "20");
+  Press(ControlAccept);
+  Press(ControlBack);
   EXPECT_EQ(block().T1.Working.NStart, 20);
 }
 
 TEST_F(ResultsDialog, AChartCommitsTheRangesItWasDrawnWith) {
-  OpenResults(ModePower, "T1");
-  host_.Type(129, "20");
-  host_.Type(130, "30");
-  EXPECT_EQ(host_.Press(203), 1);
+  OpenResults({ModePower, "T1"});
+  Type("NStart", "20");
+  Type("NEnd", "30");
+  EXPECT_EQ(Press("power-vs-n"), 1);
   const std::vector<Chart> charts = Items<Chart>();
   ASSERT_THAT(charts, SizeIs(1));
   EXPECT_EQ(charts[0].x.front(), 20);
   EXPECT_EQ(charts[0].x.back(), 30);
-  host_.Press(2);
+  Press(ControlBack);
   EXPECT_EQ(block().T1.Working.NStart, 20);
 }
 
 TEST_F(ResultsDialog, ChangeParamsStaysWhenACheckFails) {
-  OpenResults(ModePower, "T1");
-  host_.Type(140, "3");
-  EXPECT_EQ(host_.Press(208), 0);
-  EXPECT_EQ(OpenResource(), 6105);
-  EXPECT_THAT(MessageIds(), ElementsAre(12852));
+  OpenResults({ModePower, "T1"});
+  Type("NInterval", "3");
+  EXPECT_EQ(Press(ControlChangeParams), 0);
+  EXPECT_EQ(OpenResource(), results_);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::RangeInt32));
 }
 
 TEST_F(ResultsDialog, CalculateStaysWhenACheckFails) {
-  OpenResults(ModePower, "T1");
-  host_.Type(140, "3");
-  EXPECT_EQ(host_.Press(1), 0);
-  EXPECT_EQ(OpenResource(), 6105);
+  OpenResults({ModePower, "T1"});
+  Type("NInterval", "3");
+  EXPECT_EQ(Press(ControlAccept), 0);
+  EXPECT_EQ(OpenResource(), results_);
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_EQ(host_.calls.restoreResults, 1);
 }
 
 TEST_F(ResultsDialog, ATrueNullLeadsBackToTheParametersAndCommitsNothing) {
-  OpenParameters(ModePower, "T1");
-  host_.Type(112, "0");
-  host_.Press(1);
-  host_.Type(129, "20");
-  host_.Press(1);
-  EXPECT_EQ(OpenResource(), 6102);
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  OpenResults({ModePower, "T1", {{"Mu", "0"}}});
+  Type("NStart", "20");
+  Press(ControlAccept);
+  EXPECT_EQ(OpenResource(), parameters_);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_EQ(block().T1.Committed.NStart, 10) << "the copy comes after the check";
-  EXPECT_EQ(TextOf(112), "0") << "the user's values are kept";
+  EXPECT_EQ(TextOf("Mu"), "0") << "the user's values are kept";
 }
 
 TEST_F(ResultsDialog, AnEffectInTheDirectionOfTheNullIsATrueNull) {
-  OpenParameters(ModePower, "T1");
-  host_.Press(1212);
-  host_.Press(1);
-  host_.Press(1);
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  OpenResults({ModePower, "T1", {}, {"H0Type=lower"}});
+  Press(ControlAccept);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
 }
 
 TEST_F(ResultsDialog, ASearchRefusesAnEffectThatPowerAccepts) {
-  OpenParameters(ModeSampleSize, "T1");
-  host_.Type(112, "0.005");
-  host_.Press(1);
-  host_.Press(1);
+  OpenResults({ModeSampleSize, "T1", {{"Mu", "0.005"}}});
+  Press(ControlAccept);
   ASSERT_THAT(host_.messages(), SizeIs(1));
-  EXPECT_EQ(host_.messages()[0].id, 12874);
+  EXPECT_EQ(host_.messages()[0].id, text::NullHypothesisNearlyTrue);
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of being true"));
   EXPECT_EQ(host_.messages()[0].count, 1);
-  EXPECT_EQ(OpenResource(), 6107);
-  host_.Press(2);
+  EXPECT_EQ(OpenResource(), parameters_);
+  Press(ControlBack);
   host_.ClearMessages();
-  OpenParameters(ModePower, "T1");
-  host_.Type(112, "0.005");
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 1);
+  OpenResults({ModePower, "T1", {{"Mu", "0.005"}}});
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_THAT(host_.messages(), IsEmpty());
 }
 
 TEST_F(ResultsDialog, ATooLargeSizeSendsNothingAndStays) {
-  OpenParameters(ModeSampleSize, "T1");
-  host_.Type(112, "0.011");
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 0);
-  ASSERT_THAT(MessageIds(), ElementsAre(12381));
+  OpenResults({ModeSampleSize, "T1", {{"Mu", "0.011"}}});
+  EXPECT_EQ(Press(ControlAccept), 0);
+  ASSERT_THAT(MessageIds(), ElementsAre(text::SearchTooLarge));
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("(greater than 150000)"));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_EQ(OpenResource(), 6109);
 }
 
 TEST_F(ResultsDialog, ACancelledSearchSaysSoAndSendsNothing) {
-  OpenResults(ModeSampleSize, "T1");
+  OpenResults({ModeSampleSize, "T1"});
   host_.cancelled = [] { return true; };
-  EXPECT_EQ(host_.Press(1), 0);
-  EXPECT_THAT(MessageIds(), ElementsAre(12865));
+  EXPECT_EQ(Press(ControlAccept), 0);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::CancelledAtRequest));
   EXPECT_FALSE(host_.IsProgressBarOpen());
   EXPECT_THAT(host_.workbook().items, IsEmpty());
-  EXPECT_EQ(OpenResource(), 6109);
+  EXPECT_EQ(OpenResource(), results_);
 }
 
 TEST_F(ResultsDialog, ACancelledChartIsNotDrawn) {
-  OpenResults(ModeSampleSize, "T1");
+  OpenResults({ModeSampleSize, "T1"});
   int polls = 0;
   host_.cancelled = [&polls] { return ++polls > 3; };
-  EXPECT_EQ(host_.Press(603), 0);
+  EXPECT_EQ(Press("n-vs-es"), 0);
   EXPECT_THAT(Items<Chart>(), IsEmpty());
   EXPECT_FALSE(host_.IsProgressBarOpen());
 }
 
 TEST_F(ResultsDialog, ReportsNeedTheHighestLevelOfDetailAndATarget) {
-  OpenResults(ModePower, "T1");
+  OpenResults({ModePower, "T1"});
   host_.supplementaryLevel = 3;
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_THAT(Items<Report>(), IsEmpty());
   EXPECT_THAT(Items<SummaryTable>(), SizeIs(1));
   host_.supplementaryLevel = 4;
   host_.resultsToReportWindow = false;
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_THAT(Items<Report>(), IsEmpty());
   host_.resultsToWord = true;
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_THAT(Items<Report>(), SizeIs(1));
 }
 
 TEST_F(ResultsDialog, GivesTheOutputBackBeforeTheReportAndAtTheEnd) {
-  OpenResults(ModePower, "T1");
-  host_.Press(1);
+  OpenResults({ModePower, "T1"});
+  Press(ControlAccept);
   EXPECT_EQ(host_.calls.restoreResults, 2);
 }
 
 TEST_F(ResultsDialog, SkipsTheReportWhenTheWindowHasGone) {
-  OpenResults(ModePower, "T1");
+  OpenResults({ModePower, "T1"});
   host_.form()->DestroyWindow();
-  EXPECT_EQ(host_.Press(1), 0);
+  EXPECT_EQ(Press(ControlAccept), 0);
   EXPECT_THAT(Items<SummaryTable>(), SizeIs(1));
   EXPECT_THAT(Items<Report>(), IsEmpty());
 }
 
 TEST_F(ResultsDialog, TheLowerTailTestOfOneMeanAloneShowsANegativeCriticalValue) {
-  OpenParameters(ModePower, "T1");
-  host_.Type(112, "-2");
-  host_.Press(1212);
-  host_.Press(1);
-  host_.Press(1);
+  OpenResults({ModePower, "T1", {{"Mu", "-2"}}, {"H0Type=lower"}});
+  Press(ControlAccept);
   EXPECT_NEAR(Row("Critical Value of t"), -1.7108821, 1e-6);
-  host_.Press(2);
-  host_.Press(2);
-  OpenParameters(ModePower, "T2");
-  host_.Type(21023, "-2");
-  host_.Press(1212);
-  host_.Press(1);
-  host_.Press(1);
+  OpenResults({ModePower, "T2", {{"Mu1", "-2"}}, {"H0Type=lower"}});
+  Press(ControlAccept);
   EXPECT_NEAR(Row("Critical Value of t"), 1.6772242, 1e-6);
 }
 
 TEST_F(ResultsDialog, PairedMeansShowTheDeviationOfDifferencesAsAStandardError) {
-  OpenResults(ModePower, "T3");
-  host_.Press(1);
+  OpenResults({ModePower, "T3"});
+  Press(ControlAccept);
   EXPECT_NEAR(Row("Stand. Error of Mean Diff."), std::sqrt(180.0), 1e-12);
   EXPECT_NEAR(Row("Standardized Effect (Es)"), 8 / std::sqrt(180.0), 1e-12);
 }
@@ -395,108 +370,69 @@ TEST_F(ResultsDialog, ValuesOfATableStandInTheOrderOfItsTitles) {
       {ModeSampleSize, "T3", {{"Power Goal", 0.9}, {"Type I Error Rate (Alpha)", 0.05}}},
   };
   for (const Case& c : cases) {
-    OpenResults(c.mode, c.family);
-    ASSERT_EQ(host_.Press(1), 1) << c.family;
+    OpenResults({c.mode, c.family});
+    ASSERT_EQ(Press(ControlAccept), 1) << c.family;
     for (const auto& [title, value] : c.values) {
       EXPECT_EQ(Row(title), value) << c.family << ' ' << title;
     }
-    host_.Press(2);
-    host_.Press(2);
   }
 }
 
 TEST_F(ResultsDialog, DrawsEveryPlotWithItsTitles) {
-  struct Case {
-    int mode;
-    const char* family;
-    int control;
-    int kind;
-    const char* name;
-    const char* title1;
-    const char* title2;
-    const char* title3;
-    const char* xLabel;
-    const char* yLabel;
-  };
-  const Case cases[] = {
-      {0, "T1", 203, 14, "power-vs-n", "1 Sample t-Test: Power Calculation",
-       "One Mean, t-Test (H0:  Mu = Mu0)", "Power vs. N (Es = 0.2, Alpha = 0.05)",
-       "Group Sample Size (N)", "Power"},
-      {0, "T1", 204, 0, "power-vs-es", "1 Sample t-Test: Power Calculation",
-       "One Mean, t-Test (H0:  Mu = Mu0)", "Power vs. Es (N = 25, Alpha = 0.05)",
-       "Standardized Effect (Es)", "Power"},
-      {0, "T1", 205, 15, "power-vs-alpha", "1 Sample t-Test: Power Calculation",
-       "One Mean, t-Test (H0:  Mu = Mu0)", "Power vs. Alpha (Es = 0.2, N = 25)",
-       "Type I Error Rate (Alpha)", "Power"},
-      {1, "T1", 603, 1, "n-vs-es", "1 Sample t-Test: Sample Size Calculation",
-       "One Mean, t-Test (H0:  Mu = Mu0)", "Sample Size vs. Es (Alpha = 0.05, Power Goal = 0.9)",
-       "Standardized Effect (Es)", "Required Sample Size (N)"},
-      {1, "T1", 604, 3, "n-vs-alpha", "1 Sample t-Test: Sample Size Calculation",
-       "One Mean, t-Test (H0:  Mu = Mu0)", "Sample Size vs. Alpha (Es = 0.2, Power Goal = 0.9)",
-       "Type I Error Rate (Alpha)", "Required Sample Size (N)"},
-      {1, "T1", 605, 2, "n-vs-power", "1 Sample t-Test: Sample Size Calculation",
-       "One Mean, t-Test (H0:  Mu = Mu0)", "Sample Size vs. Power (Es = 0.2, Alpha = 0.05)",
-       "Power Goal", "Required Sample Size (N)"},
-      {0, "T2", 203, 14, "power-vs-n", "Independent Sample t-Test: Power Calc.",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
-       "Power vs. N (Es = 0.2, Alpha = 0.05, N1 = N2 = N)", "Group Sample Size (N)", "Power"},
-      {0, "T2", 204, 14, "power-vs-n1", "Independent Sample t-Test: Power Calc.",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
-       "Power vs. N1 (Es = 0.2, Alpha = 0.05, N2 = 25)", "Sample Size N1", "Power"},
-      {0, "T2", 205, 14, "power-vs-n2", "Independent Sample t-Test: Power Calc.",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
-       "Power vs. N2 (Es = 0.2, Alpha = 0.05, N1 = 25)", "Sample Size N2", "Power"},
-      {0, "T2", 206, 0, "power-vs-es", "Independent Sample t-Test: Power Calc.",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
-       "Power vs. Es (N1 = 25, N2 = 25, Alpha = 0.05)", "Standardized Effect (Es)", "Power"},
-      {0, "T2", 207, 15, "power-vs-alpha", "Independent Sample t-Test: Power Calc.",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
-       "Power vs. Alpha (Es = 0.2, N1 = 25, N2 = 25)", "Type I Error Rate (Alpha)", "Power"},
-      {1, "T2", 603, 1, "n-vs-es", "Ind. Sample t-Test: Sample Size Calculation",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)", "N vs. Es (Alpha = 0.05, Power = 0.9)",
-       "Standardized Effect (Es)", "Required Sample Size (N1 = N2)"},
-      {1, "T2", 604, 3, "n-vs-alpha", "Ind. Sample t-Test: Sample Size Calculation",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)", "N vs. Alpha (Es = 0.2, Power = 0.9)",
-       "Type I Error Rate (Alpha)", "Required Sample Size (N1 = N2)"},
-      {1, "T2", 605, 2, "n-vs-power", "Ind. Sample t-Test: Sample Size Calculation",
-       "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)", "N vs. Power (Alpha = 0.05, Es = 0.2)",
-       "Power Goal", "Required Sample Size (N1 = N2)"},
-      {0, "T3", 203, 14, "power-vs-n", "Dependent Sample t-Test: Power Calculation",
-       "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
-       "Power vs. N (Es = 0.596285, Alpha = 0.05)", "Group Sample Size (N)", "Power"},
-      {1, "T3", 603, 1, "n-vs-es", "Dep. Sample t-Test: Sample Size Calculation",
-       "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
-       "N vs. Es (Alpha = 0.05, Power Goal = 0.9)", "Standardized Effect (Es)",
-       "Required Sample Size (N)"},
-      {1, "T3", 605, 2, "n-vs-power", "Dep. Sample t-Test: Sample Size Calculation",
-       "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
-       "N vs. Power (Alpha = 0.05, Standardized Effect = 0.596285)", "Power Goal",
-       "Required Sample Size (N)"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.family) + " " + c.title3);
-    host_.TakeWorkbook();
-    OpenResults(c.mode, c.family);
-    ASSERT_EQ(host_.Press(c.control), 1);
-    const std::vector<Chart> charts = Items<Chart>();
-    ASSERT_THAT(charts, SizeIs(1));
-    EXPECT_EQ(charts[0].kind, c.kind);
-    EXPECT_EQ(charts[0].name, c.name);
-    EXPECT_THAT(charts[0].titles, ElementsAre(c.title1, c.title2, c.title3));
-    EXPECT_EQ(charts[0].xLabel, c.xLabel);
-    EXPECT_EQ(charts[0].yLabel, c.yLabel);
-    EXPECT_EQ(form().Find(c.control)->spec.name, c.name);
-    host_.Press(2);
-    host_.Press(2);
-  }
+  ExpectPlots(
+      {ModePower, "T1"}, {}, "1 Sample t-Test: Power Calculation",
+      "One Mean, t-Test (H0:  Mu = Mu0)",
+      {{"power-vs-n", 14, "Power vs. N (Es = 0.2, Alpha = 0.05)", "Group Sample Size (N)", "Power"},
+       {"power-vs-es", 0, "Power vs. Es (N = 25, Alpha = 0.05)", "Standardized Effect (Es)",
+        "Power"},
+       {"power-vs-alpha", 15, "Power vs. Alpha (Es = 0.2, N = 25)", "Type I Error Rate (Alpha)",
+        "Power"}});
+  ExpectPlots({ModeSampleSize, "T1"}, {}, "1 Sample t-Test: Sample Size Calculation",
+              "One Mean, t-Test (H0:  Mu = Mu0)",
+              {{"n-vs-es", 1, "Sample Size vs. Es (Alpha = 0.05, Power Goal = 0.9)",
+                "Standardized Effect (Es)", "Required Sample Size (N)"},
+               {"n-vs-alpha", 3, "Sample Size vs. Alpha (Es = 0.2, Power Goal = 0.9)",
+                "Type I Error Rate (Alpha)", "Required Sample Size (N)"},
+               {"n-vs-power", 2, "Sample Size vs. Power (Es = 0.2, Alpha = 0.05)", "Power Goal",
+                "Required Sample Size (N)"}});
+  ExpectPlots({ModePower, "T2"}, {}, "Independent Sample t-Test: Power Calc.",
+              "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+              {{"power-vs-n", 14, "Power vs. N (Es = 0.2, Alpha = 0.05, N1 = N2 = N)",
+                "Group Sample Size (N)", "Power"},
+               {"power-vs-n1", 14, "Power vs. N1 (Es = 0.2, Alpha = 0.05, N2 = 25)",
+                "Sample Size N1", "Power"},
+               {"power-vs-n2", 14, "Power vs. N2 (Es = 0.2, Alpha = 0.05, N1 = 25)",
+                "Sample Size N2", "Power"},
+               {"power-vs-es", 0, "Power vs. Es (N1 = 25, N2 = 25, Alpha = 0.05)",
+                "Standardized Effect (Es)", "Power"},
+               {"power-vs-alpha", 15, "Power vs. Alpha (Es = 0.2, N1 = 25, N2 = 25)",
+                "Type I Error Rate (Alpha)", "Power"}});
+  ExpectPlots({ModeSampleSize, "T2"}, {}, "Ind. Sample t-Test: Sample Size Calculation",
+              "Two Means, t-Test, Ind. Samples (H0:  Mu1 = Mu2)",
+              {{"n-vs-es", 1, "N vs. Es (Alpha = 0.05, Power = 0.9)", "Standardized Effect (Es)",
+                "Required Sample Size (N1 = N2)"},
+               {"n-vs-alpha", 3, "N vs. Alpha (Es = 0.2, Power = 0.9)", "Type I Error Rate (Alpha)",
+                "Required Sample Size (N1 = N2)"},
+               {"n-vs-power", 2, "N vs. Power (Alpha = 0.05, Es = 0.2)", "Power Goal",
+                "Required Sample Size (N1 = N2)"}});
+  ExpectPlots({ModePower, "T3"}, {}, "Dependent Sample t-Test: Power Calculation",
+              "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
+              {{"power-vs-n", 14, "Power vs. N (Es = 0.596285, Alpha = 0.05)",
+                "Group Sample Size (N)", "Power"}});
+  ExpectPlots({ModeSampleSize, "T3"}, {}, "Dep. Sample t-Test: Sample Size Calculation",
+              "Two Means, t-Test, Dep. Samples (H0:  Mu1 = Mu2)",
+              {{"n-vs-es", 1, "N vs. Es (Alpha = 0.05, Power Goal = 0.9)",
+                "Standardized Effect (Es)", "Required Sample Size (N)"},
+               {"n-vs-power", 2, "N vs. Power (Alpha = 0.05, Standardized Effect = 0.596285)",
+                "Power Goal", "Required Sample Size (N)"}});
 }
 
 TEST_F(ResultsDialog, ASizePlotOfOneGroupNamesTheFixedOne) {
-  OpenParameters(ModeSampleSize, "T2");
-  host_.Press(22032);
-  host_.Type(21064, "500");
-  host_.Press(1);
-  ASSERT_EQ(host_.Press(603), 1);
+  OpenParameters({ModeSampleSize, "T2"});
+  Press("NToVary=n2");
+  Type("SampleSizeN1", "500");
+  Press(ControlAccept);
+  ASSERT_EQ(Press("n-vs-es"), 1);
   const Chart chart = Items<Chart>().back();
   EXPECT_EQ(chart.titles[2], "Required N2 vs. Standardized Effect Size (N1 = 500)");
   EXPECT_EQ(chart.yLabel, "Required Sample Size N2 (N1 = 500)");
@@ -504,71 +440,69 @@ TEST_F(ResultsDialog, ASizePlotOfOneGroupNamesTheFixedOne) {
 
 // The power of a point is the power of the same design on its own.
 TEST_F(ResultsDialog, APlotAgreesWithTheCalculationAtEachPoint) {
-  OpenResults(ModePower, "T2");
-  host_.Press(203);
+  OpenResults({ModePower, "T2"});
+  Press("power-vs-n");
   const Chart chart = Items<Chart>().back();
   for (std::size_t i = 0; i < chart.x.size(); ++i) {
     block().T2.Committed.SampleSizeN1 = static_cast<i32>(chart.x[i]);
     block().T2.Committed.SampleSizeN2 = static_cast<i32>(chart.x[i]);
-    host_.Press(2);
-    host_.Press(1);
-    host_.Press(1);
+    Press(ControlBack);
+    Press(ControlAccept);
+    Press(ControlAccept);
     EXPECT_EQ(chart.y[i], static_cast<float>(Row("Power")));
   }
 }
 
 TEST_F(ResultsDialog, APlotAgainstTheEffectIsDrawnThoughTheEffectOfTheRecordIsNull) {
-  OpenParameters(ModePower, "T1");
-  host_.Type(112, "0");
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(204), 1) << "the effect is what this plot varies";
-  EXPECT_EQ(host_.Press(203), 0);
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  OpenResults({ModePower, "T1", {{"Mu", "0"}}});
+  EXPECT_EQ(Press("power-vs-es"), 1) << "the effect is what this plot varies";
+  EXPECT_EQ(Press("power-vs-n"), 0);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
   EXPECT_EQ(OpenResource(), 6105) << "a refused chart stays";
 }
 
 TEST_F(ResultsDialog, APowerPlotAcrossZeroSkipsTheRefusedPoint) {
-  OpenResults(ModePower, "T1");
+  OpenResults({ModePower, "T1"});
   // Steps that are exact in binary, so that a point falls on zero.
-  host_.Type(136, "-0.5");
-  host_.Type(137, "0.5");
-  host_.Type(140, "8");
-  EXPECT_EQ(host_.Press(204), 1);
+  Type("EsStart", "-0.5");
+  Type("EsEnd", "0.5");
+  Type("NInterval", "8");
+  EXPECT_EQ(Press("power-vs-es"), 1);
   const Chart chart = Items<Chart>().back();
   EXPECT_EQ(host_.messageCalls(), 1);
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
   ASSERT_THAT(chart.y, SizeIs(8));
   EXPECT_EQ(chart.y[4], -9999)
       << "the failed point stays in the block and the last good one falls off";
 }
 
 TEST_F(ResultsDialog, ASizePlotEndsBeforeTheFirstFailedPoint) {
-  OpenResults(ModeSampleSize, "T1");
-  host_.Type(136, "-0.5");
-  host_.Type(137, "0.5");
-  host_.Type(140, "8");
-  EXPECT_EQ(host_.Press(603), 1);
+  OpenResults({ModeSampleSize, "T1"});
+  Type("EsStart", "-0.5");
+  Type("EsEnd", "0.5");
+  Type("NInterval", "8");
+  EXPECT_EQ(Press("n-vs-es"), 1);
   const Chart chart = Items<Chart>().back();
   EXPECT_THAT(chart.y, SizeIs(4));
-  EXPECT_THAT(MessageIds(), ElementsAre(12873));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisTrue));
 }
 
 TEST_F(ResultsDialog, APowerThatFailsWithoutAWordIsToldByItsName) {
   // The log-rank test has no power where nobody in one group survives.
-  OpenParameters(ModePower, "SA1");
+  OpenParameters({ModePower, "SA1"});
   block().SA1.Working.Pi1 = 0;
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 1);
+  Press(ControlAccept);
+  EXPECT_EQ(Press(ControlAccept), 1);
   ASSERT_THAT(host_.messages(), SizeIs(1));
   EXPECT_EQ(host_.messages()[0].text, "Power could not be computed with these parameters.");
   EXPECT_THAT(Items<SummaryTable>(), SizeIs(1)) << "the inputs are shown all the same";
 }
 
 TEST_F(ResultsDialog, ASizeThatFailsWithoutAWordIsToldByItsName) {
-  OpenParameters(ModeSampleSize, "SA1");
+  OpenParameters({ModeSampleSize, "SA1"});
   block().SA1.Working.Pi1 = 0;
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 0);
+  Press(ControlAccept);
+  EXPECT_EQ(Press(ControlAccept), 0);
   ASSERT_THAT(host_.messages(), SizeIs(1));
   EXPECT_THAT(host_.messages()[0].text, EndsWith(" could not be computed with these parameters."));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
@@ -577,10 +511,10 @@ TEST_F(ResultsDialog, ASizeThatFailsWithoutAWordIsToldByItsName) {
 TEST_F(ResultsDialog, TwoPowersThatFailWithoutAWordAreToldOnce) {
   // Without a rejection region the test of one proportion has neither its exact nor its normal
   // power.
-  OpenParameters(ModePower, "P1");
+  OpenParameters({ModePower, "P1"});
   block().P1.Working.H0Type = H0Zero;
-  host_.Press(1);
-  EXPECT_EQ(host_.Press(1), 1);
+  Press(ControlAccept);
+  EXPECT_EQ(Press(ControlAccept), 1);
   EXPECT_TRUE(IsMissing(Row("Power (Exact)")));
   EXPECT_TRUE(IsMissing(Row("Power (Normal Approximation)")));
   ASSERT_THAT(host_.messages(), SizeIs(1));
@@ -589,7 +523,7 @@ TEST_F(ResultsDialog, TwoPowersThatFailWithoutAWordAreToldOnce) {
 }
 
 TEST_F(ResultsDialog, TheTwoPowersOfOneProportionAreThereTogether) {
-  OpenParameters(ModePower, "P1");
+  OpenParameters({ModePower, "P1"});
   for (const double pi : {0.0, 1e-300, 0.6, 1 - 1e-12, 1.0}) {
     for (const double null : {0.0, 1e-12, 0.5, 1.0}) {
       for (const i32 n : {2, 50, 150000}) {
@@ -600,12 +534,11 @@ TEST_F(ResultsDialog, TheTwoPowersOfOneProportionAreThereTogether) {
         working.Pi = pi;
         working.Pi0 = null;
         working.SampleSize = n;
-        host_.Press(1);
-        ASSERT_EQ(host_.Press(1), 1);
+        Press(ControlAccept);
+        ASSERT_EQ(Press(ControlAccept), 1);
         EXPECT_FALSE(IsMissing(Row("Power (Exact)"))) << pi << ' ' << null << ' ' << n;
         EXPECT_FALSE(IsMissing(Row("Power (Normal Approximation)")))
             << pi << ' ' << null << ' ' << n;
-        host_.Press(2);
       }
     }
   }
@@ -613,21 +546,19 @@ TEST_F(ResultsDialog, TheTwoPowersOfOneProportionAreThereTogether) {
 }
 
 TEST_F(ResultsDialog, AFailureThatWasToldIsNotToldAgain) {
-  OpenParameters(ModeSampleSize, "T1");
-  host_.Type(112, "0.011");
-  host_.Press(1);
-  host_.Press(1);
-  EXPECT_THAT(MessageIds(), ElementsAre(12381));
+  OpenResults({ModeSampleSize, "T1", {{"Mu", "0.011"}}});
+  Press(ControlAccept);
+  EXPECT_THAT(MessageIds(), ElementsAre(text::SearchTooLarge));
 }
 
 TEST_F(ResultsDialog, NoMemoryForATableOrAChartIsSilent) {
-  OpenResults(ModePower, "T1");
+  OpenResults({ModePower, "T1"});
   host_.failAllocation = 1;
-  host_.Press(1);
+  Press(ControlAccept);
   EXPECT_THAT(Items<SummaryTable>(), IsEmpty());
   for (int failing = 1; failing <= 2; ++failing) {
     host_.failAllocation = failing;
-    EXPECT_EQ(host_.Press(203), 0);
+    EXPECT_EQ(Press("power-vs-n"), 0);
   }
   EXPECT_THAT(Items<Chart>(), IsEmpty());
   EXPECT_THAT(host_.messages(), IsEmpty());

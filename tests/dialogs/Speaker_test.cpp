@@ -25,7 +25,8 @@ TEST_F(Speaker, FillsTheSlotsOfARefusal) {
   Speak(nullptr, {Said::NullHypothesisNearlyTrue, {.001}});
   Speak(nullptr, {Said::SearchTooLarge, {std::int64_t{150000}}});
   Speak(nullptr, {Said::CancelledAtRequest});
-  EXPECT_THAT(MessageIds(), ElementsAre(12874, 12381, 12865));
+  EXPECT_THAT(MessageIds(), ElementsAre(text::NullHypothesisNearlyTrue, text::SearchTooLarge,
+                                        text::CancelledAtRequest));
   EXPECT_THAT(Texts()[0], testing::HasSubstr("within a tolerance of 0.001 of being true"));
   EXPECT_EQ(
       Texts()[1],

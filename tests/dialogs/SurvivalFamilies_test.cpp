@@ -1,6 +1,6 @@
 // The dialogs, tables, reports and charts of the survival tests. Values of powers and sizes come
 // from the closed forms in SciPy's normal distribution.
-#include "dialogs/FamilyCases.h"
+#include "dialogs/FamilyRun.h"
 
 namespace poweranalysis {
 namespace {
@@ -10,29 +10,30 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-using LogRankFamily = FamilyCases;
-using ExponentialSurvivalFamilies = FamilyCases;
+using LogRankFamily = FamilyRun;
+using ExponentialSurvivalFamilies = FamilyRun;
 
 Design LogRankPowerOf(int form) {
   return {ModePower,
           "SA1",
-          {{21033, "0.45"}, {21034, "0.65"}, {104, "85"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"Pi1", "0.45"}, {"Pi2", "0.65"}, {"SampleSize", "85"}, {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design LogRankSizeOf(int form) {
   return {ModeSampleSize,
           "SA1",
-          {{21033, "0.45"}, {21034, "0.65"}, {114, "0.83"}, {111, "0.04"}},
-          {1210 + form}};
+          {{"Pi1", "0.45"}, {"Pi2", "0.65"}, {"PowerGoal", "0.83"}, {"Alpha", "0.04"}},
+          {H0(form)}};
 }
 Design Exponential(int mode, const char* family, int form, const char* dropout = "") {
-  Design design{mode,
-                family,
-                {{21019, "0.4"}, {21020, "0.65"}, {21072, "7"}, {21071, "12"}, {111, "0.04"}},
-                {1210 + form}};
+  Design design{
+      mode,
+      family,
+      {{"Lambda1", "0.4"}, {"Lambda2", "0.65"}, {"T0", "7"}, {"T", "12"}, {"Alpha", "0.04"}},
+      {H0(form)}};
   design.typed.emplace_back(mode == ModePower ? 104 : 114, mode == ModePower ? "75" : "0.83");
   if (*dropout != 0) {
-    design.typed.emplace_back(21004, dropout);
+    design.typed.emplace_back("D", dropout);
   }
   return design;
 }
@@ -40,14 +41,43 @@ Design Exponential(int mode, const char* family, int form, const char* dropout =
 // --- Log-rank
 
 TEST_F(LogRankFamily, PagesHaveTheirFields) {
-  const std::vector<int> ranges = {21036, 21035, 138, 139, 140};
-  ExpectPage({ModePower, "SA1", false, 6239, {21033, 21034, 111, 104}, {1210, 1211}, {}, {}});
-  EXPECT_EQ(form().Find(1212), nullptr);
-  ExpectPage({ModeSampleSize, "SA1", false, 6264, {21033, 21034, 114, 111}, {1210, 1211}, {}, {}});
-  ExpectPage({ModePower, "SA1", true, 6262, ranges, {}, {}, {203, 204, 205}});
-  ExpectControls({129, 130}, {ControlKind::IntEdit});
-  ExpectPage({ModeSampleSize, "SA1", true, 6266, ranges, {}, {}, {603, 604, 605}});
-  ExpectControls({403, 406}, {ControlKind::RealEdit});
+  const std::vector<ControlName> ranges = {"Pi2Start", "Pi2End", "AlphaStart", "AlphaEnd",
+                                           "NInterval"};
+  ExpectPage({ModePower,
+              "SA1",
+              false,
+              6239,
+              {"Pi1", "Pi2", "Alpha", "SampleSize"},
+              {"H0Type=two-sided", "H0Type=upper"},
+              {},
+              {}});
+  EXPECT_EQ(Find("H0Type=2"), nullptr);
+  ExpectPage({ModeSampleSize,
+              "SA1",
+              false,
+              6264,
+              {"Pi1", "Pi2", "PowerGoal", "Alpha"},
+              {"H0Type=two-sided", "H0Type=upper"},
+              {},
+              {}});
+  ExpectPage({ModePower,
+              "SA1",
+              true,
+              6262,
+              ranges,
+              {},
+              {},
+              {"power-vs-n", "power-vs-alpha", "power-vs-pi2"}});
+  ExpectControls({"NStart", "NEnd"}, {ControlKind::IntEdit});
+  ExpectPage({ModeSampleSize,
+              "SA1",
+              true,
+              6266,
+              ranges,
+              {},
+              {},
+              {"n-vs-power", "n-vs-alpha", "n-vs-pi2"}});
+  ExpectControls({"PowerStart", "PowerEnd"}, {ControlKind::RealEdit});
 }
 
 TEST_F(LogRankFamily, TablesStandInTheirOrder) {
@@ -90,11 +120,11 @@ TEST_F(LogRankFamily, TablesStandInTheirOrder) {
 }
 
 TEST_F(LogRankFamily, AnchorsOfTheDefaults) {
-  Calculate({ModePower, "SA1", {}, {}});
+  Calculate({ModePower, "SA1"});
   EXPECT_NEAR(LastValue(), 0.817720264, 1e-7);
-  Calculate({ModeSampleSize, "SA1", {}, {}});
+  Calculate({ModeSampleSize, "SA1"});
   EXPECT_EQ(LastValue(), 128);
-  EXPECT_EQ(Value("Total Observed Events"), 102);
+  EXPECT_EQ(Row("Total Observed Events"), 102);
 }
 
 TEST_F(LogRankFamily, ReportsStandInTheirOrder) {
@@ -126,37 +156,39 @@ TEST_F(LogRankFamily, ReportsStandInTheirOrder) {
 
 TEST_F(LogRankFamily, TheOneTailedFormRunsAgainstItsLabel) {
   // "Pi1 <= Pi2" is computed exactly where it holds.
-  const Design smaller{ModePower, "SA1", {{21033, "0.7"}, {21034, "0.5"}}, {1211}};
-  ExpectRefusedEffect(smaller, 12873, {203, 204});
-  Calculate({ModePower, "SA1", {{21033, "0.5"}, {21034, "0.7"}}, {1211}});
+  const Design smaller{ModePower, "SA1", {{"Pi1", "0.7"}, {"Pi2", "0.5"}}, {"H0Type=upper"}};
+  ExpectRefusedEffect(smaller, text::NullHypothesisTrue, {"power-vs-n", "power-vs-alpha"});
+  Calculate({ModePower, "SA1", {{"Pi1", "0.5"}, {"Pi2", "0.7"}}, {"H0Type=upper"}});
   EXPECT_GT(LastValue(), 0.8);
 }
 
 TEST_F(LogRankFamily, ATrueNullIsRefused) {
-  ExpectRefusedEffect(With(LogRankPowerOf(0), 21034, "0.45"), 12873, {203, 204});
-  ExpectRefusedEffect(With(LogRankSizeOf(0), 21034, "0.4505"), 12874, {603, 604});
+  ExpectRefusedEffect(With(LogRankPowerOf(0), "Pi2", "0.45"), text::NullHypothesisTrue,
+                      {"power-vs-n", "power-vs-alpha"});
+  ExpectRefusedEffect(With(LogRankSizeOf(0), "Pi2", "0.4505"), text::NullHypothesisNearlyTrue,
+                      {"n-vs-power", "n-vs-alpha"});
   EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of being true"));
-  Calculate(With(LogRankPowerOf(0), 21034, "0.4505"));
+  Calculate(With(LogRankPowerOf(0), "Pi2", "0.4505"));
   EXPECT_THAT(host_.messages(), IsEmpty());
 }
 
 TEST_F(LogRankFamily, ARateOfZeroOrOneGivesABlankPowerOrNoTable) {
   for (const char* rate : {"0", "1"}) {
-    Calculate(With(LogRankPowerOf(0), 21034, rate));
+    Calculate(With(LogRankPowerOf(0), "Pi2", rate));
     EXPECT_TRUE(IsMissing(LastValue())) << rate;
     EXPECT_THAT(Paragraphs().back(), HasSubstr("a power of -----."));
-    Results(With(LogRankSizeOf(0), 21034, rate));
-    host_.Press(1);
+    Results(With(LogRankSizeOf(0), "Pi2", rate));
+    Press(ControlAccept);
     EXPECT_THAT(host_.workbook().items, IsEmpty()) << rate;
     EXPECT_EQ(OpenResource(), results_);
   }
 }
 
 TEST_F(LogRankFamily, AThirdFormHasNoHeadingAndNoPower) {
-  Parameters({ModePower, "SA1", {{21033, "0.7"}, {21034, "0.5"}}, {}});
+  Parameters({ModePower, "SA1", {{"Pi1", "0.7"}, {"Pi2", "0.5"}}, {}});
   block().SA1.Working.H0Type = 2;
-  host_.Press(1);
-  host_.Press(1);
+  Press(ControlAccept);
+  Press(ControlAccept);
   ASSERT_THAT(Items<SummaryTable>(), SizeIs(1));
   EXPECT_THAT(Headings(), ElementsAre("Power Calculation", "Survival - Log-Rank Test"));
   EXPECT_TRUE(IsMissing(LastValue()));
@@ -168,76 +200,27 @@ TEST_F(LogRankFamily, DrawsItsPlots) {
   const std::string family = "Survival - Log-Rank Test (H0:  Pi1 = Pi2)";
   const std::string n = "Required Sample Size (N)";
   const std::string pi2 = "Population Proportion Pi2 (Pi1 Fixed at 0.45)";
-  ExpectCharts({
-      {LogRankPowerOf(0),
-       {},
-       203,
-       14,
-       power,
-       family,
-       "Power vs. N (Pi1 = 0.45, Pi2 = 0.65, Alpha = 0.04)",
-       "Sample Size per Group (N)",
-       "Power",
-       104},
-      {LogRankPowerOf(0),
-       {},
-       204,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (Pi1 = 0.45, Pi2 = 0.65, N = 85)",
-       "Type I Error Rate (Alpha)",
-       "Power",
-       111},
-      {LogRankPowerOf(1),
-       {},
-       205,
-       17,
-       power,
-       "Survival - Log-Rank Test (H0:  Pi1 <= Pi2)",
-       "Power vs. Pi2 (N = 85, Alpha = 0.04)",
-       pi2,
-       "Power",
-       21034},
-      {LogRankSizeOf(0),
-       {},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power Goal (Pi1 = 0.45, Pi2 = 0.65, Alpha = 0.04)",
-       "Power Goal",
-       n,
-       114},
-      {LogRankSizeOf(0),
-       {},
-       604,
-       3,
-       size,
-       family,
-       "N vs. Alpha (Pi1 = 0.45, Pi2 = 0.65, Power Goal = 0.83)",
-       "Type I Error Rate (Alpha)",
-       n,
-       111},
-      {LogRankSizeOf(0),
-       {},
-       605,
-       5,
-       size,
-       family,
-       "N vs. Survival Rate Pi2 (Power Goal = 0.83)",
-       pi2,
-       n,
-       21034},
-  });
+  ExpectPlots(LogRankPowerOf(0), {}, power, family,
+              {{"power-vs-n", 14, "Power vs. N (Pi1 = 0.45, Pi2 = 0.65, Alpha = 0.04)",
+                "Sample Size per Group (N)", "Power", "SampleSize"},
+               {"power-vs-alpha", 15, "Power vs. Alpha (Pi1 = 0.45, Pi2 = 0.65, N = 85)",
+                "Type I Error Rate (Alpha)", "Power", "Alpha"}});
+  ExpectPlots(LogRankPowerOf(1), {}, power, "Survival - Log-Rank Test (H0:  Pi1 <= Pi2)",
+              {{"power-vs-pi2", 17, "Power vs. Pi2 (N = 85, Alpha = 0.04)", pi2, "Power", "Pi2"}});
+  ExpectPlots(LogRankSizeOf(0), {}, size, family,
+              {{"n-vs-power", 2, "N vs. Power Goal (Pi1 = 0.45, Pi2 = 0.65, Alpha = 0.04)",
+                "Power Goal", n, "PowerGoal"},
+               {"n-vs-alpha", 3, "N vs. Alpha (Pi1 = 0.45, Pi2 = 0.65, Power Goal = 0.83)",
+                "Type I Error Rate (Alpha)", n, "Alpha"},
+               {"n-vs-pi2", 5, "N vs. Survival Rate Pi2 (Power Goal = 0.83)", pi2, n, "Pi2"}});
 }
 
 TEST_F(LogRankFamily, APlotAcrossTheNullGoesOnPastTheFailedPoint) {
-  Results({ModePower, "SA1", {}, {}});
-  host_.Type(21036, "0.25");
-  host_.Type(21035, "0.75");
-  host_.Type(140, "4");
-  ASSERT_EQ(host_.Press(205), 1);
+  Results({ModePower, "SA1"});
+  Type("Pi2Start", "0.25");
+  Type("Pi2End", "0.75");
+  Type("NInterval", "4");
+  ASSERT_EQ(Press("power-vs-pi2"), 1);
   const Chart chart = Items<Chart>().back();
   ASSERT_THAT(chart.y, SizeIs(4));
   EXPECT_EQ(chart.y[2], -9999);
@@ -247,26 +230,40 @@ TEST_F(LogRankFamily, APlotAcrossTheNullGoesOnPastTheFailedPoint) {
 // --- Exponential survival
 
 TEST_F(ExponentialSurvivalFamilies, PagesHaveTheirFields) {
-  const std::vector<int> ranges = {21022, 21021, 138, 139, 140};
-  const std::vector<int> forms = {1210, 1211};
-  const std::vector<int> periods = {21019, 21020, 21072, 21071, 111};
-  const auto with = [&](std::vector<int> more) {
+  const std::vector<ControlName> ranges = {"Lambda2Start", "Lambda2End", "AlphaStart", "AlphaEnd",
+                                           "NInterval"};
+  const std::vector<ControlName> forms = {"H0Type=two-sided", "H0Type=upper"};
+  const std::vector<ControlName> periods = {"Lambda1", "Lambda2", "T0", "T", 111};
+  const auto with = [&](std::vector<ControlName> more) {
     more.insert(more.end(), periods.begin(), periods.end());
     return more;
   };
-  ExpectPage({ModePower, "SA2", false, 6270, with({104}), forms, {}, {}});
-  EXPECT_EQ(form().Find(1212), nullptr);
-  EXPECT_EQ(form().Find(21004), nullptr) << "no dropouts";
-  ExpectPage({ModeSampleSize, "SA2", false, 6268, with({114}), forms, {}, {}});
-  ExpectPage({ModePower, "SA3", false, 6276, with({104, 21004}), forms, {}, {}});
-  ExpectPage({ModeSampleSize, "SA3", false, 6279, with({114, 21004}), forms, {}, {}});
+  ExpectPage({ModePower, "SA2", false, 6270, with({"SampleSize"}), forms});
+  EXPECT_EQ(Find("H0Type=2"), nullptr);
+  EXPECT_EQ(Find("D"), nullptr) << "no dropouts";
+  ExpectPage({ModeSampleSize, "SA2", false, 6268, with({"PowerGoal"}), forms});
+  ExpectPage({ModePower, "SA3", false, 6276, with({"SampleSize", "D"}), forms});
+  ExpectPage({ModeSampleSize, "SA3", false, 6279, with({"PowerGoal", "D"}), forms});
   for (const char* family : {"SA2", "SA3"}) {
     const bool dropouts = family[2] == '3';
-    ExpectPage({ModePower, family, true, dropouts ? 6308 : 6272, ranges, {}, {}, {203, 204, 205}});
-    ExpectControls({129, 130}, {ControlKind::IntEdit});
-    ExpectPage(
-        {ModeSampleSize, family, true, dropouts ? 6281 : 6274, ranges, {}, {}, {603, 604, 605}});
-    ExpectControls({403, 406}, {ControlKind::RealEdit});
+    ExpectPage({ModePower,
+                family,
+                true,
+                dropouts ? 6308 : 6272,
+                ranges,
+                {},
+                {},
+                {"power-vs-n", "power-vs-lambda2", "power-vs-alpha"}});
+    ExpectControls({"NStart", "NEnd"}, {ControlKind::IntEdit});
+    ExpectPage({ModeSampleSize,
+                family,
+                true,
+                dropouts ? 6281 : 6274,
+                ranges,
+                {},
+                {},
+                {"n-vs-power", "n-vs-lambda2", "n-vs-alpha"}});
+    ExpectControls({"PowerStart", "PowerEnd"}, {ControlKind::RealEdit});
   }
 }
 
@@ -367,14 +364,14 @@ TEST_F(ExponentialSurvivalFamilies, TablesOfDropoutsPutTheRateElsewhere) {
 }
 
 TEST_F(ExponentialSurvivalFamilies, NoDropoutsAreTheTestWithoutThem) {
-  Calculate({ModePower, "SA2", {}, {}});
+  Calculate({ModePower, "SA2"});
   const double power = LastValue();
   EXPECT_NEAR(power, 0.613554826, 1e-7);
-  Calculate({ModePower, "SA3", {}, {}});
+  Calculate({ModePower, "SA3"});
   EXPECT_EQ(LastValue(), power);
-  Calculate({ModeSampleSize, "SA2", {}, {}});
+  Calculate({ModeSampleSize, "SA2"});
   EXPECT_EQ(LastValue(), 208);
-  EXPECT_NEAR(Value("Actual Power for Required N"), 0.900246, 1e-6);
+  EXPECT_NEAR(Row("Actual Power for Required N"), 0.900246, 1e-6);
 }
 
 TEST_F(ExponentialSurvivalFamilies, ReportsStandInTheirOrder) {
@@ -429,7 +426,7 @@ TEST_F(ExponentialSurvivalFamilies, ReportsStandInTheirOrder) {
                   "required.",
                   "\r\nWith a sample size of 109 per group, actual power is 83.15%."));
   for (const char* family : {"SA2", "SA3"}) {
-    ExpectReportOnlyAtTheHighestLevel({ModeSampleSize, family, {}, {}});
+    ExpectReportOnlyAtTheHighestLevel({ModeSampleSize, family});
   }
 }
 
@@ -437,9 +434,9 @@ TEST_F(ExponentialSurvivalFamilies, FollowUpMustLastAsLongAsAccrual) {
   const std::string text = "Followup T must be greater than or equal to accrual period T0";
   for (const char* family : {"SA2", "SA3"}) {
     for (const int mode : {ModePower, ModeSampleSize}) {
-      ExpectRefusedParameters({mode, family, {{21072, "9"}, {21071, "8"}}, {}}, 13182, text);
+      ExpectRefusedParameters({mode, family, {{"T0", "9"}, {"T", "8"}}, {}}, 13182, text);
     }
-    Calculate(With(Exponential(ModePower, family, 0), 21071, "7"));
+    Calculate(With(Exponential(ModePower, family, 0), "T", "7"));
     EXPECT_NEAR(LastValue(), 0.6796904890, 1e-6) << "as long is long enough";
   }
 }
@@ -447,7 +444,7 @@ TEST_F(ExponentialSurvivalFamilies, FollowUpMustLastAsLongAsAccrual) {
 TEST_F(ExponentialSurvivalFamilies, RatesMustBeAboveZero) {
   for (const char* family : {"SA2", "SA3"}) {
     for (const int mode : {ModePower, ModeSampleSize}) {
-      for (const int rate : {21019, 21020}) {
+      for (const char* rate : {"Lambda1", "Lambda2"}) {
         ExpectRefusedParameters({mode, family, {{rate, "0"}}, {}}, 13201,
                                 "Lambda must be greater than 0");
       }
@@ -457,14 +454,14 @@ TEST_F(ExponentialSurvivalFamilies, RatesMustBeAboveZero) {
 
 TEST_F(ExponentialSurvivalFamilies, PeriodsAndRatesAreCheckedAtCalculateToo) {
   for (const int mode : {ModePower, ModeSampleSize}) {
-    Results({mode, "SA2", {}, {}});
+    Results({mode, "SA2"});
     block().SA2.Working.T = 8;
-    EXPECT_EQ(host_.Press(1), 0);
+    EXPECT_EQ(Press(ControlAccept), 0);
     EXPECT_THAT(MessageIds(), ElementsAre(13182));
     EXPECT_THAT(host_.workbook().items, IsEmpty());
-    Results({mode, "SA3", {}, {}});
+    Results({mode, "SA3"});
     block().SA3.Working.Lambda1 = 0;
-    EXPECT_EQ(host_.Press(1), 0);
+    EXPECT_EQ(Press(ControlAccept), 0);
     EXPECT_THAT(MessageIds(), ElementsAre(13201));
     EXPECT_THAT(host_.workbook().items, IsEmpty());
   }
@@ -472,11 +469,14 @@ TEST_F(ExponentialSurvivalFamilies, PeriodsAndRatesAreCheckedAtCalculateToo) {
 
 TEST_F(ExponentialSurvivalFamilies, ATrueNullIsRefused) {
   for (const char* family : {"SA2", "SA3"}) {
-    ExpectRefusedEffect({ModePower, family, {{21020, "0.5"}}, {}}, 12873, {203, 205});
-    ExpectRefusedEffect({ModePower, family, {{21020, "0.4"}}, {1211}}, 12873, {203});
-    ExpectRefusedEffect({ModeSampleSize, family, {{21020, "0.5005"}}, {}}, 12874, {603, 605});
+    ExpectRefusedEffect({ModePower, family, {{"Lambda2", "0.5"}}, {}}, text::NullHypothesisTrue,
+                        {"power-vs-n", "power-vs-alpha"});
+    ExpectRefusedEffect({ModePower, family, {{"Lambda2", "0.4"}}, {"H0Type=upper"}},
+                        text::NullHypothesisTrue, {"power-vs-n"});
+    ExpectRefusedEffect({ModeSampleSize, family, {{"Lambda2", "0.5005"}}, {}},
+                        text::NullHypothesisNearlyTrue, {"n-vs-power", "n-vs-alpha"});
     EXPECT_THAT(host_.messages()[0].text, HasSubstr("within a tolerance of 0.001 of being true"));
-    Calculate({ModePower, family, {{21020, "0.4"}}, {}});
+    Calculate({ModePower, family, {{"Lambda2", "0.4"}}, {}});
     EXPECT_GT(LastValue(), 0.05) << "two-tailed, either rate may be the larger";
   }
 }
@@ -488,69 +488,22 @@ TEST_F(ExponentialSurvivalFamilies, DrawTheirPlotsWithoutDropouts) {
   const std::string n = "Required Sample Size (N)";
   const Design powerDesign = Exponential(ModePower, "SA2", 0);
   const Design sizeDesign = Exponential(ModeSampleSize, "SA2", 0);
-  ExpectCharts({
-      {powerDesign,
-       {},
-       203,
-       14,
-       power,
-       family,
-       "Power vs. N (Lambda1 = 0.4, Lambda2 = 0.65, Alpha = 0.04)",
-       "Sample Size per Group (N)",
-       "Power",
-       104},
-      {powerDesign,
-       {},
-       204,
-       21,
-       power,
-       family,
-       "Power vs. Lambda2 (N = 75)",
-       "Population Proportion Lambda2 (Lambda1 Fixed at 0.4)",
-       "Power",
-       21020},
-      {powerDesign,
-       {},
-       205,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, N = 75)",
-       "Type I Error Rate (Alpha)",
-       "Power",
-       111},
-      {sizeDesign,
-       {},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power (Lambda1 = 0.4, Lambda2= 0.65, T0 = 7, T = 12, Alpha = 0.04)",
-       "Power Goal",
-       n,
-       114},
-      {sizeDesign,
-       {},
-       604,
-       9,
-       size,
-       family,
-       "N vs. Lambda2 (Alpha = 0.04, Power Goal = 0.83, T0 = 7, T = 12)",
-       "Exponential Parameter Lambda2 (Lambda1 Fixed at 0.4)",
-       n,
-       21020},
-      // The bracket of this title is not closed.
-      {sizeDesign,
-       {},
-       605,
-       3,
-       size,
-       family,
-       "N vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, T0 = 7, T = 12",
-       "Type I Error Rate (Alpha) (Power Goal = 0.83)",
-       n,
-       111},
-  });
+  ExpectPlots(powerDesign, {}, power, family,
+              {{"power-vs-n", 14, "Power vs. N (Lambda1 = 0.4, Lambda2 = 0.65, Alpha = 0.04)",
+                "Sample Size per Group (N)", "Power", "SampleSize"},
+               {"power-vs-lambda2", 21, "Power vs. Lambda2 (N = 75)",
+                "Population Proportion Lambda2 (Lambda1 Fixed at 0.4)", "Power", "Lambda2"},
+               {"power-vs-alpha", 15, "Power vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, N = 75)",
+                "Type I Error Rate (Alpha)", "Power", "Alpha"}});
+  ExpectPlots(
+      sizeDesign, {}, size, family,
+      {{"n-vs-power", 2, "N vs. Power (Lambda1 = 0.4, Lambda2= 0.65, T0 = 7, T = 12, Alpha = 0.04)",
+        "Power Goal", n, "PowerGoal"},
+       {"n-vs-lambda2", 9, "N vs. Lambda2 (Alpha = 0.04, Power Goal = 0.83, T0 = 7, T = 12)",
+        "Exponential Parameter Lambda2 (Lambda1 Fixed at 0.4)", n, "Lambda2"},
+       // The bracket of this title is not closed.
+       {"n-vs-alpha", 3, "N vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, T0 = 7, T = 12",
+        "Type I Error Rate (Alpha) (Power Goal = 0.83)", n, "Alpha"}});
 }
 
 TEST_F(ExponentialSurvivalFamilies, DrawTheirPlotsWithDropouts) {
@@ -560,68 +513,24 @@ TEST_F(ExponentialSurvivalFamilies, DrawTheirPlotsWithDropouts) {
   const std::string n = "Required Sample Size (N)";
   const Design powerDesign = Exponential(ModePower, "SA3", 1, "0.2");
   const Design sizeDesign = Exponential(ModeSampleSize, "SA3", 1, "0.2");
-  ExpectCharts({
-      {powerDesign,
-       {},
-       203,
-       14,
-       power,
-       family,
-       "Power vs. N (Lambda1 = 0.4, Lambda2= 0.65, Alpha = 0.04, D = 0.2)",
-       "Sample Size per Group (N)",
-       "Power",
-       104},
-      {powerDesign,
-       {},
-       204,
-       21,
-       power,
-       family,
-       "Power vs. Lambda2 (N = 75, Alpha = 0.04, D = 0.2)",
-       "Population Proportion Lambda2 (Lambda1 = 0.4)",
-       "Power",
-       21020},
-      {powerDesign,
-       {},
-       205,
-       15,
-       power,
-       family,
-       "Power vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, N = 75, D = 0.2)",
-       "Type I Error Rate (Alpha)",
-       "Power",
-       111},
-      {sizeDesign,
-       {},
-       603,
-       2,
-       size,
-       family,
-       "N vs. Power (Lambda1 = 0.4, Lambda2= 0.65, T0 = 7, T = 12, Alpha = 0.04, D = 0.2)",
-       "Power Goal",
-       n,
-       114},
-      {sizeDesign,
-       {},
-       604,
-       9,
-       size,
-       family,
-       "N vs. Lambda2 (Alpha = 0.04, Power Goal = 0.83, T0 = 7, T = 12, D = 0.2)",
-       "Exponential Parameter Lambda2 (Lambda1 Fixed at 0.4)",
-       n,
-       21020},
-      {sizeDesign,
-       {},
-       605,
-       3,
-       size,
-       family,
-       "N vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, T0 = 7, T = 12, D = 0.2)",
-       "Type I Error Rate (Alpha) (Power Goal = 0.83)",
-       n,
-       111},
-  });
+  ExpectPlots(
+      powerDesign, {}, power, family,
+      {{"power-vs-n", 14, "Power vs. N (Lambda1 = 0.4, Lambda2= 0.65, Alpha = 0.04, D = 0.2)",
+        "Sample Size per Group (N)", "Power", "SampleSize"},
+       {"power-vs-lambda2", 21, "Power vs. Lambda2 (N = 75, Alpha = 0.04, D = 0.2)",
+        "Population Proportion Lambda2 (Lambda1 = 0.4)", "Power", "Lambda2"},
+       {"power-vs-alpha", 15, "Power vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, N = 75, D = 0.2)",
+        "Type I Error Rate (Alpha)", "Power", "Alpha"}});
+  ExpectPlots(
+      sizeDesign, {}, size, family,
+      {{"n-vs-power", 2,
+        "N vs. Power (Lambda1 = 0.4, Lambda2= 0.65, T0 = 7, T = 12, Alpha = 0.04, D = 0.2)",
+        "Power Goal", n, "PowerGoal"},
+       {"n-vs-lambda2", 9,
+        "N vs. Lambda2 (Alpha = 0.04, Power Goal = 0.83, T0 = 7, T = 12, D = 0.2)",
+        "Exponential Parameter Lambda2 (Lambda1 Fixed at 0.4)", n, "Lambda2"},
+       {"n-vs-alpha", 3, "N vs. Alpha (Lambda1 = 0.4, Lambda2 = 0.65, T0 = 7, T = 12, D = 0.2)",
+        "Type I Error Rate (Alpha) (Power Goal = 0.83)", n, "Alpha"}});
 }
 
 TEST_F(ExponentialSurvivalFamilies, TheFrameShowsTheInputs) {
@@ -629,17 +538,17 @@ TEST_F(ExponentialSurvivalFamilies, TheFrameShowsTheInputs) {
   for (const char* line :
        {"Lambda1: 0.4", "Lambda2: 0.65", "Dropout Rate (D): 0.2", "Accrual Period (T0): 7",
         "Max. Follow-Up Time (T): 12", "Power Goal: 0.83"}) {
-    EXPECT_THAT(TextOf(201), HasSubstr(line));
+    EXPECT_THAT(TextOf(ControlSummary), HasSubstr(line));
   }
 }
 
 TEST_F(ExponentialSurvivalFamilies, AThirdFormHasNoHeadingAndNoAnswer) {
   for (const int mode : {ModePower, ModeSampleSize}) {
     // Form 2 needs an effect below the null to pass the check.
-    Parameters({mode, "SA3", {{21019, "0.7"}, {21020, "0.5"}}, {}});
+    Parameters({mode, "SA3", {{"Lambda1", "0.7"}, {"Lambda2", "0.5"}}, {}});
     block().SA3.Working.H0Type = 2;
-    host_.Press(1);
-    host_.Press(1);
+    Press(ControlAccept);
+    Press(ControlAccept);
     if (mode == ModePower) {
       EXPECT_THAT(Headings(),
                   ElementsAre("Power Calculation", "Survival - Exp., Accrual/Dropouts"));
@@ -651,11 +560,11 @@ TEST_F(ExponentialSurvivalFamilies, AThirdFormHasNoHeadingAndNoAnswer) {
 }
 
 TEST_F(ExponentialSurvivalFamilies, APlotFromARateOfZeroKeepsItsFailedFirstPoint) {
-  Results({ModePower, "SA2", {}, {}});
-  host_.Type(21022, "0");
-  host_.Type(21021, "1");
-  host_.Type(140, "9");
-  ASSERT_EQ(host_.Press(204), 1);
+  Results({ModePower, "SA2"});
+  Type("Lambda2Start", "0");
+  Type("Lambda2End", "1");
+  Type("NInterval", "9");
+  ASSERT_EQ(Press("power-vs-lambda2"), 1);
   const Chart chart = Items<Chart>().back();
   // Ten points of which the first failed: the block holds it and the next eight.
   ASSERT_THAT(chart.y, SizeIs(9));
@@ -666,11 +575,11 @@ TEST_F(ExponentialSurvivalFamilies, APlotFromARateOfZeroKeepsItsFailedFirstPoint
 }
 
 TEST_F(LogRankFamily, APlotUpToARateOfOneLeavesItsLastPointOut) {
-  Results({ModeSampleSize, "SA1", {}, {}});
-  host_.Type(21036, "0.75");
-  host_.Type(21035, "1");
-  host_.Type(140, "4");
-  ASSERT_EQ(host_.Press(605), 1);
+  Results({ModeSampleSize, "SA1"});
+  Type("Pi2Start", "0.75");
+  Type("Pi2End", "1");
+  Type("NInterval", "4");
+  ASSERT_EQ(Press("n-vs-pi2"), 1);
   const Chart chart = Items<Chart>().back();
   EXPECT_THAT(chart.x, ElementsAre(0.75F, 0.8125F, 0.875F, 0.9375F));
   EXPECT_THAT(chart.y, ::testing::Each(::testing::Gt(0.F)));
@@ -681,9 +590,9 @@ TEST_F(LogRankFamily, TheFrameShowsTheInputsWithoutTheEvents) {
   Results(LogRankSizeOf(0));
   for (const char* line : {"Group 1 Survival Rate (Pi1): 0.45", "Group 2 Survival Rate (Pi2): 0.65",
                            "Type I Error Rate (Alpha): 0.04", "Power Goal: 0.83"}) {
-    EXPECT_THAT(TextOf(201), HasSubstr(line));
+    EXPECT_THAT(TextOf(ControlSummary), HasSubstr(line));
   }
-  EXPECT_THAT(TextOf(201), ::testing::Not(HasSubstr("Events")));
+  EXPECT_THAT(TextOf(ControlSummary), ::testing::Not(HasSubstr("Events")));
 }
 
 }  // namespace
