@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "AutomationRun.h"
+#include "support/ControlName.h"
 #include "support/TemporaryFolder.h"
 
 namespace poweranalysis {
@@ -169,7 +170,7 @@ TEST_F(Objects, AGetGivesTheDoubleThatWasPut) {
 TEST_F(Objects, AGetReadsTheFullPrecisionBehindAShownNumber) {
   Parameters(ModePower, "T1");
   Block()->T1.Working.Mu0 = 1.0 / 3;
-  host_.Press(133);
+  host_.Press(ControlRefresh);
   EXPECT_EQ(driver_.Text(108), "0.33333");
   EXPECT_EQ(RealOf(application_.Dialog()->Get("Mean1")), 1.0 / 3);
 }
@@ -638,7 +639,7 @@ TEST(ObjectsOfOtherDialogs, ADoubleOverAWholeNumberIsRoundedTowardZero) {
   Application application(driver);
   const auto dialog = application.Dialog();
   dialog->Put("SampleSize1", 9.5);
-  EXPECT_EQ(driver.Text(21064), "9");
+  EXPECT_EQ(driver.Text(ControlOfField("SampleSizeN1")), "9");
   EXPECT_EQ(RealOf(dialog->Get("SampleSize1")), 9.0);
   dialog->Put("SampleSize2", -9.5);
   EXPECT_EQ(RealOf(dialog->Get("SampleSize2")), -9.0);
@@ -658,7 +659,7 @@ TEST(ObjectsOfOtherDialogs, FlagsOfTypeDoubleAreFlags) {
   Application application(driver);
   const auto dialog = application.Dialog();
   dialog->Put("ApproximateAlgorithm", 1.0);
-  EXPECT_EQ(driver.pressed, std::vector<int>{22021});
+  EXPECT_EQ(driver.pressed, std::vector<int>{NumberOf("Algorithm=normal", Family::P1)});
   EXPECT_EQ(RealOf(dialog->Get("ApproximateAlgorithm")), 1.0);
   EXPECT_EQ(RealOf(dialog->Get("ExactAlgorithm")), 0.0);
   dialog->Put("ExactAlgorithm", 0.0);
@@ -671,7 +672,7 @@ TEST(ObjectsOfOtherDialogs, ACheckBoxIsPressedOnlyWhenItDiffers) {
   const auto dialog = application.Dialog();
   dialog->Put("ContinuityCorrectionCalculation", std::int64_t{1});
   dialog->Put("ContinuityCorrectionCalculation", std::int64_t{1});
-  EXPECT_EQ(driver.pressed, std::vector<int>{22050});
+  EXPECT_EQ(driver.pressed, std::vector<int>{ControlOfField("Continuity")});
   EXPECT_EQ(IntOf(dialog->Get("ContinuityCorrectionCalculation")), 1);
   EXPECT_EQ(IntOf(dialog->Get("EqualSampleSizeCalculation")), 0);
   dialog->Put("ContinuityCorrectionCalculation", std::int64_t{0});

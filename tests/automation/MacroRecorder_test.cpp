@@ -8,7 +8,7 @@
 #include <sstream>
 
 #include "AutomationRun.h"
-#include "automation/SpecLookup.h"
+#include "support/ControlName.h"
 #include "support/TemporaryFolder.h"
 
 namespace poweranalysis {
@@ -34,28 +34,28 @@ class Constants : public AutomationRun {
 };
 
 TEST_F(Constants, AreNumberedInOneRunThroughTheModes) {
-  EXPECT_EQ(Recorded(0, 102, 0), 28954);
-  EXPECT_EQ(Recorded(0, 102, 3), 28957);
-  EXPECT_EQ(Recorded(1, 102, 3), 28957);
-  EXPECT_EQ(Recorded(2, 102, 3), 28975);
-  EXPECT_EQ(Recorded(3, 102, 0), 28982);
+  EXPECT_EQ(Recorded(0, ControlTasks, 0), 28954);
+  EXPECT_EQ(Recorded(0, ControlTasks, 3), 28957);
+  EXPECT_EQ(Recorded(1, ControlTasks, 3), 28957);
+  EXPECT_EQ(Recorded(2, ControlTasks, 3), 28975);
+  EXPECT_EQ(Recorded(3, ControlTasks, 0), 28982);
   for (int mode = 0; mode < 4; ++mode) {
-    EXPECT_EQ(Recorded(mode, 101, 2), 28990);
+    EXPECT_EQ(Recorded(mode, ControlModes, 2), 28990);
   }
 }
 
 TEST_F(Constants, ReplaceNothingElse) {
   EXPECT_EQ(Recorded(0, 111, 3), -1);
-  EXPECT_EQ(Recorded(4, 102, 3), -1);
-  EXPECT_EQ(Recorded(-1, 102, 3), -1);
+  EXPECT_EQ(Recorded(4, ControlTasks, 3), -1);
+  EXPECT_EQ(Recorded(-1, ControlTasks, 3), -1);
 }
 
 TEST_F(Constants, ReplaceNothingWithoutAWholeNumber) {
   COleAConstant none;
-  PostRecordControlValue(101, &none);
+  PostRecordControlValue(ControlModes, &none);
   EXPECT_FALSE(none.constant());
   COleAConstant named(28957, COleAConstant::Named);
-  PostRecordControlValue(102, &named);
+  PostRecordControlValue(ControlTasks, &named);
   EXPECT_EQ(named.constant(), 28957);
 }
 
@@ -89,12 +89,14 @@ class Recording : public AutomationRun {
     recorder_.AnalysisStarted();
     driver_.StartAnalysis();
   }
-  void Type(int control, const std::string& text) {
+  void Type(const ControlName& name, const std::string& text) {
+    const int control = ControlOf(name);
     host_.form()->Type(control, text);
     recorder_.Typed(driver_.OpenDialog(), driver_.Spec(), control, text, driver_.Number(control));
     host_.Press(control);
   }
-  void Press(int control) {
+  void Press(const ControlName& name) {
+    const int control = ControlOf(name);
     recorder_.Pressed(driver_.OpenDialog(), driver_.Spec(), control);
     driver_.Press(control);
   }
@@ -111,31 +113,29 @@ class Recording : public AutomationRun {
   }
   void StartTask(int mode, const char* family) {
     Start();
-    Select(101, mode);
-    Select(102, FindTask(mode, family));
-    Press(1);
+    if (const FamilyTable* table = FindFamily(family)) {
+      family_ = table->family;
+    }
+    Select(ControlModes, mode);
+    Select(ControlTasks, FindTask(mode, family));
+    Press(ControlAccept);
   }
 
-  // The control of a field of the open dialog; of a choice, the button of a value.
-  int ControlOf(const std::string& field, int value = 0) {
-    const DialogSpec spec = driver_.Spec();
-    for (const ControlSpec* control : FieldControls(spec)) {
-      if (control->name == field &&
-          (control->kind != ControlKind::Radio || control->value == value)) {
-        return control->number;
-      }
-    }
-    ADD_FAILURE() << "no field " << field;
-    return 0;
+  int ControlOf(const ControlName& name) const {
+    const int number = NumberOf(name, family_);
+    EXPECT_NE(number, 0) << "no control " << name;
+    return number;
   }
   // As the desktop does, which tells what the check box has become.
-  void Check(int control) {
+  void Check(const ControlName& name) {
+    const int control = ControlOf(name);
     const bool checked = !driver_.Checked(control);
     recorder_.Pressed(driver_.OpenDialog(), driver_.Spec(), control, checked);
     driver_.Press(control);
   }
 
   MacroRecorder recorder_;
+  Family family_ = Family::T1;
 };
 
 // Does what the lines of a script say, to an application of its own.
@@ -230,13 +230,13 @@ void ExpectSameResults(const Workbook& recorded, const std::string& script) {
 
 TEST_F(Recording, ASessionBecomesAScriptThatGivesTheSameResults) {
   StartTask(ModePower, "T1");
-  Type(111, "0.01");
-  Type(108, "-1.50");
-  Press(1211);
-  Press(1);
-  Type(130, "60");
-  Press(1);
-  Press(203);
+  Type("Alpha", "0.01");
+  Type("Mu0", "-1.50");
+  Press("H0Type=upper");
+  Press(ControlAccept);
+  Type("NEnd", "60");
+  Press(ControlAccept);
+  Press("power-vs-n");
   EXPECT_EQ(Lines(),
             "\n"
             "startup = app.StartAnalysis()  # PowStartup\n"
@@ -259,25 +259,25 @@ TEST_F(Recording, ASessionBecomesAScriptThatGivesTheSameResults) {
 
 TEST_F(Recording, AWayThereAndBackGivesTheSameResults) {
   StartTask(ModeSampleSize, "T2");
-  Press(22031);
-  Type(21065, "40");
-  Type(111, "7");
-  Press(1);  // refused: the dialog stays
-  Type(111, "0.1");
-  Press(1);
-  Press(1);
-  Type(406, "0.92");
-  Press(605);
-  Press(208);
-  Type(119, "8");
-  Press(1);
-  Press(1);
-  Press(2);
-  Press(2);
-  Select(102, 2);
-  Press(1);
-  Press(1);
-  Press(1);
+  Press("NToVary=n1");
+  Type("SampleSizeN2", "40");
+  Type("Alpha", "7");
+  Press(ControlAccept);  // refused: the dialog stays
+  Type("Alpha", "0.1");
+  Press(ControlAccept);
+  Press(ControlAccept);
+  Type("PowerEnd", "0.92");
+  Press("n-vs-power");
+  Press(ControlChangeParams);
+  Type("Sigma", "8");
+  Press(ControlAccept);
+  Press(ControlAccept);
+  Press(ControlBack);
+  Press(ControlBack);
+  Select(ControlTasks, 2);
+  Press(ControlAccept);
+  Press(ControlAccept);
+  Press(ControlAccept);
   const std::string script = recorder_.Script();
   EXPECT_THAT(script, HasSubstr("dialog.SetField(\"NToVary\", 1)\n"));
   EXPECT_THAT(script, HasSubstr("results.PressButton(\"ChangeParams\")\n"));
@@ -288,13 +288,13 @@ TEST_F(Recording, AWayThereAndBackGivesTheSameResults) {
 
 TEST_F(Recording, AFamilyOfManyFieldsGivesTheSameResults) {
   StartTask(ModePower, "AV2");
-  Type(ControlOf("Rows"), "3");
-  Type(ControlOf("Columns"), "4");
-  Type(ControlOf("N"), "12");
-  Press(1);
-  Type(ControlOf("AlphaEnd"), "0.2");
-  Press(1);
-  Press(203);
+  Type("Rows", "3");
+  Type("Columns", "4");
+  Type("N", "12");
+  Press(ControlAccept);
+  Type("AlphaEnd", "0.2");
+  Press(ControlAccept);
+  Press("power-vs-n");
   const std::string script = recorder_.Script();
   EXPECT_THAT(script, HasSubstr("dialog = app.Dialog  # PowAV2PowParametersDialog\n"
                                 "dialog.NumberOfRows = 3\n"
@@ -308,12 +308,12 @@ TEST_F(Recording, AFamilyOfManyFieldsGivesTheSameResults) {
 TEST_F(Recording, CheckBoxesAreRecordedAsWhatTheyBecome) {
   StartTask(ModePower, "P2");
   const bool continuity = driver_.Checked(ControlOf("Continuity"));
-  Check(ControlOf("Continuity"));
-  Check(ControlOf("EqualN"));
-  Check(ControlOf("EqualN"));
-  Type(ControlOf("Pi1"), "0.7");
-  Press(1);
-  Press(1);
+  Check("Continuity");
+  Check("EqualN");
+  Check("EqualN");
+  Type("Pi1", "0.7");
+  Press(ControlAccept);
+  Press(ControlAccept);
   const std::string script = recorder_.Script();
   EXPECT_THAT(script, HasSubstr(continuity ? "dialog.ContinuityCorrectionCalculation = 0\n"
                                            : "dialog.ContinuityCorrectionCalculation = 1\n"));
@@ -323,14 +323,14 @@ TEST_F(Recording, CheckBoxesAreRecordedAsWhatTheyBecome) {
 
 TEST_F(Recording, ACalculatorGivesTheSameAnswers) {
   StartTask(ModeDistribution, "F");
-  Press(ControlOf("WhatToCompute", 2));
-  Type(ControlOf("FObserved"), "4.1");
-  Type(ControlOf("CumP"), "0.1");
-  Press(1);
+  Press("WhatToCompute=2");
+  Type("FObserved", "4.1");
+  Type("CumP", "0.1");
+  Press(ControlAccept);
   const double delta = *driver_.Number(ControlOf("Delta"));
-  Press(ControlOf("WhatToCompute", 1));
-  Check(ControlOf("OneMinusP"));
-  Press(1);
+  Press("WhatToCompute=1");
+  Check("OneMinusP");
+  Press(ControlAccept);
   const double p = *driver_.Number(ControlOf("CumP"));
   EXPECT_EQ(Lines(),
             "\n"
@@ -359,32 +359,32 @@ TEST_F(Recording, ACalculatorGivesTheSameAnswers) {
 TEST_F(Recording, EditsOfOneFieldInARowAreOneLine) {
   StartTask(ModePower, "T1");
   for (const char* text : {"0", "0.", "0.2", "0.20"}) {
-    Type(111, text);
+    Type("Alpha", text);
   }
-  Press(1211);
-  Press(1212);
+  Press("H0Type=upper");
+  Press("H0Type=lower");
   EXPECT_THAT(Lines(), HasSubstr("PowT1PowParamsDialog\ndialog.Alpha = 0.2\n"
                                  "dialog.OneTailedHigh = 1\n"));
   EXPECT_THAT(Lines(), Not(HasSubstr("OneTailedLow")));
-  Type(111, "0.1");
+  Type("Alpha", "0.1");
   EXPECT_THAT(Lines(), HasSubstr("dialog.Alpha = 0.2\n"));
   EXPECT_THAT(Lines(), HasSubstr("dialog.Alpha = 0.1\n"));
 }
 
 TEST_F(Recording, ValuesAreTheShortestThatReadBack) {
   StartTask(ModePower, "T1");
-  Type(108, " 1.0e0 ");
-  Type(112, "0.10000000000000001");
-  Type(104, "30.9");
-  Type(119, "1e30");
+  Type("Mu0", " 1.0e0 ");
+  Type("Mu", "0.10000000000000001");
+  Type("SampleSize", "30.9");
+  Type("Sigma", "1e30");
   EXPECT_THAT(Lines(), HasSubstr("dialog.Mean1 = 1\ndialog.Mean2 = 0.1\ndialog.SampleSize = 30\n"
                                  "dialog.Sigma = 1e+30\n"));
 }
 
 TEST_F(Recording, WhatIsNoNumberIsRecordedAsTyped) {
   StartTask(ModePower, "T1");
-  Type(111, "a\"b\\");
-  Type(108, "inf");
+  Type("Alpha", "a\"b\\");
+  Type("Mu0", "inf");
   EXPECT_THAT(Lines(), HasSubstr("dialog.Alpha = \"a\\\"b\\\\\"\ndialog.Mean1 = \"inf\"\n"));
 }
 
@@ -392,15 +392,15 @@ TEST_F(Recording, TheChoiceThatTheStartupCameUpWithIsWrittenDown) {
   Start();
   Block()->Mode = 1;
   Block()->Selection[1] = 2;
-  Press(1);
+  Press(ControlAccept);
   EXPECT_THAT(Lines(), HasSubstr("PowAnalysisItem.scPowSampleSizeCalculation\n"));
   EXPECT_THAT(Lines(), HasSubstr("PowAnalysisType.scPowTwoMeansTTestDependentSamples\n"));
 }
 
 TEST_F(Recording, ATaskIsWrittenAfterItsMode) {
   Start();
-  Select(102, 2);
-  Press(1);
+  Select(ControlTasks, 2);
+  Press(ControlAccept);
   EXPECT_THAT(
       Lines(),
       HasSubstr("startup.AnalysisItem = poweranalysis.PowAnalysisItem.scPowPowerCalculation\n"
@@ -410,9 +410,9 @@ TEST_F(Recording, ATaskIsWrittenAfterItsMode) {
 
 TEST_F(Recording, AModeChosenLastBringsItsOwnTask) {
   Start();
-  Select(102, 2);
-  Select(101, 1);
-  Press(1);
+  Select(ControlTasks, 2);
+  Select(ControlModes, 1);
+  Press(ControlAccept);
   const std::string lines = Lines();
   EXPECT_THAT(lines, HasSubstr("scPowSampleSizeCalculation\n"
                                "startup.AnalysisType = "
@@ -423,27 +423,27 @@ TEST_F(Recording, AModeChosenLastBringsItsOwnTask) {
 TEST_F(Recording, AnAnalysisUnderWayIsWrittenDownFirst) {
   // What was done before is not told to the recorder.
   driver_.StartAnalysis();
-  host_.Select(101, 1);
-  host_.Select(102, 1);
-  host_.Press(1);
-  host_.Press(22032);
-  host_.Type(21064, "37");
-  host_.Type(119, "3.25");
-  host_.Press(1);
-  host_.Type(139, "0.2");
-  Press(1);
-  Press(604);
+  host_.Select(ControlModes, 1);
+  host_.Select(ControlTasks, 1);
+  host_.Press(ControlAccept);
+  host_.Press(ControlOf("NToVary=2"));
+  host_.Type(ControlOf("SampleSizeN1"), "37");
+  host_.Type(ControlOf("Sigma"), "3.25");
+  host_.Press(ControlAccept);
+  host_.Type(ControlOf("AlphaEnd"), "0.2");
+  Press(ControlAccept);
+  Press("n-vs-alpha");
   EXPECT_THAT(Lines(), HasSubstr("dialog.Sigma = 3.25\n"));
   ExpectSameResults(host_.TakeWorkbook(), recorder_.Script());
 }
 
 TEST_F(Recording, AParameterDialogUnderWayIsWrittenDownFirst) {
   driver_.StartAnalysis();
-  host_.Press(1);
-  host_.Type(112, "6.5");
-  Press(1211);
-  Press(1);
-  Press(1);
+  host_.Press(ControlAccept);
+  host_.Type(ControlOf("Mu"), "6.5");
+  Press("H0Type=upper");
+  Press(ControlAccept);
+  Press(ControlAccept);
   EXPECT_THAT(Lines(), HasSubstr("dialog.Mean2 = 6.5\n"));
   ExpectSameResults(host_.TakeWorkbook(), recorder_.Script());
 }
@@ -451,12 +451,12 @@ TEST_F(Recording, AParameterDialogUnderWayIsWrittenDownFirst) {
 TEST_F(Recording, AChosenFileIsTheArgumentOfItsPress) {
   TemporaryFolder folder;
   StartTask(ModePower, "T1");
-  Press(116);
+  Press(ControlSaveAs);
   recorder_.FileChosen(folder.File("a.ini"));
-  Press(9018);
+  Press(ControlOpen);
   recorder_.FileChosen("C:\\b \"c\".ini");
-  Press(13402);
-  Press(118);
+  Press(ControlSaveAsDefault);
+  Press(ControlRestoreDefaults);
   EXPECT_THAT(Lines(), HasSubstr("dialog.SaveSettingsAs(\"" + folder.File("a.ini") + "\")\n"));
   EXPECT_THAT(Lines(), HasSubstr("dialog.PressButton(\"Open\", \"C:\\\\b \\\"c\\\".ini\")\n"));
   EXPECT_THAT(Lines(), HasSubstr("dialog.SaveAsDefault()\n"));
@@ -465,8 +465,8 @@ TEST_F(Recording, AChosenFileIsTheArgumentOfItsPress) {
 
 TEST_F(Recording, ACancelledFileChooserLeavesNoLine) {
   StartTask(ModePower, "T1");
-  Type(111, "0.1");
-  Press(116);
+  Type("Alpha", "0.1");
+  Press(ControlSaveAs);
   recorder_.FileChosen(std::nullopt);
   EXPECT_THAT(Lines(), Not(HasSubstr("SaveSettingsAs")));
   recorder_.FileChosen(std::nullopt);
@@ -484,7 +484,7 @@ TEST_F(Recording, ASecondAnalysisStartsAnew) {
 TEST_F(Recording, OutputOptionsAreTheHostsOwn) {
   StartTask(ModePower, "T1");
   const std::string before = Lines();
-  Press(10710);
+  Press(ControlOutputOptions);
   EXPECT_EQ(Lines(), before);
 }
 

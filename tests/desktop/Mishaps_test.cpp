@@ -63,8 +63,6 @@ class MishapsTest : public QObject {
 
 namespace {
 
-constexpr int kSave = 9015;
-
 // The box that asks or tells something; its text, and the button pressed.
 QString AnswerQuestion(WindowDriver& driver, QMessageBox::StandardButton button) {
   WindowDriver::Settle();
@@ -227,7 +225,7 @@ void MishapsTest::settingsAreNotSavedOfABoxThatCannotBeRead() {
   };
   driver.ChooseTask(ModePower, 0);
   driver.Type(control::Mu, QStringLiteral("x"));
-  for (const int button : {kSave, 116, 13402}) {
+  for (const int button : {ControlSave, ControlSaveAs, ControlSaveAsDefault}) {
     driver.form().Click(button);
     QVERIFY(driver.TakeMessage().contains(QStringLiteral("\u201cx\u201d is not a number.")));
   }

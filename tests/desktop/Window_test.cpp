@@ -249,10 +249,10 @@ void WindowTest::settingsAreSavedAndOpenedAgain() {
   };
   driver.ChooseTask(ModePower, 0);
   driver.Type(control::Mu, QStringLiteral("0.123456789012345"));
-  driver.Click(116);  // Save As
+  driver.Click(ControlSaveAs);
   QVERIFY(QFile::exists(QString::fromStdString(file)));
   driver.Type(control::Mu, QStringLiteral("3"));
-  driver.Click(9018);  // Open
+  driver.Click(ControlOpen);
   QCOMPARE(Block()->T1.Working.Mu, 0.123456789012345);
   QCOMPARE(driver.Text(control::Mu), QStringLiteral("0.12346"));
   QVERIFY(driver.TakeMessage().isEmpty());
@@ -267,7 +267,7 @@ void WindowTest::aSettingsFileThatCannotBeWrittenIsToldAndForgotten() {
   };
   driver.ChooseTask(ModePower, 0);
   driver.Type(control::Mu, QStringLiteral("5"));
-  driver.Click(116);  // Save As
+  driver.Click(ControlSaveAs);
   const QString told = driver.TakeMessage();
   QVERIFY(told.contains(QStringLiteral("The settings were not saved.")));
   QVERIFY(told.contains(QString::fromStdString(file)));
@@ -286,7 +286,7 @@ void WindowTest::keysOfASettingsFileThatCannotBeReadAreTold() {
     return std::optional<std::string>(file);
   };
   driver.ChooseTask(ModePower, 0);
-  driver.Click(9018);  // Open
+  driver.Click(ControlOpen);
   QCOMPARE(driver.TakeMessage(),
            QStringLiteral("'study.ini', line 2: Mu=9,5 is not a number; the built-in value 2 "
                           "stands."));
@@ -300,7 +300,7 @@ void WindowTest::saveAsDefaultShowsWhatIsInForce() {
   driver.ChooseTask(ModePower, FindTask(ModePower, "R2"));
   const int box = ControlOfField("PopulationR2");
   driver.Type(box, QStringLiteral("0.4"));
-  driver.Click(13402);  // Save As Default
+  driver.Click(ControlSaveAsDefault);
   QVERIFY(driver.TakeMessage().contains(QStringLiteral("PopulationR2=0.4")));
   QCOMPARE(driver.Text(box), QStringLiteral("0.2"));
   QCOMPARE(Block()->R2.Working.PopulationR2, 0.2);
@@ -312,7 +312,7 @@ void WindowTest::saveAsDefaultLivesOnAndRestoreDefaultsBringsItBack() {
     WindowDriver driver(folder.File("config"));
     driver.ChooseTask(ModePower, 0);
     driver.Type(control::Mu, QStringLiteral("0.75"));
-    driver.Click(13402);  // Save As Default
+    driver.Click(ControlSaveAsDefault);
     driver.Type(control::Mu, QStringLiteral("9"));
     driver.Click(control::RestoreDefaults);
     QCOMPARE(driver.Text(control::Mu), QStringLiteral("0.75"));

@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "frame/DefineTask.h"
 #include "host/HeadlessHost.h"
 #include "module/PowerAnalysisModule.h"
 #include "support/ControlName.h"

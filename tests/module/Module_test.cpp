@@ -12,6 +12,14 @@
 namespace poweranalysis {
 namespace {
 
+// Of the dialogs below, as a host knows them.
+constexpr int kModes = 101;
+constexpr int kTasks = 102;
+constexpr int kAccept = 1;
+constexpr int kCancel = 2;
+constexpr int kMu1 = 21023;
+constexpr int kPowerGoal = 114;
+
 class Module : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -52,17 +60,17 @@ TEST_F(Module, FillsItsAttributesAndItsFourStages) {
 TEST_F(Module, DrivesTheFourStagesToARequiredSize) {
   EXPECT_EQ(host_.Start(*analysis_), -1);
   EXPECT_EQ(analysis_->currentStage(), 101);
-  host_.Select(101, 1);
-  host_.Select(102, 1);
-  host_.Press(1);
+  host_.Select(kModes, 1);
+  host_.Select(kTasks, 1);
+  host_.Press(kAccept);
   EXPECT_EQ(analysis_->currentStage(), 102);
   ASSERT_NE(host_.dialog(), nullptr);
   EXPECT_EQ(host_.dialog()->resource(), 6117);
-  host_.Type(21023, "5");
-  host_.Type(114, "0.8");
-  host_.Press(1);
+  host_.Type(kMu1, "5");
+  host_.Type(kPowerGoal, "0.8");
+  host_.Press(kAccept);
   EXPECT_EQ(analysis_->currentStage(), 103);
-  host_.Press(1);
+  host_.Press(kAccept);
   ASSERT_FALSE(host_.workbook().items.empty());
   const auto& table = std::get<SummaryTable>(host_.workbook().items.front());
   EXPECT_EQ(table.rows.back().title, "Required N (per group)");
@@ -71,7 +79,7 @@ TEST_F(Module, DrivesTheFourStagesToARequiredSize) {
 
 TEST_F(Module, CancelOfTheStartupEndsTheAnalysis) {
   host_.Start(*analysis_);
-  host_.Press(2);
+  host_.Press(kCancel);
   EXPECT_EQ(host_.dialog(), nullptr);
   ASSERT_EQ(host_.calls.exits.size(), 1u);
   EXPECT_EQ(host_.calls.exits[0].stage, 0);
@@ -80,7 +88,7 @@ TEST_F(Module, CancelOfTheStartupEndsTheAnalysis) {
 
 TEST_F(Module, OkOfTheStartupMovesOnByTheTable) {
   host_.Start(*analysis_);
-  host_.Press(1);
+  host_.Press(kAccept);
   ASSERT_EQ(host_.calls.exits.size(), 1u);
   EXPECT_EQ(host_.calls.exits[0].stage, 1);
   EXPECT_EQ(host_.calls.exits[0].kind, 2);

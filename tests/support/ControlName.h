@@ -6,6 +6,7 @@
 
 #include "dialogs/Controls.h"
 #include "dialogs/DialogFactory.h"
+#include "frame/DefineTask.h"
 #include "settings/PowerSettings.h"
 
 namespace poweranalysis {
