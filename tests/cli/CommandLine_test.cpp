@@ -174,6 +174,10 @@ TEST_F(CommandLine, ValuesOutOfRangeGetTheMessageOfTheSystem) {
   ExpectRefused({"power", "t1", "--sample-size", "1"},
                 "The appropriate range is 2 <= Sample Size (N) <= 150000.");
   ExpectRefused({"power", "t1", "--sample-size", "99999999999"}, "Current value is 2147483647.");
+  // Fields that the dialogs of the task do not show.
+  ExpectRefused({"power", "t1", "--degrees-of-freedom", "99999999999"},
+                "Current value is 2147483647.");
+  ExpectRefused({"power", "t1", "--confidence", "99999999999"}, "Current value is 1e+11.");
   ExpectRefused({"power", "t1", "--h0", "3"}, "Current value is 3.");
   ExpectRefused({"power", "t1", "--h0", "70000"}, "Current value is 32767.");
   ExpectRefused({"power", "t1", "--n-start", "1"}, "The current value for Start N is outside");
@@ -277,6 +281,13 @@ TEST_F(CommandLine, EveryCommandHasHelpWithAnExample) {
     EXPECT_EQ("", result.err);
     EXPECT_TRUE(Has(result.out, "Example:\n  poweranalysis ")) << result.out;
   }
+}
+
+TEST_F(CommandLine, HelpOfACommandWithoutFamiliesNamesNone) {
+  const Result result = Run({"list", "--help"});
+  EXPECT_TRUE(Has(result.out, "Usage: poweranalysis list\n")) << result.out;
+  EXPECT_FALSE(Has(result.out, "FAMILY")) << result.out;
+  EXPECT_FALSE(Has(result.out, "[OPTIONS]")) << result.out;
 }
 
 TEST_F(CommandLine, HelpOfAFamilyTellsMeaningRangeDefaultAndCharts) {
