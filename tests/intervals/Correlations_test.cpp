@@ -137,6 +137,24 @@ TEST_F(CorrelationIntervals, TheLimitsOnP2AreThoseOfTheDistribution) {
   EXPECT_EQ(limits.pValue, p);
 }
 
+TEST_F(CorrelationIntervals, ALimitOnP2IsShownAsItsSearchLeavesIt) {
+  // The search for the upper limit says that it did not settle.
+  R2Params record = Squared(.99, 0, 0);
+  record.SampleSize = 30;
+  record.TotalNumberOfVars = 2;
+  record.Confidence = .99;
+  double lower = 0;
+  double upper = 0;
+  double oneSided = 0;
+  double p = 0;
+  int words[3] = {};
+  MultipleR2Interval(2, .99, 30, .99, lower, upper, oneSided, words[0], words[1], words[2], R2Lee,
+                     p);
+  ASSERT_EQ(words[1], 1);
+  EXPECT_EQ(Of(record).rho2, (LimitPair{lower, upper}));
+  EXPECT_FALSE(Of(record).cancelled);
+}
+
 TEST_F(CorrelationIntervals, TheTwoTailedFormHasNeitherPowerNorSizes) {
   // Though with a null value of zero it is computed as the upper-tailed one elsewhere.
   const IntervalLimits limits = Of(Squared(.5, 0, H0TwoTailed));

@@ -312,7 +312,7 @@ TEST_F(MeansIntervals, ASearchForDeltaThatStartsAtZeroFailsWithAllThatFollows) {
 }
 
 TEST_F(MeansIntervals, AnFBeyondTheDistributionHasNoLimits) {
-  for (const auto& [f, groups, n] : {std::tuple{1e30, 3, 10}, {1000.0, 1000, 2}}) {
+  for (const auto& [f, groups, n] : {std::tuple{1e30, 3, 10}, std::tuple{1000.0, 1000, 2}}) {
     const IntervalLimits limits = Of(OneWay(f, groups, n));
     EXPECT_EQ(limits.delta, kNoLimits) << f;
     EXPECT_EQ(limits.rmsse, kNoLimits) << f;

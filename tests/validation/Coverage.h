@@ -91,7 +91,7 @@ inline double DeviationOf(const Design& design, const Tally& tally) {
   return (tally.Coverage() - design.confidence) / StandardError(design.confidence, tally.draws);
 }
 
-constexpr double kAllowed = 4;  // standard errors
+inline constexpr double kAllowed = 4;  // standard errors
 
 inline bool IsAccepted(const Design& design, const Row& row, const Tally& tally) {
   const double deviation = DeviationOf(design, tally);
