@@ -18,7 +18,7 @@ void DesktopDriver::OnWindowThread(const std::function<void()>& work) const {
 
 void DesktopDriver::WithForm(const std::function<void(DesktopForm&)>& work) const {
   OnWindowThread([&] {
-    if (DesktopForm* form = window_.host().form()) {
+    if (DesktopForm* form = window_.host().widgets()) {
       work(*form);
     }
   });
@@ -28,7 +28,7 @@ bool DesktopDriver::StartAnalysis() {
   bool open = false;
   OnWindowThread([&] {
     window_.NewAnalysis();
-    open = window_.host().form() != nullptr;
+    open = window_.host().widgets() != nullptr;
   });
   return open;
 }
@@ -70,7 +70,7 @@ void DesktopDriver::Select(int list, int row) {
 
 std::string DesktopDriver::Text(int control) const {
   std::string text;
-  WithForm([&](DesktopForm& form) { text = form.GetDlgItemText(control); });
+  WithForm([&](DesktopForm& form) { text = form.model().GetDlgItemText(control); });
   return text;
 }
 
@@ -78,7 +78,7 @@ std::optional<double> DesktopDriver::Number(int control) const {
   std::optional<double> number;
   WithForm([&](DesktopForm& form) {
     double value = 0;
-    if (form.GetDlgItemDouble(control, value) == 0) {
+    if (form.model().GetDlgItemDouble(control, value) == 0) {
       number = value;
     }
   });
@@ -87,13 +87,13 @@ std::optional<double> DesktopDriver::Number(int control) const {
 
 bool DesktopDriver::Checked(int control) const {
   bool checked = false;
-  WithForm([&](DesktopForm& form) { checked = form.IsDlgButtonChecked(control); });
+  WithForm([&](DesktopForm& form) { checked = form.model().IsDlgButtonChecked(control); });
   return checked;
 }
 
 int DesktopDriver::SelectedRow(int list) const {
   int row = -1;
-  WithForm([&](DesktopForm& form) { row = form.SelectedListRow(list); });
+  WithForm([&](DesktopForm& form) { row = form.model().SelectedListRow(list); });
   return row;
 }
 
@@ -127,7 +127,7 @@ WorkbookItem DesktopDriver::Item(std::size_t index) const {
 
 int DesktopDriver::MessageCount() const {
   int count = 0;
-  OnWindowThread([&] { count = window_.host().messageCount(); });
+  OnWindowThread([&] { count = window_.host().messageCalls(); });
   return count;
 }
 

@@ -112,7 +112,7 @@ const ReadingWords& WordsOf(Reading reading) {
   return kReadingWords.at(static_cast<std::size_t>(reading));
 }
 
-Reading ReadingOf(const HeadlessForm& form, const HeadlessForm::Control& held) {
+Reading ReadingOf(const FormModel& form, const FormModel::Control& held) {
   const int control = held.spec.number;
   double value = 0;
   if (held.number) {
@@ -132,7 +132,7 @@ Reading ReadingOf(const HeadlessForm& form, const HeadlessForm::Control& held) {
 Reading ReadingOf(const ControlSpec& box, const QString& text) {
   DialogSpec spec;
   spec.frame = {box};
-  HeadlessForm form;
+  FormModel form;
   form.AddDlgTabs(spec);
   form.Type(box.number, FromText(text));
   return ReadingOf(form, *form.Find(box.number));
@@ -159,22 +159,24 @@ QWidget* InScrollArea(QWidget* content) {
 
 }  // namespace
 
-DesktopForm::DesktopForm(QWidget* parent) : QWidget(parent) {
+DesktopForm::DesktopForm(std::shared_ptr<FormModel> model) : model_(std::move(model)) {
   setObjectName(QStringLiteral("dialog"));
   setFocusPolicy(Qt::NoFocus);
+  model_->SetView(this);
 }
+
+DesktopForm::~DesktopForm() { model_->SetView(nullptr); }
 
 // --- Building.
 
-void DesktopForm::AddDlgTabs(const DialogSpec& spec) {
-  model_.AddDlgTabs(spec);
-  AssignMnemonics(spec);
-  setAccessibleName(Shown(spec.title));
+void DesktopForm::Built() {
+  AssignMnemonics(spec());
+  setAccessibleName(Shown(spec().title));
   setAccessibleDescription(tr("Dialog"));
   auto* column = new QVBoxLayout(this);
 
   std::vector<ControlSpec> buttons;
-  for (const ControlSpec& control : spec.frame) {
+  for (const ControlSpec& control : spec().frame) {
     if (control.kind == ControlKind::StaticText || control.kind == ControlKind::HelpText) {
       column->addWidget(BuildSummary(control));
     } else {
@@ -182,16 +184,16 @@ void DesktopForm::AddDlgTabs(const DialogSpec& spec) {
     }
   }
   QWidget* bar = BuildButtonBar(buttons);
-  if (spec.pages.size() == 1) {
-    const PageSpec& page = spec.pages.front();
+  if (spec().pages.size() == 1) {
+    const PageSpec& page = spec().pages.front();
     QWidget* content = BuildPage(page);
     // Lists scroll by themselves.
     column->addWidget(OfKind(page, ControlKind::List).empty() ? InScrollArea(content) : content, 1);
   } else {
     tabs_ = new QTabWidget;
-    tabs_->setAccessibleName(tr("Pages of %1").arg(Shown(spec.title)));
+    tabs_->setAccessibleName(tr("Pages of %1").arg(Shown(spec().title)));
     tabs_->setAccessibleDescription(tr("The fields, and the files that keep them"));
-    for (const PageSpec& page : spec.pages) {
+    for (const PageSpec& page : spec().pages) {
       tabs_->addTab(InScrollArea(BuildPage(page)), Shown(page.caption));
     }
     column->addWidget(tabs_, 1);
@@ -348,7 +350,7 @@ QWidget* DesktopForm::BuildButtonBar(const std::vector<ControlSpec>& controls) {
   auto* main = new QHBoxLayout;
   auto* others = new QHBoxLayout;
   main->addStretch(1);
-  const int defaultButton = model_.spec().defaultButton;
+  const int defaultButton = model_->spec().defaultButton;
   for (const ControlSpec& control : controls) {
     QPushButton* button = MakeButton(control);
     const bool first = control.number == defaultButton;
@@ -464,7 +466,7 @@ QListWidget* DesktopForm::MakeList(const ControlSpec& control) {
   const int number = control.number;
   connect(list, &QListWidget::currentRowChanged, this, [this, number](int row) {
     if (row >= 0) {
-      model_.SelectListRow(number, row);
+      model_->SelectListRow(number, row);
       Q_EMIT Commanded(number, Notification::SelectionChange);
     }
   });
@@ -525,6 +527,14 @@ void DesktopForm::FocusBox(int control) {
   edit->line->selectAll();
 }
 
+void DesktopForm::TakeFocus() {
+  if (focusBefore_ == nullptr) {
+    FocusFirst();
+  } else {
+    focusBefore_->setFocus(Qt::OtherFocusReason);
+  }
+}
+
 void DesktopForm::FocusFirst() {
   for (const PageSpec& page : spec().pages) {
     for (const ControlSpec& control : Arranged(page)) {
@@ -555,22 +565,21 @@ int DesktopForm::ControlOf(const QWidget* widget) const {
 // same sees it disappear.
 void DesktopForm::Edited(int control, const QString& text) {
   if (!isEnabled()) {
-    ShowText(control);
+    TextChanged(control);
     return;
   }
-  model_.Type(control, FromText(text));
-  Mark(control);
+  model_->Type(control, FromText(text));
   Q_EMIT Commanded(control, Notification::Command);
 }
 
 void DesktopForm::Toggled(int control) {
   toggled_ = control;
   if (!isEnabled()) {
-    ShowChecked();
+    ChecksChanged();
     return;
   }
   if (auto* box = qobject_cast<QCheckBox*>(WidgetOf(control))) {
-    model_.CheckDlgButton(control, box->isChecked());
+    model_->CheckDlgButton(control, box->isChecked());
   }
   Q_EMIT Commanded(control, Notification::Command);
 }
@@ -593,11 +602,7 @@ void DesktopForm::Click(int control) {
 }
 
 void DesktopForm::Choose(int list, int row) {
-  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
-    const QSignalBlocker quiet(rows);
-    rows->setCurrentRow(row);
-    model_.SelectListRow(list, row);
-  }
+  model_->SelectListRow(list, row);
   Q_EMIT Commanded(list, Notification::SelectionChange);
 }
 
@@ -626,20 +631,20 @@ bool DesktopForm::event(QEvent* event) {
 // input.
 bool DesktopForm::IsAnswer(const ControlSpec& box) const {
   const ControlSpec* unknown =
-      UnknownBox(spec(), [this](int radio) { return model_.IsDlgButtonChecked(radio); });
+      UnknownBox(spec(), [this](int radio) { return model_->IsDlgButtonChecked(radio); });
   return box.name == "ActualValue" || (unknown != nullptr && unknown->number == box.number);
 }
 
 QString DesktopForm::Fault(int control) const {
-  const HeadlessForm::Control* held = model_.Find(control);
+  const FormModel::Control* held = model_->Find(control);
   if (held == nullptr || IsAnswer(held->spec)) {
     return {};
   }
-  if (const Reading reading = ReadingOf(model_, *held); reading != Reading::Number) {
+  if (const Reading reading = ReadingOf(*model_, *held); reading != Reading::Number) {
     return tr(WordsOf(reading).mark);
   }
   double value = 0;
-  model_.GetDlgItemDouble(control, value);
+  model_->GetDlgItemDouble(control, value);
   if (held->lower && value < *held->lower) {
     return tr("Below the lowest value, %1.").arg(ToText(FormatShortest(*held->lower)));
   }
@@ -649,7 +654,7 @@ QString DesktopForm::Fault(int control) const {
   return {};
 }
 
-QString DesktopForm::RangeOf(const HeadlessForm::Control& held) const {
+QString DesktopForm::RangeOf(const FormModel::Control& held) const {
   const bool whole = held.spec.kind == ControlKind::IntEdit;
   if (!held.lower || !held.upper) {
     return whole ? tr("It takes a whole number.") : tr("It takes a number.");
@@ -666,8 +671,8 @@ std::vector<UnreadableBox> DesktopForm::UnreadableBoxes() const {
     if (edit == edits_.constEnd() || IsAnswer(control)) {
       continue;
     }
-    const HeadlessForm::Control& held = *model_.Find(control.number);
-    const Reading reading = ReadingOf(model_, held);
+    const FormModel::Control& held = *model_->Find(control.number);
+    const Reading reading = ReadingOf(*model_, held);
     if (reading == Reading::Number) {
       continue;
     }
@@ -708,15 +713,18 @@ void DesktopForm::Mark(int control) {
                                                  "border-radius: 3px; padding: 2px; }"));
 }
 
-// --- Form. The model first, then the widget shows it.
+// --- What the model has changed.
 
-void DesktopForm::ShowText(int control) {
-  const QString text = ToText(model_.GetDlgItemText(control));
+void DesktopForm::TextChanged(int control) {
+  const QString text = ToText(model_->GetDlgItemText(control));
   QWidget* widget = WidgetOf(control);
   if (auto* line = qobject_cast<QLineEdit*>(widget)) {
-    const QSignalBlocker quiet(line);
-    line->setText(text);
-    line->setCursorPosition(0);
+    // Not what stands there already: whoever types keeps the cursor.
+    if (line->text() != text) {
+      const QSignalBlocker quiet(line);
+      line->setText(text);
+      line->setCursorPosition(0);
+    }
     Mark(control);
   } else if (auto* label = qobject_cast<QLabel*>(widget)) {
     label->setText(text);
@@ -727,124 +735,64 @@ void DesktopForm::ShowText(int control) {
   }
 }
 
-// Of radio buttons the checked one alone: its group unchecks the others.
-void DesktopForm::ShowChecked() {
+void DesktopForm::ChecksChanged() {
+  // Of radio buttons the checked one alone: its group unchecks the others.
   for (const ControlSpec& control : AllControls(spec())) {
     auto* button = qobject_cast<QAbstractButton*>(WidgetOf(control.number));
-    const bool checked = model_.IsDlgButtonChecked(control.number);
+    const bool checked = model_->IsDlgButtonChecked(control.number);
     if (button != nullptr && (checked || control.kind == ControlKind::CheckBox)) {
       const QSignalBlocker quiet(button);
       button->setChecked(checked);
     }
   }
-}
-
-void DesktopForm::SetDlgItemText(int control, std::string_view text) {
-  model_.SetDlgItemText(control, text);
-  ShowText(control);
-}
-
-std::string DesktopForm::GetDlgItemText(int control) const {
-  return model_.GetDlgItemText(control);
-}
-
-void DesktopForm::SetDlgItemLong(int control, std::int64_t value) {
-  model_.SetDlgItemLong(control, value);
-  ShowText(control);
-}
-
-std::int32_t DesktopForm::GetDlgItemLong(int control) const {
-  return model_.GetDlgItemLong(control);
-}
-
-void DesktopForm::SetDlgItemDouble(int control, double value, int width, int decimals) {
-  model_.SetDlgItemDouble(control, value, width, decimals);
-  ShowText(control);
-}
-
-int DesktopForm::GetDlgItemDouble(int control, double& value) const {
-  return model_.GetDlgItemDouble(control, value);
-}
-
-void DesktopForm::SetRETruncate(int control, int truncate) {
-  model_.SetRETruncate(control, truncate);
-}
-
-void DesktopForm::CheckRadioButton(int first, int last, int checked) {
-  model_.CheckRadioButton(first, last, checked);
-  ShowChecked();
   // Another box may have become that of the unknown.
   for (auto edit = edits_.constBegin(); edit != edits_.constEnd(); ++edit) {
     Mark(edit.key());
   }
 }
 
-void DesktopForm::CheckDlgButton(int control, bool checked) {
-  model_.CheckDlgButton(control, checked);
-  ShowChecked();
-}
-
-bool DesktopForm::IsDlgButtonChecked(int control) const {
-  return model_.IsDlgButtonChecked(control);
-}
-
-void DesktopForm::SetIntEditRange(int control, std::int32_t lower, std::int32_t upper) {
-  model_.SetIntEditRange(control, lower, upper);
-  Mark(control);
-}
-
-void DesktopForm::SetRealEditRange(int control, double lower, double upper, int form) {
-  model_.SetRealEditRange(control, lower, upper, form);
-  Mark(control);
-}
-
-void DesktopForm::ResetListContent(int list) {
-  model_.ResetListContent(list);
-  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
-    const QSignalBlocker quiet(rows);
+// Rows come one by one behind those that are there, and go all at once.
+void DesktopForm::ListChanged(int list) {
+  auto* rows = qobject_cast<QListWidget*>(WidgetOf(list));
+  if (rows == nullptr) {
+    return;
+  }
+  const FormModel::Control& held = *model_->Find(list);
+  const QSignalBlocker quiet(rows);
+  if (held.rows.empty()) {
     rows->clear();
   }
-}
-
-void DesktopForm::AddListRow(int list, std::string_view text, int icon) {
-  model_.AddListRow(list, text, icon);
-  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
-    const QSignalBlocker quiet(rows);
-    rows->addItem(new QListWidgetItem(IconOf(icon), Shown(text)));
+  for (auto i = static_cast<std::size_t>(rows->count()); i < held.rows.size(); ++i) {
+    rows->addItem(new QListWidgetItem(IconOf(held.icons[i]), Shown(held.rows[i])));
+  }
+  if (rows->currentRow() != held.selected) {
+    rows->setCurrentRow(held.selected);
   }
 }
 
-void DesktopForm::SelectListRow(int list, int row) {
-  model_.SelectListRow(list, row);
-  if (auto* rows = qobject_cast<QListWidget*>(WidgetOf(list))) {
-    const QSignalBlocker quiet(rows);
-    rows->setCurrentRow(model_.SelectedListRow(list));
-  }
-}
-
-int DesktopForm::SelectedListRow(int list) const { return model_.SelectedListRow(list); }
-
-void DesktopForm::SetHelpTextAttrib(int control) {
-  model_.SetHelpTextAttrib(control);
+void DesktopForm::LookChanged(int control) {
   StyleHelpTexts();
+  if (QWidget* widget = WidgetOf(control)) {
+    widget->setVisible(model_->Find(control)->visible);
+  }
+}
+
+void DesktopForm::EnabledChanged() {
+  if (!model_->IsEnabled()) {
+    focusBefore_ = focusWidget();
+  }
+  setEnabled(model_->IsEnabled());
 }
 
 // A help text stands out from the page by the colours of a tool tip's quiet cousin.
 void DesktopForm::StyleHelpTexts() {
   for (QWidget* widget : std::as_const(widgets_)) {
-    const HeadlessForm::Control* held = model_.Find(ControlOf(widget));
+    const FormModel::Control* held = model_->Find(ControlOf(widget));
     if (held != nullptr && held->helpText) {
       widget->setAutoFillBackground(true);
       widget->setBackgroundRole(QPalette::AlternateBase);
       widget->setForegroundRole(QPalette::Text);
     }
-  }
-}
-
-void DesktopForm::ShowControl(int control, bool shown) {
-  model_.ShowControl(control, shown);
-  if (QWidget* widget = WidgetOf(control)) {
-    widget->setVisible(shown);
   }
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QHash>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <memory>
 #include <vector>
 
 #include "host/AnalysisSupport.h"
-#include "host/HeadlessHost.h"
 
 class QAbstractButton;
 class QBoxLayout;
@@ -29,18 +30,19 @@ struct UnreadableBox {
 };
 
 // The visible side of one dialog, built from its description alone. What the controls hold is kept
-// by the same form that runs without a window; the widgets show it and pass on what the user does.
-// So a number reads the same whether it was typed here, given as an option or set by a script.
-class DesktopForm : public QWidget, public Form {
+// by the form model; the widgets show it and pass on what the user does. So a number reads the same
+// whether it was typed here, given as an option or set by a script.
+class DesktopForm : public QWidget, public FormView {
   Q_OBJECT
 
  public:
-  explicit DesktopForm(QWidget* parent = nullptr);
+  explicit DesktopForm(std::shared_ptr<FormModel> model);
+  ~DesktopForm() override;
 
-  const DialogSpec& spec() const { return model_.spec(); }
+  const FormModel& model() const { return *model_; }
+  const DialogSpec& spec() const { return model_->spec(); }
   // The widget of a control; null when the dialog has none of that number.
   QWidget* WidgetOf(int control) const { return widgets_.value(control); }
-  const HeadlessForm::Control* Find(int control) const { return model_.Find(control); }
   // The control that a widget of this form is; 0 for none.
   int ControlOf(const QWidget* widget) const;
 
@@ -49,7 +51,8 @@ class DesktopForm : public QWidget, public Form {
   void Click(int control);
   void Choose(int list, int row);
 
-  void FocusFirst();
+  // Where it was when another dialog came on top, or in the first field.
+  void TakeFocus();
   void FocusBox(int control);
   void PressDefault();
 
@@ -58,27 +61,13 @@ class DesktopForm : public QWidget, public Form {
   // Does a button compute with what is in the boxes, or save it?
   bool TakesValues(int button) const;
 
-  // --- Form.
-  void AddDlgTabs(const DialogSpec& spec) override;
-  void SetDlgItemText(int control, std::string_view text) override;
-  std::string GetDlgItemText(int control) const override;
-  void SetDlgItemLong(int control, std::int64_t value) override;
-  std::int32_t GetDlgItemLong(int control) const override;
-  void SetDlgItemDouble(int control, double value, int width, int decimals) override;
-  int GetDlgItemDouble(int control, double& value) const override;
-  void SetRETruncate(int control, int truncate) override;
-  void CheckRadioButton(int first, int last, int checked) override;
-  void CheckDlgButton(int control, bool checked) override;
-  bool IsDlgButtonChecked(int control) const override;
-  void SetIntEditRange(int control, std::int32_t lower, std::int32_t upper) override;
-  void SetRealEditRange(int control, double lower, double upper, int form) override;
-  void ResetListContent(int list) override;
-  void AddListRow(int list, std::string_view text, int icon) override;
-  void SelectListRow(int list, int row) override;
-  int SelectedListRow(int list) const override;
-  void SetHelpTextAttrib(int control) override;
-  void ShowControl(int control, bool shown) override;
-  bool IsWindow() const override { return model_.IsWindow(); }
+  // --- FormView.
+  void Built() override;
+  void TextChanged(int control) override;
+  void ChecksChanged() override;
+  void ListChanged(int list) override;
+  void LookChanged(int control) override;
+  void EnabledChanged() override;
 
  Q_SIGNALS:
   // The user did something; the host passes it to the dialog.
@@ -113,17 +102,17 @@ class DesktopForm : public QWidget, public Form {
   void AssignMnemonics(const DialogSpec& spec);
   QString Caption(const ControlSpec& control) const { return captions_.value(control.number); }
   void SetTabOrder();
-  void ShowText(int control);
-  void ShowChecked();
+  void FocusFirst();
   void Edited(int control, const QString& text);
   void Toggled(int control);
   void Mark(int control);
   bool IsAnswer(const ControlSpec& box) const;
   QString Fault(int control) const;
-  QString RangeOf(const HeadlessForm::Control& held) const;
+  QString RangeOf(const FormModel::Control& held) const;
   void StyleHelpTexts();
 
-  HeadlessForm model_;
+  std::shared_ptr<FormModel> model_;
+  QPointer<QWidget> focusBefore_;  // while another dialog lies on top
   QHash<int, QWidget*> widgets_;
   QHash<int, Edit> edits_;
   QHash<QString, QButtonGroup*> radios_;

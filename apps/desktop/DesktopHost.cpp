@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <algorithm>
 #include <utility>
 
 #include "desktop/NeighbourPowers.h"
@@ -20,22 +19,6 @@ namespace {
 constexpr int kPumpMilliseconds = 15;
 constexpr int kOptionsControl = 10710;
 
-// Repeats of one text become one message with their count.
-std::vector<Message> Joined(const std::vector<Message>& messages) {
-  std::vector<Message> joined;
-  for (const Message& message : messages) {
-    const auto same = std::find_if(joined.begin(), joined.end(), [&](const Message& other) {
-      return other.id == message.id && other.text == message.text;
-    });
-    if (same == joined.end()) {
-      joined.push_back(message);
-    } else {
-      same->count += message.count;
-    }
-  }
-  return joined;
-}
-
 }  // namespace
 
 DesktopHost::DesktopHost(StudyBook& book, Factory factory, QObject* parent)
@@ -45,12 +28,12 @@ DesktopHost::DesktopHost(StudyBook& book, Factory factory, QObject* parent)
   sinceStart_.start();
 }
 
-DesktopHost::~DesktopHost() { EndAnalysis(); }
+DesktopHost::~DesktopHost() { DesktopHost::EndAnalysis(); }
 
 // --- Running an analysis.
 
 bool DesktopHost::StartAnalysis() {
-  if (busy_) {
+  if (busy()) {
     Q_EMIT Refused();
     return false;
   }
@@ -59,57 +42,30 @@ bool DesktopHost::StartAnalysis() {
   if (analysis_ == nullptr) {
     return false;
   }
-  busy_ = true;
-  analysis_->AttachHost(this);
-  analysis_->StartSequence();
-  FollowExit();
-  Finish();
-  return dialog_ != nullptr;
+  Start(*analysis_);
+  return dialog() != nullptr;
 }
 
 void DesktopHost::EndAnalysis() {
-  const bool open = dialog_ != nullptr;
-  dialog_.reset();
-  form_.reset();
-  nextDialog_.reset();
-  nextForm_.reset();
+  const bool open = dialog() != nullptr;
+  RunningHost::EndAnalysis();
   analysis_.reset();
   if (open) {
     Q_EMIT DialogClosed();
   }
 }
 
-bool DesktopHost::CreateAnalysisDialog(std::unique_ptr<CAnalysisDialog> dialog) {
-  if (dialog == nullptr) {
-    return false;
-  }
-  nextDialog_ = std::move(dialog);
-  nextForm_ = FormPointer(new DesktopForm);
-  DesktopForm* form = nextForm_.get();
-  connect(form, &DesktopForm::Commanded, this,
-          [this, form](int control, Notification notification) {
-            if (form == form_.get()) {
-              Send({MessageCommand, control, notification});
-            }
-          });
-  nextDialog_->AttachForm(form);
-  nextDialog_->CallEventHandler({MessageStart, 0, Notification::Command});
-  return true;
-}
-
 long DesktopHost::Send(const DialogEvent& event) {
-  if (dialog_ == nullptr) {
+  if (dialog() == nullptr) {
     return 0;
   }
-  if (busy_) {
+  if (busy()) {
     Q_EMIT Refused();
     return 0;
   }
   if (RefusesUnreadable(event)) {
     return 0;
   }
-  busy_ = true;
-  wasCancelled_ = false;
   sentOutput_ = false;
   sinceStart_.start();
   if (event.message == MessageCommand) {
@@ -118,70 +74,68 @@ long DesktopHost::Send(const DialogEvent& event) {
       Q_EMIT OptionsWanted();
     }
   }
-  const long result = dialog_->CallEventHandler(event);
-  KeepResultsInPlace();
-  FollowExit();
-  Finish();
-  return result;
+  return RunningHost::Send(event);
 }
 
 // A box that cannot be read counts as 0, which nobody typed. A script gets the same numbers here as
 // without a window.
 bool DesktopHost::RefusesUnreadable(const DialogEvent& event) {
   const bool press = event.message == MessageCommand && event.notification == Notification::Command;
-  if (automation || !press || !form_->TakesValues(event.control)) {
+  if (automation || !press || !widgets()->TakesValues(event.control)) {
     return false;
   }
-  const std::vector<UnreadableBox> boxes = form_->UnreadableBoxes();
+  const std::vector<UnreadableBox> boxes = widgets()->UnreadableBoxes();
   if (!boxes.empty()) {
     Q_EMIT BoxesUnreadable(event.control, boxes);
   }
   return !boxes.empty();
 }
 
-void DesktopHost::Finish() {
+// Messages are shown when the command has ended, so that repeats join and no box stops a search.
+void DesktopHost::CommandEnded() {
+  KeepResultsInPlace();
+  const std::vector<Message> messages = TakeMessages();
   if (sentOutput_) {
-    book_.AddMessages(messages_);
+    book_.AddMessages(messages);
   }
-  busy_ = false;
   if (frozen_) {
     frozen_ = false;
     Q_EMIT Frozen(false);
   }
-  const std::vector<Message> messages = Joined(std::exchange(messages_, {}));
   if (!messages.empty()) {
-    Q_EMIT MessagesReady(messages);
+    Q_EMIT MessagesReady(JoinRepeats(messages));
   }
   Q_EMIT CommandDone();
 }
 
-void DesktopHost::OpenNext() {
-  form_ = std::move(nextForm_);
-  dialog_ = std::move(nextDialog_);
-  freshStudy_ = true;
-  ++dialogNumber_;
-  Q_EMIT DialogOpened();
+// --- Dialogs.
+
+// The widgets may be inside one of their own signals when their dialog closes.
+std::shared_ptr<FormView> DesktopHost::MakeView(const std::shared_ptr<FormModel>& form) {
+  std::shared_ptr<DesktopForm> shown(new DesktopForm(form),
+                                     [](DesktopForm* f) { f->deleteLater(); });
+  connect(shown.get(), &DesktopForm::Commanded, this,
+          [this, sender = shown.get()](int control, Notification notification) {
+            if (sender == widgets()) {
+              Send({MessageCommand, control, notification});
+            }
+          });
+  return shown;
 }
 
-void DesktopHost::FollowExit() {
-  while (analysis_ != nullptr) {
-    if (nextDialog_ != nullptr) {
-      OpenNext();
-    }
-    const std::optional<PendingExit> exit = analysis_->TakePendingExit();
-    if (!exit) {
-      return;
-    }
-    dialog_.reset();
-    form_.reset();
-    analysis_->ForwardSequence(exit->stage, exit->kind);
-    if (nextDialog_ == nullptr) {
-      if (exit->stage != 0) {
-        ReopenStartup();
-      } else {
-        Q_EMIT DialogClosed();
-      }
-    }
+DesktopForm* DesktopHost::widgets() const { return static_cast<DesktopForm*>(view()); }
+
+void DesktopHost::DialogOnTop(bool opened) {
+  // A modal dialog goes on with the study of the one below.
+  freshStudy_ = freshStudy_ || (opened && !dialog()->IsModal());
+  Q_EMIT DialogShown();
+}
+
+void DesktopHost::NothingOpened(int stage) {
+  if (stage == 0) {
+    Q_EMIT DialogClosed();
+  } else {
+    ReopenStartup();
   }
 }
 
@@ -200,80 +154,12 @@ void DesktopHost::ReopenStartup() {
   analysis_->ForwardSequence(StageStartup, ExitBack);
 }
 
-// --- Memory and keyword files.
-
-int DesktopHost::AllocMem(void** block, std::size_t bytes) {
-  return services_.AllocMem(block, bytes);
-}
-
-int DesktopHost::GetMem(void** block, std::size_t bytes) { return services_.GetMem(block, bytes); }
-
-void DesktopHost::FreeMem(void* block) { services_.FreeMem(block); }
-
-std::optional<KeywordValue> DesktopHost::GetInitKeywordPrivate(KeywordKind kind,
-                                                               const std::string& file,
-                                                               const std::string& section,
-                                                               const std::string& key) {
-  return services_.GetInitKeywordPrivate(kind, file, section, key);
-}
-
-KeywordSection DesktopHost::GetInitSection(const std::string& file, const std::string& section) {
-  return services_.GetInitSection(file, section);
-}
-
-int DesktopHost::BeginInitKeywords(const std::string& file) {
-  return services_.BeginInitKeywords(file);
-}
-
-int DesktopHost::PutInitKeywordPrivate(const std::string& file,
-                                       const std::string& section,
-                                       const std::string& key,
-                                       const KeywordValue& factory,
-                                       const KeywordValue& value) {
-  return services_.PutInitKeywordPrivate(file, section, key, factory, value);
-}
-
-int DesktopHost::EndInitKeywords(const std::string& file) {
-  return services_.EndInitKeywords(file);
-}
-
-std::string DesktopHost::InitKeywordsError() const { return services_.InitKeywordsError(); }
-
-// --- Messages. They are shown when the command has ended, so that repeats join and no box stops a
-// search.
-
-void DesktopHost::DspMessageBox(unsigned /*flags*/,
-                                WindowHandle /*parent*/,
-                                int textId,
-                                const std::string& text) {
-  ++messageCount_;
-  // Neighbours join here as they do without a window; what is shown joins all repeats of a command.
-  if (!messages_.empty() && messages_.back().id == textId && messages_.back().text == text) {
-    ++messages_.back().count;
-    return;
-  }
-  messages_.push_back({textId, text, 1});
-}
-
 // --- Progress.
 
-void DesktopHost::d_pbar(const std::string& title) { progress_.title = title; }
-
-void DesktopHost::dstart(int count) {
-  progress_.count = count;
-  progress_.position = 0;
-  progress_.open = true;
-  Q_EMIT ProgressChanged(progress_);
-}
-
-void DesktopHost::termom(int position) {
-  progress_.position = position;
-  Q_EMIT ProgressChanged(progress_);
-}
-
-void DesktopHost::dstop() {
-  progress_.open = false;
-  Q_EMIT ProgressChanged(progress_);
+void DesktopHost::ProgressChanged(BarChange change) {
+  if (change != BarChange::Titled) {
+    Q_EMIT ProgressMoved(progress());
+  }
 }
 
 bool DesktopHost::lookbr() {
@@ -286,7 +172,7 @@ bool DesktopHost::lookbr() {
     QCoreApplication::processEvents(QEventLoop::AllEvents, kPumpMilliseconds);
     sincePump_.restart();
   }
-  return wasCancelled_;
+  return RunningHost::lookbr();
 }
 
 // --- File choosers.
@@ -304,6 +190,11 @@ std::optional<std::string> DesktopHost::DoFileOpenDlg(const std::string& title,
 
 // --- Output.
 
+CatalogueDialog DesktopHost::Entry() const {
+  const CAnalysisDialog* stage = stageDialog();
+  return stage == nullptr ? CatalogueDialog{} : FindDialog(stage->resource());
+}
+
 void DesktopHost::PrepareStudy(bool forTable) {
   sentOutput_ = true;
   const bool hasTable = !book_.empty() && SummaryOf(book_.studies().back().study) != nullptr;
@@ -311,8 +202,7 @@ void DesktopHost::PrepareStudy(bool forTable) {
     return;
   }
   freshStudy_ = false;
-  const CatalogueDialog entry =
-      dialog_ == nullptr ? CatalogueDialog{} : FindDialog(dialog_->resource());
+  const CatalogueDialog entry = Entry();
   if (entry.dialog == nullptr) {
     book_.StartStudy(tr("Study"), {}, {});
     return;
@@ -326,8 +216,7 @@ void DesktopHost::PrepareStudy(bool forTable) {
 
 int DesktopHost::looka4(SummaryTable table) {
   PrepareStudy(true);
-  const CatalogueDialog entry =
-      dialog_ == nullptr ? CatalogueDialog{} : FindDialog(dialog_->resource());
+  const CatalogueDialog entry = Entry();
   std::vector<QString> note;
   if (entry.dialog != nullptr && entry.mode == ModeSampleSize) {
     note = NeighbourNote(entry.row, table, options.digits);
@@ -347,7 +236,8 @@ void DesktopHost::type(const std::string& paragraph) {
 }
 
 void DesktopHost::KeepResultsInPlace() {
-  std::optional<ResultsInPlace> results = dialog_->TakeResults();
+  std::optional<ResultsInPlace> results =
+      dialog() == nullptr ? std::nullopt : dialog()->TakeResults();
   if (!results) {
     return;
   }
@@ -363,7 +253,5 @@ int DesktopHost::NewGeneralMultipleChart(Chart chart) {
   book_.Add(std::move(chart));
   return 1;
 }
-
-void DesktopHost::RestoreResults() {}
 
 }  // namespace poweranalysis

@@ -11,7 +11,8 @@
 
 #include "desktop/DesktopForm.h"
 #include "desktop/StudyBook.h"
-#include "host/HeadlessHost.h"
+#include "frame/TaskCatalogue.h"
+#include "host/RunningHost.h"
 
 namespace poweranalysis {
 
@@ -24,10 +25,10 @@ struct OutputOptions {
 inline constexpr int LowestLevel = 1;
 inline constexpr int HighestLevel = 4;
 
-// The host with a window. It runs an analysis from dialog to dialog, keeps the event loop alive
-// during a search, and puts what comes out into the workbook. The window listens to its signals;
-// nothing here knows a family.
-class DesktopHost : public QObject, public Host {
+// The host with a window. It gives each dialog a form of widgets, keeps the event loop alive during
+// a search, and puts what comes out into the workbook. The window listens to its signals; nothing
+// here knows a family.
+class DesktopHost : public QObject, public RunningHost {
   Q_OBJECT
 
  public:
@@ -45,21 +46,13 @@ class DesktopHost : public QObject, public Host {
 
   // Ends the running analysis, if there is one, and opens the startup dialog of a new one.
   bool StartAnalysis();
-  void EndAnalysis();
-  // Sends an event to the open dialog, then follows its exit. Refused while a command runs.
-  long Send(const DialogEvent& event);
-  long Press(int control) { return Send({MessageCommand, control, Notification::Command}); }
+  void EndAnalysis() override;
+  // Refused while a command runs.
+  long Send(const DialogEvent& event) override;
 
-  DesktopForm* form() const { return form_.get(); }
-  CAnalysisDialog* dialog() const { return dialog_.get(); }
-  std::uint64_t dialogNumber() const { return form_ == nullptr ? 0 : dialogNumber_; }
-  bool busy() const { return busy_; }
+  // The widgets of the dialog on top; null when none is open.
+  DesktopForm* widgets() const;
   bool frozen() const { return frozen_; }
-  // The user's break: the running command stops at its next poll. It does not affect later
-  // commands.
-  void Cancel() { wasCancelled_ = true; }
-  const ProgressState& progress() const { return progress_; }
-  int messageCount() const { return messageCount_; }
 
   OutputOptions options;
   bool automation = false;  // a script drives the dialogs
@@ -67,17 +60,16 @@ class DesktopHost : public QObject, public Host {
   // flicker.
   int patienceMilliseconds = 60;
   FileChooser chooseFile;
-  void SetConfigFolder(const std::string& folder) { services_.configFolder = folder; }
-  const std::string& configFolder() const { return services_.configFolder; }
 
  Q_SIGNALS:
-  void DialogOpened();
+  // Another dialog is on top: it was opened, or the modal one above it has ended.
+  void DialogShown();
   void DialogClosed();
   void TaskUnavailable(const QString& task);
   // The first poll of a running command: dialogs are to be disabled until it ends.
   void Frozen(bool frozen);
   void Refused();
-  void ProgressChanged(const poweranalysis::ProgressState& progress);
+  void ProgressMoved(const poweranalysis::ProgressState& progress);
   // The messages of a finished command, repeats joined.
   void MessagesReady(const std::vector<poweranalysis::Message>& messages);
   void OptionsWanted();
@@ -89,23 +81,7 @@ class DesktopHost : public QObject, public Host {
 
  public:
   // --- Host.
-  int AllocMem(void** block, std::size_t bytes) override;
-  int GetMem(void** block, std::size_t bytes) override;
-  void FreeMem(void* block) override;
-  void DspMessageBox(unsigned flags,
-                     WindowHandle parent,
-                     int textId,
-                     const std::string& text) override;
-  void d_pbar(const std::string& title) override;
-  void dstart(int count) override;
-  void termom(int position) override;
-  void dstop() override;
-  bool IsProgressBarOpen() const override { return progress_.open; }
   bool lookbr() override;
-  bool IsExternallyCancelled() const override { return wasCancelled_; }
-  bool pcancel() const override { return wasCancelled_; }
-  bool WasCanceled() const override { return wasCancelled_; }
-  bool CreateAnalysisDialog(std::unique_ptr<CAnalysisDialog> dialog) override;
   bool IsOleAutomation() const override { return automation; }
   void EnableStartupMenus(int) override {}
   void RGBAttrType(int) override {}
@@ -114,64 +90,40 @@ class DesktopHost : public QObject, public Host {
                                              const std::string& extension) override;
   std::optional<std::string> DoFileOpenDlg(const std::string& title,
                                            const std::string& extension) override;
-  std::optional<KeywordValue> GetInitKeywordPrivate(KeywordKind kind,
-                                                    const std::string& file,
-                                                    const std::string& section,
-                                                    const std::string& key) override;
-  KeywordSection GetInitSection(const std::string& file, const std::string& section) override;
-  int BeginInitKeywords(const std::string& file) override;
-  int PutInitKeywordPrivate(const std::string& file,
-                            const std::string& section,
-                            const std::string& key,
-                            const KeywordValue& factory,
-                            const KeywordValue& value) override;
-  int EndInitKeywords(const std::string& file) override;
-  std::string InitKeywordsError() const override;
   void NextScrSetOptions(int) override {}
   int looka4(SummaryTable table) override;
   void type(const std::string& paragraph) override;
   int NewGeneralMultipleChart(Chart chart) override;
   void LockResults() override {}
   void UnlockResults() override {}
-  void RestoreResults() override;
+  void RestoreResults() override {}
   bool IsResultsToReportWindow() const override { return options.report; }
   bool IsResultsToWord() const override { return false; }
   int GetSupplementaryLevel() const override { return options.level; }
 
- private:
-  // The widget may be inside one of its own signals when its dialog closes.
-  struct LaterDeleter {
-    void operator()(DesktopForm* form) const { form->deleteLater(); }
-  };
-  using FormPointer = std::unique_ptr<DesktopForm, LaterDeleter>;
+ protected:
+  std::shared_ptr<FormView> MakeView(const std::shared_ptr<FormModel>& form) override;
+  void DialogOnTop(bool opened) override;
+  void NothingOpened(int stage) override;
+  void ProgressChanged(BarChange change) override;
+  void CommandEnded() override;
 
+ private:
   bool RefusesUnreadable(const DialogEvent& event);
-  void FollowExit();
-  void OpenNext();
   void ReopenStartup();
-  void Finish();
   // What the dialog shows in its own boxes becomes a study like any other.
   void KeepResultsInPlace();
   // A study for what comes next, when it does not belong in the open one.
   void PrepareStudy(bool forTable);
+  // The catalogue's row of the dialog that results come from.
+  CatalogueDialog Entry() const;
 
   StudyBook& book_;
   Factory factory_;
-  HeadlessHost services_;  // memory and keyword files need no window
   std::unique_ptr<CAnalysisSupport> analysis_;
-  std::unique_ptr<CAnalysisDialog> dialog_;
-  FormPointer form_;
-  std::unique_ptr<CAnalysisDialog> nextDialog_;  // created while another's handler runs
-  FormPointer nextForm_;
-  std::uint64_t dialogNumber_ = 0;
-  bool busy_ = false;
   bool frozen_ = false;
-  bool wasCancelled_ = false;
   bool freshStudy_ = true;
   bool sentOutput_ = false;
-  std::vector<Message> messages_;  // of the running command, in their order
-  int messageCount_ = 0;
-  ProgressState progress_;
   QElapsedTimer sinceStart_;  // of the running command
   QElapsedTimer sincePump_;
 };

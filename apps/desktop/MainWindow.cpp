@@ -75,7 +75,7 @@ MainWindow::MainWindow(const QString& configFolder)
         std::make_unique<QSettings>(folder_ + QStringLiteral("/desktop.ini"), QSettings::IniFormat);
   }
   basePoints_ = QApplication::font().pointSizeF();
-  host_->SetConfigFolder(FromText(folder_));
+  host_->configFolder = FromText(folder_);
   host_->chooseFile = [this](const DesktopHost::FileQuestion& question) {
     std::optional<std::string> path = ChooseFile(question);
     if (recording_) {
@@ -164,13 +164,13 @@ void MainWindow::BuildStatusBar() {
 }
 
 void MainWindow::ConnectHost() {
-  connect(host_, &DesktopHost::DialogOpened, this, &MainWindow::ShowDialog);
+  connect(host_, &DesktopHost::DialogShown, this, &MainWindow::ShowDialog);
   connect(host_, &DesktopHost::DialogClosed, this, &MainWindow::HideDialog);
   connect(host_, &DesktopHost::Frozen, this, &MainWindow::Freeze);
   connect(host_, &DesktopHost::Refused, this, [this] {
     statusBar()->showMessage(tr("A calculation is running. Wait for it, or cancel it."), 5000);
   });
-  connect(host_, &DesktopHost::ProgressChanged, this, &MainWindow::ShowProgress);
+  connect(host_, &DesktopHost::ProgressMoved, this, &MainWindow::ShowProgress);
   connect(host_, &DesktopHost::MessagesReady, this, &MainWindow::QueueMessages);
   connect(host_, &DesktopHost::BoxesUnreadable, this, &MainWindow::RefuseUnreadable);
   // Only once the command has returned: a dialog box inside it would run its own loop.
@@ -259,7 +259,7 @@ void MainWindow::NewAnalysis() {
 }
 
 void MainWindow::ShowDialog() {
-  DesktopForm* form = host_->form();
+  DesktopForm* form = host_->widgets();
   dialogDock_->setWindowTitle(form->accessibleName());
   dialogDock_->setAccessibleName(form->accessibleName());
   dialogDock_->setWidget(form);
@@ -269,7 +269,7 @@ void MainWindow::ShowDialog() {
   if (std::exchange(widthsOpen_, false)) {
     ShareWidth();
   }
-  form->FocusFirst();
+  form->TakeFocus();
 }
 
 void MainWindow::HideDialog() { dialogDock_->hide(); }
@@ -279,7 +279,7 @@ void MainWindow::Freeze(bool frozen) {
   if (frozen) {
     focusBefore_ = QApplication::focusWidget();
   }
-  if (DesktopForm* form = host_->form()) {
+  if (DesktopForm* form = host_->widgets()) {
     form->setEnabled(!frozen);
   }
   if (frozen) {
@@ -316,7 +316,7 @@ void MainWindow::RefuseUnreadable(int button, const std::vector<UnreadableBox>& 
                  : box.words + QLatin1Char(' ') + tr("Did you mean %1?").arg(box.proposal);
     proposed = proposed && !box.proposal.isEmpty();
   }
-  host_->form()->FocusBox(boxes.front().control);
+  host_->widgets()->FocusBox(boxes.front().control);
   Waiting waiting{{kNoTextNumber, FromText(lines.join(QStringLiteral("\n\n"))), 1}, {}};
   if (proposed) {
     waiting.yes = [this, button, boxes, dialog = host_->dialogNumber()] {
@@ -324,9 +324,9 @@ void MainWindow::RefuseUnreadable(int button, const std::vector<UnreadableBox>& 
         return;
       }
       for (const UnreadableBox& box : boxes) {
-        host_->form()->Type(box.control, box.proposal);
+        host_->widgets()->Type(box.control, box.proposal);
       }
-      host_->form()->Click(button);
+      host_->widgets()->Click(button);
     };
   }
   waiting_.push_back(std::move(waiting));

@@ -91,16 +91,13 @@ void StudyBook::Add(WorkbookItem item) {
 }
 
 void StudyBook::AddParagraph(const std::string& paragraph) {
-  if (!studies_.empty() && !studies_.back().study.workbook.items.empty()) {
-    std::vector<WorkbookItem>& items = studies_.back().study.workbook.items;
-    if (auto* report = std::get_if<Report>(&items.back())) {
-      report->paragraphs.push_back(paragraph);
-      SetChanged();
-      Q_EMIT ItemGrew(LastStudy(), static_cast<int>(items.size()) - 1);
-      return;
-    }
+  if (studies_.empty() || !ContinueReport(studies_.back().study.workbook, paragraph)) {
+    Add(Report{{paragraph}});
+    return;
   }
-  Add(Report{{paragraph}});
+  SetChanged();
+  const std::size_t items = studies_.back().study.workbook.items.size();
+  Q_EMIT ItemGrew(LastStudy(), static_cast<int>(items) - 1);
 }
 
 void StudyBook::AddMessages(const std::vector<Message>& messages) {

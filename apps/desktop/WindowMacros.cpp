@@ -52,8 +52,8 @@ void MainWindow::StopRecording() {
 
 // What the user did, before the dialog answers it.
 void MainWindow::Record(const DialogEvent& event) {
-  const DesktopForm* form = host_->form();
-  const HeadlessForm::Control* control = form == nullptr ? nullptr : form->Find(event.control);
+  const FormModel* form = host_->form();
+  const FormModel::Control* control = form == nullptr ? nullptr : form->Find(event.control);
   if (!recording_ || control == nullptr) {
     return;
   }

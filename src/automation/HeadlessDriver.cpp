@@ -1,47 +1,29 @@
 #include "automation/HeadlessDriver.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace poweranalysis {
-
-namespace {
-
-constexpr int kCommandBack = 2;
-
-}  // namespace
 
 HeadlessDriver::HeadlessDriver(HeadlessHost& host, Factory factory)
     : host_(host), factory_(std::move(factory)) {
   host_.oleAutomation = true;
 }
 
-HeadlessDriver::~HeadlessDriver() { CloseDialogs(); }
-
-void HeadlessDriver::CloseDialogs() {
-  // Results, parameters, startup: no dialog lies deeper. A dialog must not outlive its analysis.
-  constexpr int kDeepest = 3;
-  for (int i = 0; i < kDeepest && host_.dialog() != nullptr; ++i) {
-    host_.Press(kCommandBack);
-  }
-}
+// A dialog must not outlive its analysis.
+HeadlessDriver::~HeadlessDriver() { host_.EndAnalysis(); }
 
 bool HeadlessDriver::StartAnalysis() {
-  CloseDialogs();
+  host_.EndAnalysis();
   analysis_.reset();
   analysis_ = factory_();
   if (analysis_ == nullptr) {
     return false;
   }
-  ++analyses_;
   host_.Start(*analysis_);
   return host_.dialog() != nullptr;
 }
 
-std::uint64_t HeadlessDriver::OpenDialog() const {
-  // Between two dialogs of one analysis there is always an exit.
-  constexpr int kBits = 32;
-  return host_.dialog() == nullptr ? 0 : (analyses_ << kBits) + host_.calls.exits.size() + 1;
-}
+std::uint64_t HeadlessDriver::OpenDialog() const { return host_.dialogNumber(); }
 
 DialogSpec HeadlessDriver::Spec() const {
   return host_.form() == nullptr ? DialogSpec() : host_.form()->spec();
@@ -50,7 +32,7 @@ DialogSpec HeadlessDriver::Spec() const {
 void HeadlessDriver::Type(int control, const std::string& text) { host_.Type(control, text); }
 
 void HeadlessDriver::Press(int control) {
-  const HeadlessForm::Control* button =
+  const FormModel::Control* button =
       host_.form() == nullptr ? nullptr : host_.form()->Find(control);
   if (button != nullptr && button->spec.kind == ControlKind::CheckBox) {
     host_.form()->CheckDlgButton(control, !button->checked);

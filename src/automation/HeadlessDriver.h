@@ -36,12 +36,9 @@ class HeadlessDriver : public DialogDriver {
   HeadlessHost& host() const { return host_; }
 
  private:
-  void CloseDialogs();
-
   HeadlessHost& host_;
   Factory factory_;
   std::unique_ptr<CAnalysisSupport> analysis_;
-  std::uint64_t analyses_ = 0;  // started so far
 };
 
 }  // namespace poweranalysis

@@ -3,6 +3,7 @@
 #include <span>
 #include <string_view>
 
+#include "host/AnalysisSupport.h"
 #include "host/DialogSpec.h"
 #include "settings/Choices.h"
 
@@ -17,7 +18,7 @@ inline constexpr int ControlBackToo = 123;
 inline constexpr int ControlRestoreDefaults = 118;
 inline constexpr int ControlRestoreDefaultsToo = 12400;
 inline constexpr int ControlOutputOptions = 10710;
-inline constexpr int ControlRefresh = 133;  // the host asks for the values to be shown again
+inline constexpr int ControlRefresh = CommandRefresh;
 inline constexpr int ControlChangeParams = 208;
 inline constexpr int ControlSummary = 201;
 

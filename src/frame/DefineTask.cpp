@@ -35,7 +35,7 @@ bool IsHelpControl(int control) { return control == ControlModeHelp || control =
 
 }  // namespace
 
-void FillTaskList(Form& form, int list, std::span<const ListRow> rows, int selected) {
+void FillTaskList(FormModel& form, int list, std::span<const ListRow> rows, int selected) {
   form.ResetListContent(list);
   for (const ListRow& row : rows) {
     form.AddListRow(list, LoadText(row.text), row.icon);

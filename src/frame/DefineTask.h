@@ -26,7 +26,7 @@ struct ListRow {
   TextId text;
   int icon;
 };
-void FillTaskList(Form& form, int list, std::span<const ListRow> rows, int selected);
+void FillTaskList(FormModel& form, int list, std::span<const ListRow> rows, int selected);
 
 // The startup dialog: the user picks a mode and a task, which become Mode and Selection[Mode] of
 // the block. Each mode remembers its own row.

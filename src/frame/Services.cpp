@@ -108,7 +108,7 @@ NumberLayout LayOutNumber(double value, int maxDecimals, int minDecimals) {
 }
 
 void SetDlgItemNumber(
-    Form& form, int control, double value, int maxDecimals, int minDecimals, int truncate) {
+    FormModel& form, int control, double value, int maxDecimals, int minDecimals, int truncate) {
   constexpr int kHostWidth = 4;
   value += 0.0;  // a negative zero shows as "0"
   if (!std::isfinite(value)) {

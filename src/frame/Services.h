@@ -65,7 +65,7 @@ NumberLayout LayOutNumber(double value, int maxDecimals, int minDecimals);
 
 // Shows a real number in a control with as many decimals as it needs.
 void SetDlgItemNumber(
-    Form& form, int control, double value, int maxDecimals, int minDecimals, int truncate);
+    FormModel& form, int control, double value, int maxDecimals, int minDecimals, int truncate);
 
 // Hands a finished summary table to the host; the handle of its sheet.
 int SetTableOptions(Host& host, SummaryTable table);

@@ -9,7 +9,7 @@ CAnalysisDialog::CAnalysisDialog(CAnalysisSupport& analysis, int resource)
     : analysis_(analysis), resource_(resource) {}
 
 void CAnalysisDialog::ExitDialog(int stage, int kind, int flag) {
-  analysis_.RequestExit({stage, kind, flag});
+  analysis_.RequestExit({stage, kind, flag, this});
 }
 
 long CAnalysisDialog::CommonHandler(const DialogEvent&) { return 0; }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/Answer.h"
+#include "host/FormModel.h"
 #include "host/Host.h"
 
 // The host's side of an analysis: the base class that a module derives its analysis from, and the
@@ -26,6 +27,9 @@ class CAnalysisDoc {
 inline constexpr int MessageStart = 272;
 inline constexpr int MessageCommand = 273;
 inline constexpr int MessageColour = 25;
+
+// The command by which a host asks a dialog to show its values again.
+inline constexpr int CommandRefresh = 133;
 
 // Notifications that come with a command of a list.
 enum class Notification { Command = 0, SelectionChange = 1, DoubleClick = 2 };
@@ -51,7 +55,7 @@ struct ResultsInPlace {
 };
 
 // A dialog as a model: it answers events through EventHandler and touches its controls through the
-// form that the host gave it. It does not hold any values itself.
+// form model that the host gave it. It does not hold any values itself.
 class CAnalysisDialog {
  public:
   CAnalysisDialog(CAnalysisSupport& analysis, int resource);
@@ -69,14 +73,18 @@ class CAnalysisDialog {
 
   // The only way that a dialog ends: names the stage to run next (0 ends the analysis, 1 is "the
   // next by the table"), with ExitForward or ExitBack. The host closes the dialog and runs the
-  // stage once the handler has returned.
+  // stage once the handler has returned. Behind a modal dialog no stage runs: the dialog below goes
+  // on, and is asked to show its values again.
   void ExitDialog(int stage, int kind, int flag);
 
   // What the last command computed in place; nothing when it did not, and when it was taken.
   virtual std::optional<ResultsInPlace> TakeResults() { return std::nullopt; }
 
-  void AttachForm(Form* form) { form_ = form; }
-  Form& form() const { return *form_; }
+  // Whether it was opened from inside another dialog, and lies on top of it until it ends.
+  virtual bool IsModal() const { return false; }
+
+  void AttachForm(FormModel* form) { form_ = form; }
+  FormModel& form() const { return *form_; }
   WindowHandle window() const { return form_; }
 
  protected:
@@ -87,7 +95,7 @@ class CAnalysisDialog {
  private:
   CAnalysisSupport& analysis_;
   int resource_;
-  Form* form_ = nullptr;
+  FormModel* form_ = nullptr;
 };
 
 // A dialog beside which the user goes on; it is deleted when it closes.
@@ -100,6 +108,8 @@ class CAnalysisModelessDialog : public CAnalysisDialog {
 class CAnalysisModalDialog : public CAnalysisDialog {
  public:
   using CAnalysisDialog::CAnalysisDialog;
+
+  bool IsModal() const override { return true; }
 };
 
 // Results of a stage function.
@@ -117,6 +127,7 @@ struct PendingExit {
   int stage;
   int kind;
   int flag;
+  const CAnalysisDialog* dialog = nullptr;  // that asked for it; null: the one on top
 };
 
 // Base class of an analysis. The host attaches itself before it runs the first stage; every service

@@ -9,7 +9,6 @@
 #include <type_traits>
 #include <vector>
 
-#include "host/Form.h"
 #include "host/KeywordLine.h"
 #include "host/Workbook.h"
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "host/Workbook.h"
 
@@ -111,6 +112,44 @@ std::string FormatCell(CellKind kind, double value, int digits) {
 std::string_view WithoutPlus(std::string_view text) {
   const bool signedOnce = text.size() > 1 && text[0] == '+' && text[1] != '-';
   return signedOnce ? text.substr(1) : text;
+}
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// What digits stand for that no double can hold: zero, or an infinity.
+double OutOfReach(std::string_view text) {
+  const bool negative = text.front() == '-';
+  text.remove_prefix(negative ? 1 : 0);
+  const std::size_t exponent = text.find_first_of("eE");
+  const char sign = exponent == std::string_view::npos ? '\0' : text[exponent + 1];
+  const bool small = sign == '-' || (sign == '\0' && (text.front() == '0' || text.front() == '.'));
+  const double size = small ? 0 : std::numeric_limits<double>::infinity();
+  return negative ? -size : size;
+}
+
+}  // namespace
+
+std::optional<double> ReadNumber(std::string_view text) {
+  text = WithoutPlus(Trimmed(text));
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (text.empty() || end != text.data() + text.size()) {
+    return std::nullopt;
+  }
+  if (error == std::errc::result_out_of_range) {
+    return OutOfReach(text);
+  }
+  return error == std::errc{} ? std::optional<double>(value) : std::nullopt;
 }
 
 std::string RealToText(double value, int format, int width, int decimals) {

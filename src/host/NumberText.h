@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ std::string FormatCell(CellKind kind, double value, int digits = 6);
 // A number's text as the reader of numbers takes it: without the plus sign that people may write
 // before it.
 std::string_view WithoutPlus(std::string_view text);
+// The number that the whole text is, blanks around it aside; nothing for any other text. Digits
+// that no double can hold are 0 or an infinity, which every range refuses.
+std::optional<double> ReadNumber(std::string_view text);
 
 // Format codes of RealToText and IntToText.
 inline constexpr int RealPlain = 132;     // trailing zeros cut

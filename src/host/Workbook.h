@@ -78,11 +78,19 @@ struct Workbook {
   std::vector<WorkbookItem> items;
 };
 
+// Adds a paragraph to the report at the end; false when what was sent last is not a report.
+bool ContinueReport(Workbook& workbook, const std::string& paragraph);
+
 // A message shown to the user. Consecutive repeats of one text are one entry with a count.
 struct Message {
   int id = 0;  // number of the text
   std::string text;
   int count = 1;
 };
+
+// Adds a message, or counts it where it repeats the last; whether it is another.
+bool AddMessage(std::vector<Message>& messages, int id, const std::string& text);
+// The messages with all repeats of one text joined, each where it came first.
+std::vector<Message> JoinRepeats(const std::vector<Message>& messages);
 
 }  // namespace poweranalysis

@@ -583,7 +583,7 @@ class OneDialog : public DialogDriver {
   void Type(int control, const std::string& text) override { form_.Type(control, text); }
   void Press(int control) override {
     pressed.push_back(control);
-    const HeadlessForm::Control& found = *form_.Find(control);
+    const FormModel::Control& found = *form_.Find(control);
     if (found.spec.kind == ControlKind::Radio) {
       form_.CheckRadioButton(control / 10 * 10, control / 10 * 10 + 9, control);
     } else if (found.spec.kind == ControlKind::CheckBox) {
@@ -611,7 +611,7 @@ class OneDialog : public DialogDriver {
 
  private:
   DialogSpec spec_;
-  HeadlessForm form_;
+  FormModel form_;
 };
 
 DialogSpec SpecOf(const char* interface) {

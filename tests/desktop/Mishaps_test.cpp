@@ -156,7 +156,7 @@ void MishapsTest::aBoxThatCannotBeReadIsNotCountedAsZero() {
   QVERIFY2(message.startsWith(driver.Find<QLineEdit>(control::Mu1)->accessibleName()),
            qPrintable(message));
   QVERIFY2(message.contains(words), qPrintable(message));
-  const HeadlessForm::Control& box = *driver.form().Find(control::Mu1);
+  const FormModel::Control& box = *driver.form().model().Find(control::Mu1);
   const QString range = QStringLiteral(" from %1 to %2.").arg(*box.lower).arg(*box.upper);
   QVERIFY2(message.endsWith(range), qPrintable(message + range));
   QCOMPARE(driver.Text(control::Mu1), text);
@@ -294,16 +294,16 @@ void MishapsTest::togglesOfAssistiveTechnologyAreTaken() {
   QVERIFY(action != nullptr);
   action->doAction(QAccessibleActionInterface::toggleAction());
   QCOMPARE(Block()->T1.Working.H0Type, 1);
-  QVERIFY(driver.form().IsDlgButtonChecked(control::UpperTail));
+  QVERIFY(driver.form().model().IsDlgButtonChecked(control::UpperTail));
 
   driver.window().NewAnalysis();
   driver.ChooseTask(ModeDistribution, 5);
   constexpr int kOneMinusP = 22070;
-  const bool before = driver.form().IsDlgButtonChecked(kOneMinusP);
+  const bool before = driver.form().model().IsDlgButtonChecked(kOneMinusP);
   Spoken(driver.form().WidgetOf(kOneMinusP))
       .actionInterface()
       ->doAction(QAccessibleActionInterface::toggleAction());
-  QCOMPARE(driver.form().IsDlgButtonChecked(kOneMinusP), !before);
+  QCOMPARE(driver.form().model().IsDlgButtonChecked(kOneMinusP), !before);
   QCOMPARE(driver.Find<QAbstractButton>(kOneMinusP)->isChecked(), !before);
 }
 
@@ -312,7 +312,7 @@ void MishapsTest::aRowSelectedByAssistiveTechnologyIsTaken() {
   QAccessibleInterface* row = Spoken(driver.form().WidgetOf(control::Modes)).child(2);
   QVERIFY(row != nullptr && row->actionInterface() != nullptr);
   row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-  QCOMPARE(driver.form().SelectedListRow(control::Modes), 2);
+  QCOMPARE(driver.form().model().SelectedListRow(control::Modes), 2);
   QCOMPARE(driver.Find<QListWidget>(control::Tasks)->count(), 10);
 }
 

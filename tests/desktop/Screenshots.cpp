@@ -48,30 +48,30 @@ class Photographer {
     suffix_ = suffix;
     window_.NewAnalysis();
     poweranalysis::DesktopHost& host = window_.host();
-    host.form()->Choose(kModes, 1);
-    host.form()->Choose(kTasks, 1);
+    host.widgets()->Choose(kModes, 1);
+    host.widgets()->Choose(kTasks, 1);
     Shoot(QStringLiteral("startup"));
-    host.form()->Click(kAccept);
-    host.form()->Type(kAlpha, QStringLiteral("1.5"));
+    host.widgets()->Click(kAccept);
+    host.widgets()->Type(kAlpha, QStringLiteral("1.5"));
     Shoot(QStringLiteral("wrong-value"));
-    host.form()->Type(kAlpha, QStringLiteral("0.05"));
+    host.widgets()->Type(kAlpha, QStringLiteral("0.05"));
     Shoot(QStringLiteral("parameters"));
-    host.form()->Click(kAccept);
+    host.widgets()->Click(kAccept);
     Shoot(QStringLiteral("results"));
-    host.form()->Click(kAccept);
+    host.widgets()->Click(kAccept);
     Shoot(QStringLiteral("table"));
     const int study = static_cast<int>(window_.book().studies().size()) - 1;
     window_.SelectItem(study, 1);
     Shoot(QStringLiteral("report"));
-    host.form()->Click(kFirstSizeChart + 2);
+    host.widgets()->Click(kFirstSizeChart + 2);
     Settle();
     QKeyEvent next(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
     QApplication::sendEvent(window_.pages().chartView(), &next);
     Shoot(QStringLiteral("chart"));
     window_.SelectStudy(study);
     Shoot(QStringLiteral("study"));
-    host.form()->Click(kBack);
-    host.form()->Click(kBack);
+    host.widgets()->Click(kBack);
+    host.widgets()->Click(kBack);
   }
 
   // Every dialog with its defaults, and what comes out.
@@ -89,14 +89,14 @@ class Photographer {
   void ShootTask(int mode, int row, const QString& name) {
     window_.NewAnalysis();
     poweranalysis::DesktopHost& host = window_.host();
-    host.form()->Choose(kModes, mode);
-    host.form()->Choose(kTasks, row);
-    host.form()->Click(kAccept);
+    host.widgets()->Choose(kModes, mode);
+    host.widgets()->Choose(kTasks, row);
+    host.widgets()->Click(kAccept);
     Shoot(name + QStringLiteral("-parameters"));
-    host.form()->Click(kAccept);
+    host.widgets()->Click(kAccept);
     if (mode != ModeDistribution) {
       Shoot(name + QStringLiteral("-results"));
-      host.form()->Click(kAccept);
+      host.widgets()->Click(kAccept);
     }
     Shoot(name + QStringLiteral("-table"));
   }

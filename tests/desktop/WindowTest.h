@@ -19,6 +19,7 @@
 #include "desktop/MainWindow.h"
 #include "desktop/ResultPages.h"
 #include "exporters/Exporters.h"
+#include "host/HeadlessHost.h"
 #include "module/PowerAnalysisModule.h"
 #include "output/Answers.h"
 #include "settings/PowerSettings.h"
@@ -67,7 +68,7 @@ class WindowDriver {
   }
 
   MainWindow& window() { return *window_; }
-  DesktopForm& form() { return *window_->host().form(); }
+  DesktopForm& form() { return *window_->host().widgets(); }
   int resource() const {
     return window_->host().dialog() == nullptr ? 0 : window_->host().dialog()->resource();
   }

@@ -516,7 +516,7 @@ void WindowTest::anAnswerIsNotMarkedAsAWrongInput() {
   const int p = numbers["CumP"].front();
   const auto marked = [&] { return driver.Find<QLineEdit>(p)->actions().front()->isVisible(); };
   driver.Click(control::Accept);
-  QVERIFY(driver.Text(p).toDouble() > *driver.form().Find(p)->upper);
+  QVERIFY(driver.Text(p).toDouble() > *driver.form().model().Find(p)->upper);
   QVERIFY(!marked());
   driver.Click(numbers["WhatToCompute"][0]);  // now it is an input
   QVERIFY(marked());

@@ -154,7 +154,7 @@ class DialogRun : public ::testing::Test {
 
   // --- What there is to see.
   PowerSettings& block() { return *Block(); }
-  const HeadlessForm& form() { return *host_.form(); }
+  const FormModel& form() { return *host_.form(); }
   int OpenResource() { return host_.dialog() == nullptr ? 0 : host_.dialog()->resource(); }
   template <class Item>
   std::vector<Item> Items() {

@@ -11,7 +11,7 @@ using testing::FrameTest;
 
 class DefineTaskTest : public FrameTest {
  protected:
-  const HeadlessForm::Control& Control(int number) { return *host.form()->Find(number); }
+  const FormModel::Control& Control(int number) { return *host.form()->Find(number); }
   std::string ModeHelp() { return host.form()->GetDlgItemText(ControlModeHelp); }
   std::string TaskHelp() { return host.form()->GetDlgItemText(ControlTaskHelp); }
   long DoubleClick(int list) {
@@ -194,7 +194,7 @@ TEST_F(DefineTaskTest, AModeThatIsNoneLeavesTheListsWithoutSelection) {
   for (const int mode : {4, -1, 32767}) {
     head().Mode = static_cast<std::int16_t>(mode);
     CDefineTask dialog(*analysis);
-    HeadlessForm form;
+    FormModel form;
     dialog.AttachForm(&form);
     dialog.CallEventHandler({MessageStart, 0, Notification::Command});
     EXPECT_EQ(form.SelectedListRow(101), -1) << mode;
@@ -212,7 +212,7 @@ TEST_F(DefineTaskTest, AModeThatIsNoneLeavesTheListsWithoutSelection) {
 TEST_F(DefineTaskTest, TheStartOfAScriptedRunIsNotReportedAsTaken) {
   analysis->Init();
   CDefineTask dialog(*analysis);
-  HeadlessForm form;
+  FormModel form;
   dialog.AttachForm(&form);
   EXPECT_EQ(dialog.CallEventHandler({MessageStart, 0, Notification::Command}), 1);
   host.oleAutomation = true;
@@ -221,7 +221,7 @@ TEST_F(DefineTaskTest, TheStartOfAScriptedRunIsNotReportedAsTaken) {
 }
 
 TEST(FillTaskList, EmptiesTheListFirstAndKeepsAwayFromTheSelectionWhenAsked) {
-  HeadlessForm form;
+  FormModel form;
   ControlSpec list;
   list.number = 102;
   list.kind = ControlKind::List;

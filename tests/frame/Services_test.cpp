@@ -34,7 +34,7 @@ class SetDlgItemNumberTest : public Test {
     return form.GetDlgItemText(kControl);
   }
 
-  HeadlessForm form;
+  FormModel form;
 };
 
 struct LayoutCase {
