@@ -11,6 +11,9 @@
 
 namespace poweranalysis {
 
+// The form of a host without a window is the model alone.
+using HeadlessForm = FormModel;
+
 // The host without a window: output lands in one workbook, files are chosen beforehand. The command
 // line, the Python module and the tests run on it.
 class HeadlessHost : public RunningHost {
