@@ -67,24 +67,6 @@ TEST(Study, AnEmptyTextAddsNoBlank) {
   EXPECT_THAT(ParagraphsOf(study), ElementsAre("One. Two."));
 }
 
-TEST(Study, HasAnAnswerWhenOneOfItsAnswersIsThere) {
-  Study study;
-  EXPECT_FALSE(HasAnswer(study));
-  study.answers = {{"N", MissingValue(), "per cell", "row"}, {"N", 35, "per cell", "column"}};
-  EXPECT_TRUE(HasAnswer(study));
-  study.answers[1].value = MissingValue();
-  EXPECT_FALSE(HasAnswer(study));
-}
-
-TEST(Study, OneAnswerIsTheOnlyOne) {
-  Study study;
-  EXPECT_EQ(OnlyAnswer(study), nullptr);
-  study.answers = {{"Power", 0.8, {}, {}}};
-  EXPECT_EQ(OnlyAnswer(study), &study.answers.front());
-  study.answers.push_back({"Power", 0.9, {}, {}});
-  EXPECT_EQ(OnlyAnswer(study), nullptr);
-}
-
 TEST(Study, ASeparatorShowsNoTitle) {
   EXPECT_EQ("", ShownTitle({"\x01", 0, {}}));
   EXPECT_EQ("Power", ShownTitle({"Power", 0, {}}));
