@@ -42,10 +42,6 @@ std::vector<std::string> NamesOf(const std::vector<ControlSpec>& controls) {
   return names;
 }
 
-bool IsChartButton(const ControlSpec& control) {
-  return control.kind == ControlKind::Button && control.name.find("-vs-") != std::string::npos;
-}
-
 // A bare name means a file of the working folder here, as in every command; to the host it would be
 // one of the configuration folder.
 std::string AsPath(const std::string& file) {
@@ -155,7 +151,7 @@ std::vector<ControlSpec> ScriptedRun::ChartButtons() const {
   std::vector<ControlSpec> buttons;
   if (host_.form() != nullptr) {
     for (const ControlSpec& control : ControlsOf(host_.form()->spec())) {
-      if (IsChartButton(control)) {
+      if (control.chart) {
         buttons.push_back(control);
       }
     }

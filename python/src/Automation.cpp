@@ -36,9 +36,10 @@ std::unique_ptr<CAnalysisSupport> NewAnalysis() {
 
 // --- One application with its host.
 
-class Session {
+class OwnedApplication {
  public:
-  explicit Session(const std::optional<std::string>& config) : hosted_(hostProgram != nullptr) {
+  explicit OwnedApplication(const std::optional<std::string>& config)
+      : hosted_(hostProgram != nullptr) {
     if (hosted_) {
       application_ = std::make_unique<Application>(*hostProgram);
       return;
@@ -47,9 +48,9 @@ class Session {
     driver_ = std::make_unique<HeadlessDriver>(host_, NewAnalysis);
     application_ = std::make_unique<Application>(*driver_);
   }
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
-  ~Session() {
+  OwnedApplication(const OwnedApplication&) = delete;
+  OwnedApplication& operator=(const OwnedApplication&) = delete;
+  ~OwnedApplication() {
     const ModuleStateScope own(state_);
     application_.reset();
     driver_.reset();
@@ -97,10 +98,10 @@ class Session {
   std::unique_ptr<Application> application_;
 };
 
-using SessionPointer = std::shared_ptr<Session>;
+using ApplicationPointer = std::shared_ptr<OwnedApplication>;
 
 struct DialogHandle {
-  SessionPointer session;
+  ApplicationPointer application;
   std::shared_ptr<DialogObject> dialog;
 };
 
@@ -141,13 +142,13 @@ struct ToPython {
 };
 
 py::object Get(DialogHandle& self, const std::string& member) {
-  Value value = self.session->Do([&](Application&) { return self.dialog->Get(member); });
+  Value value = self.application->Do([&](Application&) { return self.dialog->Get(member); });
   return std::visit(ToPython(), value);
 }
 
 void Put(DialogHandle& self, const std::string& member, const py::object& given) {
   const Value value = ToValue(given);
-  self.session->Do([&](Application&) {
+  self.application->Do([&](Application&) {
     self.dialog->Put(member, value);
     return 0;
   });
@@ -157,18 +158,19 @@ py::object Invoke(DialogHandle& self,
                   const std::string& member,
                   const std::optional<std::string>& path) {
   const Value argument = path ? Value(*path) : Value();
-  Value value = self.session->Do([&](Application&) { return self.dialog->Call(member, argument); });
+  Value value =
+      self.application->Do([&](Application&) { return self.dialog->Call(member, argument); });
   return std::visit(ToPython(), value);
 }
 
 py::object GetField(DialogHandle& self, const std::string& field) {
-  Value value = self.session->Do([&](Application&) { return self.dialog->GetField(field); });
+  Value value = self.application->Do([&](Application&) { return self.dialog->GetField(field); });
   return std::visit(ToPython(), value);
 }
 
 void SetField(DialogHandle& self, const std::string& field, const py::object& given) {
   const Value value = ToValue(given);
-  self.session->Do([&](Application&) {
+  self.application->Do([&](Application&) {
     self.dialog->SetField(field, value);
     return 0;
   });
@@ -177,7 +179,7 @@ void SetField(DialogHandle& self, const std::string& field, const py::object& gi
 void PressButton(DialogHandle& self,
                  const std::string& button,
                  const std::optional<std::string>& path) {
-  self.session->Do([&](Application&) {
+  self.application->Do([&](Application&) {
     self.dialog->PressButton(button, path);
     return 0;
   });
@@ -185,25 +187,24 @@ void PressButton(DialogHandle& self,
 
 // --- The application.
 
-py::object Wrapped(const SessionPointer& session, std::shared_ptr<DialogObject> dialog) {
+py::object Wrapped(const ApplicationPointer& owner, std::shared_ptr<DialogObject> dialog) {
   return dialog == nullptr ? py::object(py::none())
-                           : py::cast(DialogHandle{session, std::move(dialog)});
+                           : py::cast(DialogHandle{owner, std::move(dialog)});
 }
 
-py::object StartAnalysis(const SessionPointer& session) {
-  return Wrapped(session,
-                 session->Do([](Application& application) { return application.StartAnalysis(); }));
+py::object StartAnalysis(const ApplicationPointer& owner) {
+  return Wrapped(owner,
+                 owner->Do([](Application& application) { return application.StartAnalysis(); }));
 }
 
-py::object OpenDialog(const SessionPointer& session) {
-  return Wrapped(session,
-                 session->Do([](Application& application) { return application.Dialog(); }));
+py::object OpenDialog(const ApplicationPointer& owner) {
+  return Wrapped(owner, owner->Do([](Application& application) { return application.Dialog(); }));
 }
 
 // The items of the workbook from `first` on: ("table", study), ("report", paragraphs) or ("chart",
 // study).
-py::list ItemsFrom(Session& session, std::size_t first) {
-  std::vector<WorkbookItem> items = session.Do([&](Application& application) {
+py::list ItemsFrom(OwnedApplication& owner, std::size_t first) {
+  std::vector<WorkbookItem> items = owner.Do([&](Application& application) {
     std::vector<WorkbookItem> found;
     for (std::size_t i = first; i < application.driver().ItemCount(); ++i) {
       found.push_back(application.driver().Item(i));
@@ -219,9 +220,9 @@ py::list ItemsFrom(Session& session, std::size_t first) {
   return list;
 }
 
-py::list MessagesFrom(Session& session, std::size_t first) {
+py::list MessagesFrom(OwnedApplication& owner, std::size_t first) {
   py::list list;
-  const std::vector<Message>& messages = session.host().messages();
+  const std::vector<Message>& messages = owner.host().messages();
   for (std::size_t i = first; i < messages.size(); ++i) {
     list.append(py::make_tuple(messages[i].id, messages[i].text, messages[i].count));
   }
@@ -345,9 +346,9 @@ void BindAutomation(py::module_& module) {
   module.def("lock_count", DialogObject::LockCount);
   module.def("use_driver", UseDriver);
 
-  py::class_<Session, SessionPointer>(module, "Session")
+  py::class_<OwnedApplication, ApplicationPointer>(module, "Session")
       .def(py::init<const std::optional<std::string>&>())
-      .def_property_readonly("hosted", &Session::hosted)
+      .def_property_readonly("hosted", &OwnedApplication::hosted)
       .def("start_analysis", StartAnalysis)
       .def("dialog", OpenDialog)
       .def("items", ItemsFrom)
@@ -359,7 +360,7 @@ void BindAutomation(py::module_& module) {
                          const DialogHandle& other) { return self.dialog == other.dialog; })
       .def("is_open",
            [](DialogHandle& self) {
-             return self.session->Do([&](Application&) { return self.dialog->IsOpen(); });
+             return self.application->Do([&](Application&) { return self.dialog->IsOpen(); });
            })
       .def("get", Get)
       .def("put", Put)

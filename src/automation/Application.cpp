@@ -4,25 +4,11 @@
 #include <cmath>
 #include <limits>
 
-#include "automation/SpecLookup.h"
 #include "dialogs/Controls.h"
-#include "host/NumberText.h"
 
 namespace poweranalysis {
 
 namespace {
-
-std::string Quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
-
-[[noreturn]] void ThrowUnknown(const std::string& what,
-                               std::string_view name,
-                               const std::vector<std::string_view>& names) {
-  std::string message = what + " " + Quoted(name);
-  if (!names.empty()) {
-    message += "; did you mean " + Quoted(NearestName(name, names)) + "?";
-  }
-  throw UnknownMember(message);
-}
 
 // Toward zero and held to 32 bits, as a whole number is read from a control; nothing for what is
 // not a number.
@@ -34,72 +20,22 @@ std::int64_t WholeOf(double value) {
              : static_cast<std::int64_t>(std::clamp(std::trunc(value), kLowest, kHighest));
 }
 
-// The number that a put gives, for what takes numbers alone.
-double NumberOf(const Value& value, std::string_view member) {
+// What a put gives, for a control.
+Entry EntryOf(const Value& value, std::string_view member) {
   if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-    return static_cast<double>(*whole);
+    return *whole;
   }
   if (const auto* real = std::get_if<double>(&value)) {
     return *real;
   }
-  throw AutomationError(Quoted(member) + " takes a number");
-}
-
-// What a user would type for a value.
-std::string TypedText(const ControlSpec& control, const Value& value) {
   if (const auto* text = std::get_if<std::string>(&value)) {
     return *text;
   }
-  if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-    return std::to_string(*whole);
-  }
-  const double real = NumberOf(value, control.name);
-  // Written out whole: a control for whole numbers would read no more of it.
-  return FormatShortest(control.kind == ControlKind::IntEdit ? std::trunc(real) : real);
-}
-
-std::vector<const ControlSpec*> FieldControls(const DialogSpec& spec, std::string_view field) {
-  const std::vector<const ControlSpec*> all = FieldControls(spec);
-  std::vector<const ControlSpec*> found;
-  std::vector<std::string_view> names;
-  for (const ControlSpec* control : all) {
-    names.push_back(control->name);
-    if (control->name == field) {
-      found.push_back(control);
-    }
-  }
-  if (found.empty()) {
-    ThrowUnknown("The dialog shows no field", field, names);
-  }
-  return found;
-}
-
-const ControlSpec& FindButton(const DialogSpec& spec, std::string_view name) {
-  std::vector<std::string_view> names;
-  for (const ControlSpec* button : ButtonControls(spec)) {
-    if (button->name == name) {
-      return *button;
-    }
-    names.push_back(button->name);
-  }
-  ThrowUnknown("The dialog has no button", name, names);
-}
-
-// The items of one kind that were sent after the first `count`.
-template <class Item>
-std::vector<Item> NewItems(const DialogDriver& driver, std::size_t count) {
-  std::vector<Item> items;
-  for (std::size_t i = count; i < driver.ItemCount(); ++i) {
-    WorkbookItem item = driver.Item(i);
-    if (Item* found = std::get_if<Item>(&item)) {
-      items.push_back(std::move(*found));
-    }
-  }
-  return items;
+  throw AutomationError(Quoted(member) + " takes a number");
 }
 
 int RowOfEnumerator(std::string_view name, std::span<const Enumerator> enumerators) {
-  std::vector<std::string_view> names;
+  std::vector<std::string> names;
   for (const Enumerator& enumerator : enumerators) {
     if (name == enumerator.name) {
       return enumerator.value;
@@ -130,17 +66,12 @@ void DialogObject::ThrowIfClosed() const {
   }
 }
 
-const DialogSpec& DialogObject::Spec() {
-  if (!spec_) {
-    spec_ = application_.driver().Spec();
-  }
-  return *spec_;
-}
+Session& DialogObject::session() const { return application_.session(); }
 
 const Member& DialogObject::MemberOf(std::string_view name) const {
   const Member* member = interface_.Find(name);
   if (member == nullptr) {
-    std::vector<std::string_view> names;
+    std::vector<std::string> names;
     for (const std::span<const Member> members : {interface_.members, BaseInterface().members}) {
       for (const Member& known : members) {
         names.emplace_back(known.name);
@@ -152,7 +83,7 @@ const Member& DialogObject::MemberOf(std::string_view name) const {
 }
 
 const ControlSpec& DialogObject::ControlOf(const Member& member) {
-  const ControlSpec* control = FindControlSpec(Spec(), member.control);
+  const ControlSpec* control = FindControlSpec(session().Spec(), member.control);
   if (control == nullptr) {
     throw AutomationError(Quoted(member.name) + ": the dialog does not show it");
   }
@@ -171,7 +102,7 @@ Value DialogObject::Get(std::string_view name) {
   }
   switch (member.binding) {
     case Binding::Name:
-      return Spec().title;
+      return session().Spec().title;
     case Binding::Host:
       return &application_;
     case Binding::Summary:
@@ -185,14 +116,12 @@ Value DialogObject::Get(std::string_view name) {
 }
 
 Value DialogObject::ResultOf(const Member& member) {
-  DialogDriver& driver = application_.driver();
-  const std::size_t count = driver.ItemCount();
-  driver.Press(ControlOf(member).number);
+  session().Press(ControlOf(member).number);
   if (member.binding == Binding::Summary) {
-    const std::vector<SummaryTable> tables = NewItems<SummaryTable>(driver, count);
+    const std::vector<SummaryTable> tables = session().NewItems<SummaryTable>();
     return tables.empty() ? Value() : Value(tables.back());
   }
-  std::vector<Chart> charts = NewItems<Chart>(driver, count);
+  std::vector<Chart> charts = session().NewItems<Chart>();
   if (charts.empty()) {
     return {};
   }
@@ -223,7 +152,7 @@ void DialogObject::Put(std::string_view name, const Value& value) {
     case Binding::Edit:
     case Binding::Flag:
     case Binding::Check:
-      return Write(ControlOf(member), value);
+      return session().Put(ControlOf(member), EntryOf(value, name));
     case Binding::List:
       return Choose(member, value);
     case Binding::Stored:
@@ -236,30 +165,13 @@ void DialogObject::Put(std::string_view name, const Value& value) {
   }
 }
 
-void DialogObject::Write(const ControlSpec& control, const Value& value) {
-  DialogDriver& driver = application_.driver();
-  switch (control.kind) {
-    case ControlKind::Radio:
-      // 0 does nothing: it does not say which other button to choose.
-      if (NumberOf(value, control.name) != 0) {
-        driver.Press(control.number);
-      }
-      return;
-    case ControlKind::CheckBox:
-      if ((NumberOf(value, control.name) != 0) != driver.Checked(control.number)) {
-        driver.Press(control.number);
-      }
-      return;
-    default:
-      driver.Type(control.number, TypedText(control, value));
-  }
-}
-
 void DialogObject::Choose(const Member& member, const Value& value) {
   const bool item = member.type == MemberType::AnalysisItem;
   const auto* name = std::get_if<std::string>(&value);
-  const int row = name != nullptr ? RowOfEnumerator(*name, item ? AnalysisItems() : AnalysisTypes())
-                                  : static_cast<int>(WholeOf(NumberOf(value, member.name)));
+  const int row =
+      name != nullptr
+          ? RowOfEnumerator(*name, item ? AnalysisItems() : AnalysisTypes())
+          : static_cast<int>(WholeOf(NumberOf(EntryOf(value, member.name), member.name)));
   application_.driver().Select(member.control, row);
 }
 
@@ -281,7 +193,7 @@ Value DialogObject::Call(std::string_view name, const Value& argument) {
     throw AutomationError(
         Quoted(name) + (member.control == ControlSaveAs ? " takes a path" : " takes no argument"));
   } else {
-    application_.driver().Press(member.control);
+    session().Press(member.control);
   }
   return {};
 }
@@ -319,17 +231,15 @@ bool HasComputed(const DialogDriver& driver, bool told) {
 int DialogObject::OK() {
   ThrowIfClosed();
   DialogDriver& driver = application_.driver();
-  const std::size_t items = driver.ItemCount();
-  const int messages = driver.MessageCount();
-  driver.Press(ControlAccept);
+  session().Press(ControlAccept);
   switch (interface_.kind) {
     case DialogKind::Startup:
       return !IsOpen() && driver.OpenDialog() != 0 ? 1 : 0;
     case DialogKind::Results:
     case DialogKind::Interval:
-      return NewItems<SummaryTable>(driver, items).empty() ? 0 : 1;
+      return session().NewItems<SummaryTable>().empty() ? 0 : 1;
     case DialogKind::Calculator:
-      return HasComputed(driver, driver.MessageCount() > messages) ? 1 : 0;
+      return HasComputed(driver, session().HasSpoken()) ? 1 : 0;
     default:
       return IsOpen() ? 0 : 1;
   }
@@ -337,7 +247,7 @@ int DialogObject::OK() {
 
 void DialogObject::Cancel() {
   ThrowIfClosed();
-  application_.driver().Press(ControlBack);
+  session().Press(ControlBack);
 }
 
 void DialogObject::SaveSettingsAs(const std::optional<std::string>& path) {
@@ -346,21 +256,21 @@ void DialogObject::SaveSettingsAs(const std::optional<std::string>& path) {
   if (path) {
     application_.driver().PressWithFile(member.control, *path);
   } else {
-    application_.driver().Press(member.control);
+    session().Press(member.control);
   }
 }
 
 void DialogObject::SaveAsDefault() {
   const Member& member = MemberOf("SaveAsDefault");
   ThrowIfClosed();
-  application_.driver().Press(member.control);
+  session().Press(member.control);
 }
 
 // --- Beyond the interface.
 
 Value DialogObject::GetField(std::string_view field) {
   ThrowIfClosed();
-  const std::vector<const ControlSpec*> controls = FieldControls(Spec(), field);
+  const std::vector<const ControlSpec*> controls = session().FindField(field);
   const ControlSpec& first = *controls.front();
   if (first.kind != ControlKind::Radio) {
     return Read(first, first.kind == ControlKind::RealEdit ? MemberType::Real : MemberType::Int);
@@ -375,26 +285,23 @@ Value DialogObject::GetField(std::string_view field) {
 
 void DialogObject::SetField(std::string_view field, const Value& value) {
   ThrowIfClosed();
-  const std::vector<const ControlSpec*> controls = FieldControls(Spec(), field);
+  const std::vector<const ControlSpec*> controls = session().FindField(field);
   if (controls.front()->kind != ControlKind::Radio) {
-    return Write(*controls.front(), value);
+    return session().Put(*controls.front(), EntryOf(value, field));
   }
-  const double wanted = NumberOf(value, field);
-  for (const ControlSpec* control : controls) {
-    if (control->value == wanted) {
-      return application_.driver().Press(control->number);
-    }
+  const double wanted = NumberOf(EntryOf(value, field), field);
+  if (session().PutValue(controls, wanted) == Session::Outcome::NoButton) {
+    throw AutomationError(Quoted(field) + " has no button for this value");
   }
-  throw AutomationError(Quoted(field) + " has no button for this value");
 }
 
 void DialogObject::PressButton(std::string_view button, const std::optional<std::string>& path) {
   ThrowIfClosed();
-  const int control = FindButton(Spec(), button).number;
+  const int control = session().FindButton(button).number;
   if (path) {
     application_.driver().PressWithFile(control, *path);
   } else {
-    application_.driver().Press(control);
+    session().Press(control);
   }
 }
 

@@ -5,14 +5,14 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "automation/Errors.h"
 #include "automation/Interfaces.h"
-#include "host/DialogDriver.h"
+#include "automation/Session.h"
 
 // The objects that a script holds: the application, and one object for each dialog that opens.
 namespace poweranalysis {
@@ -30,25 +30,6 @@ using Value = std::variant<std::monostate,
                            SummaryTable,
                            Chart,
                            std::vector<Chart>>;
-
-// --- Errors. All carry the one code of a failed call.
-inline constexpr std::uint32_t AutomationFailure = 0x80004005;
-
-class AutomationError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-  std::uint32_t code() const { return AutomationFailure; }
-};
-// A call on a dialog that has closed.
-class DialogClosed : public AutomationError {
- public:
-  using AutomationError::AutomationError;
-};
-// A member, a field, a button or an enumerator that is not there; the message names the nearest.
-class UnknownMember : public AutomationError {
- public:
-  using AutomationError::AutomationError;
-};
 
 // One open dialog. A put is typing: the text of the control is set and its command sent, so that
 // bounds are checked by OK and not before. After the dialog has closed every call raises
@@ -92,14 +73,12 @@ class DialogObject {
   const ControlSpec& ControlOf(const Member& member);
   Value ResultOf(const Member& member);
   Value Read(const ControlSpec& control, MemberType type);
-  void Write(const ControlSpec& control, const Value& value);
   void Choose(const Member& member, const Value& value);
-  const DialogSpec& Spec();
+  Session& session() const;
 
   Application& application_;
   const Interface& interface_;
   std::uint64_t dialog_;
-  std::optional<DialogSpec> spec_;
   std::map<std::string, Value, std::less<>> stored_;
   static std::atomic<int> locks_;
 };
@@ -107,7 +86,7 @@ class DialogObject {
 // The root of the object model. It must outlive the objects that it gives.
 class Application {
  public:
-  explicit Application(DialogDriver& driver) : driver_(driver) {}
+  explicit Application(DialogDriver& driver) : driver_(driver), session_(driver) {}
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
 
@@ -117,9 +96,11 @@ class Application {
   std::shared_ptr<DialogObject> Dialog();
 
   DialogDriver& driver() const { return driver_; }
+  Session& session() { return session_; }
 
  private:
   DialogDriver& driver_;
+  Session session_;
   std::shared_ptr<DialogObject> dialog_;
   std::uint64_t number_ = 0;  // of dialog_
 };

@@ -194,34 +194,6 @@ const Member* FindIn(std::span<const Member> members, std::string_view name) {
   return found == members.end() ? nullptr : &*found;
 }
 
-std::string InLowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  });
-  return lower;
-}
-
-// The least number of characters to put in, take out or change: V. I. Levenshtein, "Binary codes
-// capable of correcting deletions, insertions, and reversals", Soviet Physics Doklady 10 (1966)
-// 707-710.
-std::size_t EditDistance(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) {
-    row[j] = j;
-  }
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i;
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t changed = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row[b.size()];
-}
-
 }  // namespace
 
 std::span<const Interface> Interfaces() {
@@ -266,20 +238,6 @@ std::string MemberHelp(const Interface& interface, const Member& member) {
   const Field* field = interface.record->Find(member.field);
   return field == nullptr || field->meaning == text::None ? std::string()
                                                           : LoadText(field->meaning);
-}
-
-std::string NearestName(std::string_view name, std::span<const std::string_view> names) {
-  const std::string wanted = InLowerCase(name);
-  std::string_view nearest;
-  std::size_t least = 0;
-  for (const std::string_view candidate : names) {
-    const std::size_t distance = EditDistance(wanted, InLowerCase(candidate));
-    if (nearest.empty() || distance < least) {
-      nearest = candidate;
-      least = distance;
-    }
-  }
-  return std::string(nearest);
 }
 
 }  // namespace poweranalysis

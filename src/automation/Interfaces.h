@@ -85,7 +85,4 @@ const Interface* InterfaceOfClass(std::string_view className);
 // what it presses.
 std::string MemberHelp(const Interface& interface, const Member& member);
 
-// The name nearest to `name` among `names`, for messages; empty for no names.
-std::string NearestName(std::string_view name, std::span<const std::string_view> names);
-
 }  // namespace poweranalysis

@@ -1,5 +1,6 @@
 #include "automation/SpecLookup.h"
 
+#include <algorithm>
 #include <array>
 
 namespace poweranalysis {
@@ -64,6 +65,17 @@ const ControlSpec* UnknownBox(const DialogSpec& spec, const std::function<bool(i
 std::vector<const ControlSpec*> ButtonControls(const DialogSpec& spec) {
   return Select(spec,
                 [](const ControlSpec& control) { return control.kind == ControlKind::Button; });
+}
+
+std::vector<const ControlSpec*> ChartControls(const DialogSpec& spec) {
+  return Select(spec, [](const ControlSpec& control) { return control.chart; });
+}
+
+std::vector<std::string> NamesOf(const std::vector<const ControlSpec*>& controls) {
+  std::vector<std::string> names(controls.size());
+  std::transform(controls.begin(), controls.end(), names.begin(),
+                 [](const ControlSpec* control) { return control->name; });
+  return names;
 }
 
 }  // namespace poweranalysis

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "host/DialogSpec.h"
@@ -23,5 +24,10 @@ const ControlSpec* UnknownBox(const DialogSpec& spec, const std::function<bool(i
 
 // The buttons of the frame and of the pages.
 std::vector<const ControlSpec*> ButtonControls(const DialogSpec& spec);
+
+// The buttons that draw charts.
+std::vector<const ControlSpec*> ChartControls(const DialogSpec& spec);
+
+std::vector<std::string> NamesOf(const std::vector<const ControlSpec*>& controls);
 
 }  // namespace poweranalysis

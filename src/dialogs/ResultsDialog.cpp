@@ -133,6 +133,7 @@ DialogSpec CResultsDialog::Spec() const {
   for (const auto& [control, chart] : ChartButtons(rows_)) {
     ControlSpec button = ButtonSpec(control, chart.name, chart.caption);
     button.group = LoadText(text::GroupCharts);
+    button.chart = true;
     page.controls.push_back(std::move(button));
   }
   spec.pages = {std::move(page), SettingsPageSpec()};

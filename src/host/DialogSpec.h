@@ -26,6 +26,7 @@ struct ControlSpec {
   std::string help;     // meaning, for tool tips
   std::string group;    // caption of the group box that it stands in
   int value = 0;        // of a radio button: the value that it stores
+  bool chart = false;   // of a button: it draws the chart of its name
 };
 
 struct PageSpec {

@@ -320,14 +320,6 @@ TEST(Interfaces, MembersAreExplainedByTheirField) {
   EXPECT_EQ(MemberHelp(interface, *interface.Find("OK")), "");
 }
 
-TEST(NearestName, ForgivesCaseAndSlips) {
-  const std::vector<std::string_view> names = {"Mean1", "Sigma", "SampleSize", "PowerGoal"};
-  EXPECT_EQ(NearestName("sigma", names), "Sigma");
-  EXPECT_EQ(NearestName("SampelSize", names), "SampleSize");
-  EXPECT_EQ(NearestName("Powergaol", names), "PowerGoal");
-  EXPECT_EQ(NearestName("x", {}), "");
-}
-
 // --- The table against the dialogs.
 
 ControlKind KindOf(const Member& member) {
