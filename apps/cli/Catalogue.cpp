@@ -2,11 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "cli/Calc.h"
+#include "automation/CalculatorNames.h"
 #include "cli/CommandLine.h"
-#include "cli/FieldOptions.h"
-#include "cli/Run.h"
 #include "host/NumberText.h"
+#include "module/PowerAnalysisModule.h"
 
 namespace poweranalysis {
 
@@ -125,7 +124,7 @@ std::string ListTasks() {
     }
     int row = 0;
     for (const TaskRow& task : Tasks(mode)) {
-      const bool waits = !SubCommandOf(mode).empty() && !IsAvailable(mode, row++);
+      const bool waits = !SubCommandOf(mode).empty() && !IsAvailable(mode, row++, NewAnalysis);
       text += fmt::format("  {:<9} {:<31} {}{}\n", task.family, task.readableName,
                           LoadText(task.name), waits ? " (not available yet)" : "");
     }

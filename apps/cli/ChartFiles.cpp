@@ -1,3 +1,5 @@
+#include "cli/ChartFiles.h"
+
 #include <fmt/format.h>
 #include <sys/stat.h>
 
@@ -7,11 +9,10 @@
 #include <cstring>
 #include <map>
 
-#include "cli/Errors.h"
-#include "cli/FieldOptions.h"
+#include "automation/Errors.h"
+#include "automation/Names.h"
 #include "cli/LoadedModule.h"
 #include "cli/Output.h"
-#include "cli/Run.h"
 #include "cli/cairo/CairoPainter.h"
 #include "host/SvgPainter.h"
 
@@ -100,7 +101,7 @@ std::string ChartExtensions() {
 
 void CheckChartFile(const std::string& file) {
   if (FormatOf(file) == nullptr) {
-    throw UsageError(fmt::format("--chart: '{}' must end in one of {}", file, ChartExtensions()));
+    throw UsageError("chart", fmt::format("'{}' must end in one of {}", file, ChartExtensions()));
   }
 }
 

@@ -7,12 +7,12 @@
 #include <array>
 
 #include "cli/Calc.h"
+#include "cli/ChartFiles.h"
 #include "cli/Errors.h"
-#include "cli/FieldOptions.h"
 #include "cli/Output.h"
-#include "cli/Run.h"
 #include "host/ChartLayout.h"
 #include "host/ConfigFolder.h"
+#include "module/PowerAnalysisModule.h"
 
 // The one source that knows the library which reads arguments. Only the options of the family that
 // is asked for are built, and their help texts only when help is asked for.
@@ -277,7 +277,7 @@ FamilyParser::FamilyParser(const SubCommand& command, Task task, bool withHelp)
       calculator_(IsForCalculators(command) ? FindCalculator(task_.family) : nullptr),
       withHelp_(withHelp),
       family_(FamilyOfTask(task.mode, task.row)),
-      dialogs_(withHelp && calculator_ == nullptr ? LookAtDialogs(task.mode, task.row)
+      dialogs_(withHelp && calculator_ == nullptr ? LookAtDialogs(task.mode, task.row, NewAnalysis)
                                                   : TaskDialogs()) {
   app_.name(fmt::format("{} {} {}", kProgram, command.name, ShortName(task_, task.mode)));
   app_.set_help_flag("-h,--help", "Print this help and exit");
@@ -463,7 +463,8 @@ void FamilyParser::ReadCharts(RunRequest& request) const {
         CheckChartFile(wish.file);
       }
     }
-    request.charts.push_back(std::move(wish));
+    request.charts.push_back(wish.name);
+    request.wishes.push_back(std::move(wish));
   }
 }
 
@@ -538,7 +539,7 @@ std::vector<Output> OutputsOf(const RunRequest& request) {
     outputs.push_back(
         {"--save-defaults", request.configFolder + "/" + LoadText(text::DefaultSettingsFile)});
   }
-  for (const ChartWish& chart : request.charts) {
+  for (const ChartWish& chart : request.wishes) {
     if (!chart.file.empty()) {
       outputs.push_back({"--chart " + chart.name, chart.file});
     }

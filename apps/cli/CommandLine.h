@@ -1,20 +1,12 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "automation/TaskRun.h"
 #include "exporters/Exporters.h"
-#include "frame/TaskCatalogue.h"
-#include "settings/PowerSettings.h"
 
 namespace poweranalysis {
-
-// A value for a field of the family's record.
-struct FieldValue {
-  const Field* field;
-  double value;
-};
 
 // A chart asked for by the name of its plot, or "all".
 struct ChartWish {
@@ -22,22 +14,9 @@ struct ChartWish {
   std::string file;  // folder for "all"; empty: part of the output
 };
 
-inline constexpr const char* AllCharts = "all";
-
-// A calculation, as the options describe it.
-struct RunRequest {
-  int mode = ModePower;
-  int row = 0;  // of the task list
-  const FamilyTable* family = nullptr;
-  std::vector<FieldValue> values;  // in the order of the record
-  // Of a calculator: the unknown, else the probability, and what the probability stands for.
-  std::optional<std::size_t> unknown;
-  bool oneMinusP = false;
-  std::optional<std::string> settings;
-  std::optional<std::string> saveSettings;
-  bool saveDefaults = false;
-  std::string configFolder;
-  std::vector<ChartWish> charts;
+// A calculation, as the options describe it, and where its results go.
+struct RunRequest : TaskRequest {
+  std::vector<ChartWish> wishes;  // of the charts, and the file of each
   ExportFormat format = ExportFormat::Text;
   bool fullCsv = false;
   std::string output;  // empty: standard output

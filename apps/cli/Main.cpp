@@ -4,14 +4,15 @@
 #include <exception>
 
 #include "cli/Catalogue.h"
+#include "cli/ChartFiles.h"
 #include "cli/CommandLine.h"
 #include "cli/Errors.h"
 #include "cli/LoadedModule.h"
 #include "cli/Macro.h"
 #include "cli/Output.h"
-#include "cli/Run.h"
 #include "cli/Terminal.h"
 #include "cli/office/DocumentWriter.h"
+#include "module/PowerAnalysisModule.h"
 
 namespace poweranalysis {
 
@@ -52,7 +53,7 @@ TextStyle StyleOf(const RunRequest& request, const Study& study) {
     style.columns = TerminalColumns(STDOUT_FILENO);
     style.emphasis = WantsColour(STDOUT_FILENO);
   }
-  for (const ChartWish& wish : request.charts) {
+  for (const ChartWish& wish : request.wishes) {
     for (const Chart* chart : ChartsOf(study)) {
       const bool wanted = wish.file.empty() && (wish.name == AllCharts || wish.name == chart->name);
       const bool first =
@@ -121,9 +122,10 @@ int Calculate(const RunRequest& request) {
   if (IsCapableTerminal(STDERR_FILENO)) {
     host.onProgress = [&bar](const ProgressState& state) { bar.Update(state); };
   }
-  RunOutcome outcome = RunTask(request, host);
+  host.cancelled = Interrupted;
+  TaskOutcome outcome = RunTask(request, host, NewAnalysis);
   if (outcome.study.status != StatusCancelled) {
-    for (std::string& error : WriteChartFiles(outcome.study, request.charts)) {
+    for (std::string& error : WriteChartFiles(outcome.study, request.wishes)) {
       outcome.errors.push_back(std::move(error));
       outcome.study.status = StatusNoAnswer;
     }
@@ -156,7 +158,7 @@ int Main(std::vector<std::string> arguments) {
   try {
     return RunCommand(ParseCommandLine(std::move(arguments)));
   } catch (const UsageError& error) {
-    Complain(error.what());
+    Complain((error.argument().empty() ? "" : "--" + error.argument() + ": ") + error.what());
     return StatusWrongUse;
   } catch (const std::exception& error) {
     Complain(std::string("internal error: ") + error.what());

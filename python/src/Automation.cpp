@@ -30,10 +30,6 @@ constexpr const char* kDriverCapsule = "poweranalysis.DialogDriver";
 // Set by a program that the interpreter runs inside of, for its scripts to drive its own dialogs.
 DialogDriver* hostProgram = nullptr;
 
-std::unique_ptr<CAnalysisSupport> NewAnalysis() {
-  return std::unique_ptr<CAnalysisSupport>(Zlv6NewAnalysis());
-}
-
 // --- One application with its host.
 
 class OwnedApplication {

@@ -11,13 +11,12 @@
 #include "DirectAnswer.h"
 #include "PythonHost.h"
 #include "StudyObject.h"
-#include "cli/Calc.h"
-#include "cli/Errors.h"
-#include "cli/FieldOptions.h"
-#include "cli/Run.h"
+#include "automation/CalculatorNames.h"
+#include "automation/Errors.h"
 #include "host/ConfigFolder.h"
 #include "host/NumberText.h"
 #include "host/SvgPainter.h"
+#include "module/PowerAnalysisModule.h"
 #include "output/SummaryTables.h"
 
 // A calculation asked for by name: the dialogs are driven as the command line drives them.
@@ -31,29 +30,10 @@ using Values = std::vector<std::pair<std::string, py::object>>;
 
 // --- Names.
 
-// A name without what the spellings differ in: "sample-size-n1", "sample_size_n1" and
-// "SampleSizeN1" are one.
-std::string Plain(const std::string& name) {
-  std::string plain = LowerCase(name);
-  plain.erase(
-      std::remove_if(plain.begin(), plain.end(), [](char c) { return c == '-' || c == '_'; }),
-      plain.end());
-  return plain;
-}
-
-bool IsName(const std::string& keyword, const std::string& name) {
-  return Plain(keyword) == Plain(name);
-}
-
-bool Names(const std::string& keyword, const Field& field) {
-  const std::string alias = OptionAlias(field.name);
-  return IsName(keyword, field.name) || (!alias.empty() && IsName(keyword, alias));
-}
-
 const Field& FieldOfKeyword(const FamilyTable& family, const std::string& keyword) {
   std::vector<std::string> names;
   for (const Field& field : family.fields) {
-    if (Names(keyword, field)) {
+    if (IsNameOf(keyword, field.name)) {
       return field;
     }
     names.emplace_back(field.name);
@@ -68,8 +48,8 @@ const Field& FieldOfCalculator(const CalculatorTable& calculator, const std::str
   for (const char* shown : calculator.fields) {
     const Field& field = *TableOf(calculator.family).Find(shown);
     const std::vector<std::string> shorter = ShorterOptions(calculator, field);
-    const auto same = [&keyword](const std::string& name) { return IsName(keyword, name); };
-    if (Names(keyword, field) || std::any_of(shorter.begin(), shorter.end(), same)) {
+    const auto same = [&keyword](const std::string& name) { return SameName(keyword, name); };
+    if (IsNameOf(keyword, field.name) || std::any_of(shorter.begin(), shorter.end(), same)) {
       return field;
     }
     names.emplace_back(field.name);
@@ -87,7 +67,7 @@ int RowOfTask(int mode, const std::string& name, const char* what) {
   }
   std::vector<std::string> names;
   for (const TaskRow& task : Tasks(mode)) {
-    if (IsName(task.readableName, name)) {
+    if (SameName(task.readableName, name)) {
       return FindTask(mode, task.readableName);
     }
     names.emplace_back(task.family);
@@ -134,12 +114,6 @@ std::vector<FieldValue> ValuesOf(const FamilyTable& family, const Values& given,
   return values;
 }
 
-// Wrong use, worded for a program instead of for the command line.
-std::string WithoutOption(const std::string& error) {
-  const std::size_t end = error.find(": ");
-  return error.rfind("--", 0) == 0 && end != std::string::npos ? error.substr(end + 2) : error;
-}
-
 struct Files {
   std::optional<std::string> settings;
   std::optional<std::string> saveSettings;
@@ -147,12 +121,12 @@ struct Files {
   std::optional<std::string> config;
 };
 
-RunRequest RequestOf(int mode,
-                     const std::string& family,
-                     const Values& given,
-                     const std::vector<std::string>& charts,
-                     const Files& files) {
-  RunRequest request;
+TaskRequest RequestOf(int mode,
+                      const std::string& family,
+                      const Values& given,
+                      const std::vector<std::string>& charts,
+                      const Files& files) {
+  TaskRequest request;
   request.mode = mode;
   request.row = RowOfTask(mode, family, "family");
   request.family = &FamilyOfTask(mode, request.row);
@@ -161,7 +135,7 @@ RunRequest RequestOf(int mode,
         return FieldOfKeyword(*request.family, keyword);
       });
   for (const std::string& chart : charts) {
-    request.charts.push_back({LowerCase(chart), {}});
+    request.charts.push_back(LowerCase(chart));
   }
   request.settings = files.settings;
   request.saveSettings = files.saveSettings;
@@ -170,12 +144,12 @@ RunRequest RequestOf(int mode,
   return request;
 }
 
-RunRequest CalculatorRequest(const std::string& name,
-                             const Values& given,
-                             const std::string& unknown,
-                             bool oneMinusP,
-                             const std::optional<std::string>& config) {
-  RunRequest request;
+TaskRequest CalculatorRequest(const std::string& name,
+                              const Values& given,
+                              const std::string& unknown,
+                              bool oneMinusP,
+                              const std::optional<std::string>& config) {
+  TaskRequest request;
   request.mode = ModeDistribution;
   request.row = RowOfTask(request.mode, name, "calculator");
   request.family = &FamilyOfTask(request.mode, request.row);
@@ -188,26 +162,24 @@ RunRequest CalculatorRequest(const std::string& name,
         return FieldOfCalculator(calculator, keyword);
       });
   const CalculatorUnknown& solved = calculator.unknowns[*request.unknown];
-  for (const FieldValue& value : request.values) {
-    if (value.field->name == std::string_view(solved.field)) {
-      throw py::type_error(std::string(solved.name) +
-                           " is the unknown; choose another by unknown=, " + "from " +
-                           UnknownNames(calculator));
-    }
+  if (IsGiven(solved, request.values)) {
+    throw py::type_error(std::string(solved.name) +
+                         " is the unknown; choose another by unknown=, " + "from " +
+                         UnknownNames(calculator));
   }
   request.configFolder = config.value_or(UserConfigFolder("poweranalysis"));
   return request;
 }
 
-RunOutcome RunWithoutLock(const RunRequest& request) {
+TaskOutcome RunWithoutLock(const TaskRequest& request) {
   const py::gil_scoped_release release;
   const ModuleStateScope own;
   PythonHost host;
-  return RunTask(request, host);
+  return RunTask(request, host, NewAnalysis);
 }
 
-StudyObject StudyOf(const RunRequest& request) {
-  RunOutcome outcome = RunWithoutLock(request);
+StudyObject StudyOf(const TaskRequest& request) {
+  TaskOutcome outcome = RunWithoutLock(request);
   if (PyErr_Occurred() != nullptr) {
     throw py::error_already_set();
   }
@@ -222,13 +194,13 @@ StudyObject Run(int mode,
                 const std::optional<std::string>& saveSettings,
                 bool saveDefaults,
                 const std::optional<std::string>& config) {
-  const RunRequest request =
+  const TaskRequest request =
       RequestOf(mode, family, given, charts, {settings, saveSettings, saveDefaults, config});
   try {
     std::optional<StudyObject> direct = DirectAnswer(request, StudyOf);
     return direct ? *std::move(direct) : StudyOf(request);
   } catch (const UsageError& error) {
-    throw py::type_error(WithoutOption(error.what()));
+    throw py::type_error(error.what());
   }
 }
 
@@ -240,7 +212,7 @@ StudyObject Calculate(const std::string& calculator,
   try {
     return StudyOf(CalculatorRequest(calculator, given, unknown, oneMinusP, config));
   } catch (const UsageError& error) {
-    throw py::type_error(WithoutOption(error.what()));
+    throw py::type_error(error.what());
   }
 }
 

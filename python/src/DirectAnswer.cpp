@@ -59,13 +59,13 @@ class OwnRecord {
   std::vector<double> bytes_;
 };
 
-bool AsksForNumbersAlone(const RunRequest& request) {
+bool AsksForNumbersAlone(const TaskRequest& request) {
   return request.charts.empty() && !request.settings && !request.saveSettings &&
          !request.saveDefaults;
 }
 
 // The defaults of the user stand in a file, which only the dialogs read.
-bool HasDefaults(const RunRequest& request) {
+bool HasDefaults(const TaskRequest& request) {
   const std::string file = request.configFolder + "/" + LoadText(text::DefaultSettingsFile);
   return ::access(file.c_str(), F_OK) == 0;
 }
@@ -103,8 +103,8 @@ std::optional<Computed> Compute(const FamilyRow& row, Question question, const R
 }
 
 // The request with every field as it was, so that defaults saved since do not come in.
-RunRequest WithAllFields(const RunRequest& request, const RecordView& record) {
-  RunRequest full = request;
+TaskRequest WithAllFields(const TaskRequest& request, const RecordView& record) {
+  TaskRequest full = request;
   full.values.clear();
   for (const Field& field : record.table().fields) {
     full.values.push_back({&field, record.Get(field)});
@@ -114,8 +114,8 @@ RunRequest WithAllFields(const RunRequest& request, const RecordView& record) {
 
 }  // namespace
 
-std::optional<StudyObject> DirectAnswer(const RunRequest& request,
-                                        StudyObject (*run)(const RunRequest&)) {
+std::optional<StudyObject> DirectAnswer(const TaskRequest& request,
+                                        StudyObject (*run)(const TaskRequest&)) {
   const FamilyRow* row = FindFamilyRow(request.family->family);
   if (row == nullptr || !AsksForNumbersAlone(request) || HasDefaults(request)) {
     return std::nullopt;

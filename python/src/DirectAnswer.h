@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "StudyObject.h"
-#include "cli/CommandLine.h"
+#include "automation/TaskRun.h"
 
 namespace poweranalysis {
 
@@ -12,7 +12,7 @@ namespace poweranalysis {
 // have anything to say, where there is no answer, and where more than numbers was asked for.
 //
 // Call it with the interpreter's lock; it gives the lock away while it computes.
-std::optional<StudyObject> DirectAnswer(const RunRequest& request,
-                                        StudyObject (*run)(const RunRequest&));
+std::optional<StudyObject> DirectAnswer(const TaskRequest& request,
+                                        StudyObject (*run)(const TaskRequest&));
 
 }  // namespace poweranalysis

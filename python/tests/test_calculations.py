@@ -199,6 +199,25 @@ def test_an_unknown_name_raises_with_the_nearest(arguments, fields, nearest):
         pa.power(*arguments, **fields)
 
 
+# The same slips as in tests/cli/Names_test.cpp, which has members and fields too.
+@pytest.mark.parametrize(
+    "given, meant",
+    [
+        ("Alhpa", "Alpha"),
+        ("Alpah", "Alpha"),
+        ("Lapha", "Alpha"),
+        ("Simga", "Sigma"),
+        ("sigm", "Sigma"),
+        ("Sigmaa", "Sigma"),
+        ("SampelSize", "SampleSize"),
+        ("SmapleSize", "SampleSize"),
+    ],
+)
+def test_a_slip_has_the_same_nearest_as_everywhere(given, meant):
+    with pytest.raises(TypeError, match=f"the nearest is '{meant}'"):
+        pa.power("T1", **{given: 1})
+
+
 @pytest.mark.parametrize(
     "fields, error",
     [

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "frame/PowerAnalysis.h"
 
@@ -15,3 +16,12 @@ POWERANALYSIS_EXPORT int GraphListInsertItem(poweranalysis::WindowHandle window,
                                              std::int16_t number,
                                              const char* text);
 }
+
+namespace poweranalysis {
+
+// What faces that link the module hand to whoever drives its dialogs.
+inline std::unique_ptr<CAnalysisSupport> NewAnalysis() {
+  return std::unique_ptr<CAnalysisSupport>(Zlv6NewAnalysis());
+}
+
+}  // namespace poweranalysis

@@ -11,10 +11,6 @@
 
 namespace poweranalysis {
 
-inline std::unique_ptr<CAnalysisSupport> NewAnalysis() {
-  return std::unique_ptr<CAnalysisSupport>(Zlv6NewAnalysis());
-}
-
 // The object model over the real dialogs, without a window.
 class AutomationRun : public ::testing::Test {
  protected:

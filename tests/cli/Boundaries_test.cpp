@@ -14,13 +14,13 @@
 #include <string>
 #include <vector>
 
-#include "cli/Calc.h"
+#include "automation/CalculatorNames.h"
+#include "automation/TaskRun.h"
 #include "cli/CommandLine.h"
-#include "cli/FieldOptions.h"
-#include "cli/Run.h"
 #include "exporters/Exporters.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
+#include "module/PowerAnalysisModule.h"
 
 // Any inputs within their ranges, and at the ends of them, for every task: a calculation ends in
 // numbers or in a message. It may take long only where it can be cancelled.
@@ -58,10 +58,8 @@ unsigned long Environment(const char* name, unsigned long otherwise) {
 // A host whose user loses patience.
 class ImpatientHost : public HeadlessHost {
  public:
-  bool lookbr() override {
-    // The run has put its own question there.
+  ImpatientHost() {
     cancelled = [this] { return Overdue(); };
-    return HeadlessHost::lookbr();
   }
   // Whether a call that has ended now has taken too long.
   bool Hung() const {
@@ -213,7 +211,7 @@ Inputs InputsOf(const Task& task) {
     }
     return inputs;
   }
-  const TaskDialogs dialogs = LookAtDialogs(task.mode, task.row);
+  const TaskDialogs dialogs = LookAtDialogs(task.mode, task.row, NewAnalysis);
   for (const Field& field : inputs.family->fields) {
     for (const auto* names : {&dialogs.parameters, &dialogs.ranges}) {
       if (field.keyed() && std::find(names->begin(), names->end(), field.name) != names->end()) {
@@ -226,8 +224,8 @@ Inputs InputsOf(const Task& task) {
   return inputs;
 }
 
-RunRequest Draw(const Task& task, const Inputs& inputs, Sampler& sampler) {
-  RunRequest request;
+TaskRequest Draw(const Task& task, const Inputs& inputs, Sampler& sampler) {
+  TaskRequest request;
   request.mode = task.mode;
   request.row = task.row;
   request.family = inputs.family;
@@ -247,13 +245,13 @@ RunRequest Draw(const Task& task, const Inputs& inputs, Sampler& sampler) {
     }
   }
   if (!inputs.charts.empty() && sampler.Below(4) == 0) {
-    request.charts.push_back({inputs.charts[sampler.Below(inputs.charts.size())], ""});
+    request.charts.push_back(inputs.charts[sampler.Below(inputs.charts.size())]);
   }
   return request;
 }
 
 // The command that does the same.
-std::string CommandOf(const RunRequest& request) {
+std::string CommandOf(const TaskRequest& request) {
   const TaskRow& task = Tasks(request.mode)[static_cast<std::size_t>(request.row)];
   std::string command = SubCommandOf(request.mode) + " " + LowerCase(task.family);
   if (request.unknown) {
@@ -266,8 +264,8 @@ std::string CommandOf(const RunRequest& request) {
   for (const FieldValue& value : request.values) {
     command += " --" + OptionName(value.field->name) + "=" + FormatShortest(value.value);
   }
-  for (const ChartWish& chart : request.charts) {
-    command += " --chart " + chart.name;
+  for (const std::string& chart : request.charts) {
+    command += " --chart " + chart;
   }
   return command;
 }
@@ -279,7 +277,7 @@ bool Has(const std::string& text, std::string_view part) {
 // What is wrong with an outcome; empty when nothing is.
 class Inspection {
  public:
-  Inspection(const RunRequest& request, const RunOutcome& outcome)
+  Inspection(const TaskRequest& request, const TaskOutcome& outcome)
       : request_(request), outcome_(outcome) {}
 
   std::string Find(bool cancelled);
@@ -295,8 +293,8 @@ class Inspection {
   void Picture(const Chart& chart);
   double Value(const char* field) const;
 
-  const RunRequest& request_;
-  const RunOutcome& outcome_;
+  const TaskRequest& request_;
+  const TaskOutcome& outcome_;
   std::string faults_;
 };
 
@@ -444,11 +442,11 @@ TEST_P(Boundaries, EndInANumberOrInAMessage) {
   Sampler sampler(1000003 * seed + static_cast<unsigned long>(100 * task.mode + task.row));
   int answers = 0;
   for (unsigned long run = 0; run < runs; ++run) {
-    const RunRequest request = Draw(task, inputs, sampler);
+    const TaskRequest request = Draw(task, inputs, sampler);
     const std::string command = CommandOf(request);
     const Watchdog watchdog(command);
     ImpatientHost host;
-    const RunOutcome outcome = RunTask(request, host);
+    const TaskOutcome outcome = RunTask(request, host, NewAnalysis);
     answers += HasAnswer(outcome.study) ? 1 : 0;
     EXPECT_FALSE(host.Hung()) << "hangs for " << host.Seconds() << " seconds"
                               << (host.asked() ? ", cancelled in vain: " : ": ") << command;

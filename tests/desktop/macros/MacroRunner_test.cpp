@@ -28,10 +28,6 @@ namespace {
 
 using testing::TemporaryFolder;
 
-std::unique_ptr<CAnalysisSupport> NewAnalysis() {
-  return std::unique_ptr<CAnalysisSupport>(Zlv6NewAnalysis());
-}
-
 constexpr int kStopLimit = 2000;  // milliseconds
 
 // The dialogs live on the thread of the test; a call from another one is counted.

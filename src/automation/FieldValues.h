@@ -2,13 +2,18 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "automation/Names.h"
 #include "settings/Choices.h"
 
-// Options of the command line, made from the field tables.
+// Values of fields as they are given by name: to an option, a keyword or a cell.
 namespace poweranalysis {
+
+// A value for a field of the family's record.
+struct FieldValue {
+  const Field* field;
+  double value;
+};
 
 // A value for a field, as given. Names of choices count in any case. A value outside the field's
 // range passes: refusing it is the dialogs'. Throws UsageError, which names `option`, the text and
@@ -18,8 +23,14 @@ double ParseFieldValue(const FamilyTable& family,
                        const std::string& option,
                        std::string_view text);
 
-// The field of this name in any case; throws UsageError with the nearest name.
+// The field of this name in any case; throws UsageError, of the argument "set", with the nearest
+// name.
 const Field& FindField(const FamilyTable& family, std::string_view name);
+
+// Puts a value into a record past the dialogs, held to what the field's type can hold: for a field
+// that no dialog shows, and for a value that none of a field's buttons stands for, so that the
+// range check sees it.
+void Store(const RecordView& record, const FieldValue& value);
 
 // "1 <= Df <= 5000", and the names of the choices where it has any.
 std::string AllowedValues(const FamilyTable& family, const Field& field);

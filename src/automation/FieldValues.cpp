@@ -1,19 +1,20 @@
-#include "cli/FieldOptions.h"
+#include "automation/FieldValues.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <optional>
 
-#include "cli/Errors.h"
+#include "automation/Errors.h"
 
 namespace poweranalysis {
 
 namespace {
 
-std::optional<double> ReadNumber(std::string_view text) {
+std::optional<double> ReadValue(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n";
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) {
@@ -51,7 +52,7 @@ double ParseFieldValue(const FamilyTable& family,
   }
   const std::string allowed = AllowedValues(family, field);
   const std::string range = allowed.empty() ? "" : " (" + allowed + ")";
-  const std::optional<double> value = ReadNumber(text);
+  const std::optional<double> value = ReadValue(text);
   if (!value) {
     throw UsageError(fmt::format("{}: '{}' is not a number{}", option, text, range));
   }
@@ -69,8 +70,20 @@ const Field& FindField(const FamilyTable& family, std::string_view name) {
     }
     names.emplace_back(field.name);
   }
-  throw UsageError(fmt::format("--set: {} has no field '{}'; the nearest is {}", family.code, name,
-                               Nearest(name, names)));
+  throw UsageError("set", fmt::format("{} has no field '{}'; the nearest is {}", family.code, name,
+                                      Nearest(name, names)));
+}
+
+void Store(const RecordView& record, const FieldValue& value) {
+  double held = value.value;
+  if (value.field->type == FieldType::Int16) {
+    held =
+        std::clamp<double>(held, std::numeric_limits<i16>::min(), std::numeric_limits<i16>::max());
+  } else if (value.field->type == FieldType::Int32) {
+    held =
+        std::clamp<double>(held, std::numeric_limits<i32>::min(), std::numeric_limits<i32>::max());
+  }
+  record.Set(*value.field, held);
 }
 
 }  // namespace poweranalysis
