@@ -31,6 +31,20 @@ std::optional<double> ReadValue(std::string_view text) {
   return good ? std::optional(value) : std::nullopt;
 }
 
+// Why a text is no value of a field, with what would be.
+std::string NotAValue(const FamilyTable& family, const Field& field, std::string_view text) {
+  const std::string range = field.keyed() ? RangeText(field) : std::string();
+  std::string words;
+  for (const Choice& choice : ChoicesOf(family.family, field.name)) {
+    words += (words.empty() ? "" : ", ") + std::string(choice.word);
+  }
+  if (!words.empty()) {
+    return fmt::format("'{}' is not one of: {} (or a number{}{})", text, words,
+                       range.empty() ? "" : ", ", range);
+  }
+  return fmt::format("'{}' is not a number{}", text, range.empty() ? "" : " (" + range + ")");
+}
+
 }  // namespace
 
 std::string AllowedValues(const FamilyTable& family, const Field& field) {
@@ -50,13 +64,13 @@ double ParseFieldValue(const FamilyTable& family,
       return choice.value;
     }
   }
-  const std::string allowed = AllowedValues(family, field);
-  const std::string range = allowed.empty() ? "" : " (" + allowed + ")";
   const std::optional<double> value = ReadValue(text);
   if (!value) {
-    throw UsageError(fmt::format("{}: '{}' is not a number{}", option, text, range));
+    throw UsageError(option + ": " + NotAValue(family, field, text));
   }
   if (field.type != FieldType::Real && std::trunc(*value) != *value) {
+    const std::string allowed = AllowedValues(family, field);
+    const std::string range = allowed.empty() ? "" : " (" + allowed + ")";
     throw UsageError(fmt::format("{}: '{}' is not a whole number{}", option, text, range));
   }
   return *value;

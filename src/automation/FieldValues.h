@@ -17,7 +17,8 @@ struct FieldValue {
 
 // A value for a field, as given. Names of choices count in any case. A value outside the field's
 // range passes: refusing it is the dialogs'. Throws UsageError, which names `option`, the text and
-// the range, for what is not a number, and for a fraction where a whole number is wanted.
+// what would be taken, for what is neither a number nor a choice, and for a fraction where a whole
+// number is wanted.
 double ParseFieldValue(const FamilyTable& family,
                        const Field& field,
                        const std::string& option,

@@ -295,7 +295,8 @@ TEST_F(Calc, WrongUseIsToldInWords) {
   ExpectWrongUse("t --set Alpha=0.05", {"--set: the calculator has no field Alpha"});
   ExpectWrongUse("t --t 1 --t-observed 2", {"twice"});
   ExpectWrongUse("t --t 1 --set TObserved=2", {"TObserved was given twice"});
-  ExpectWrongUse("correlation --algorithm best", {"'best' is not a number", "refined = 1"});
+  ExpectWrongUse("correlation --algorithm best",
+                 {"'best' is not one of: exact, refined, crude (or a number"});
 }
 
 TEST_F(Calc, AValueForTheUnknownIsWrongUse) {
