@@ -199,6 +199,16 @@ def test_an_unknown_name_raises_with_the_nearest(arguments, fields, nearest):
         pa.power(*arguments, **fields)
 
 
+def test_a_lone_comma_asks_for_the_point():
+    with pytest.raises(ValueError, match=r"'0,5' is not a number; did you mean 0\.5\?"):
+        pa.power("T1", Mu="0,5")
+
+
+def test_a_text_that_is_no_choice_names_the_choices():
+    with pytest.raises(ValueError, match="'sideways' is not one of: two-sided, upper, lower"):
+        pa.power("T1", H0Type="sideways")
+
+
 # The same slips as in tests/cli/Names_test.cpp, which has members and fields too.
 @pytest.mark.parametrize(
     "given, meant",

@@ -31,6 +31,14 @@ std::optional<double> ReadValue(std::string_view text) {
   return good ? std::optional(value) : std::nullopt;
 }
 
+// The number that a text with one comma may stand for; empty for none.
+std::string WithPoint(std::string_view text) {
+  std::string other(text);
+  const bool lone = std::count(other.begin(), other.end(), ',') == 1;
+  std::replace(other.begin(), other.end(), ',', '.');
+  return lone && ReadValue(other) ? other : std::string();
+}
+
 // Why a text is no value of a field, with what would be.
 std::string NotAValue(const FamilyTable& family, const Field& field, std::string_view text) {
   const std::string range = field.keyed() ? RangeText(field) : std::string();
@@ -41,6 +49,11 @@ std::string NotAValue(const FamilyTable& family, const Field& field, std::string
   if (!words.empty()) {
     return fmt::format("'{}' is not one of: {} (or a number{}{})", text, words,
                        range.empty() ? "" : ", ", range);
+  }
+  // A comma in a whole number would part thousands, if anything.
+  const std::string asked = field.type == FieldType::Real ? WithPoint(text) : std::string();
+  if (!asked.empty()) {
+    return fmt::format("'{}' is not a number; did you mean {}?", text, asked);
   }
   return fmt::format("'{}' is not a number{}", text, range.empty() ? "" : " (" + range + ")");
 }

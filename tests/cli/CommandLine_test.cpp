@@ -121,8 +121,8 @@ TEST_F(CommandLine, VariesOneGroupWithTheOtherFixed) {
 }
 
 TEST_F(CommandLine, NumbersThatAreNoneAreWrongUse) {
-  const Arguments texts = {"abc",   "",    "nan",  "NaN", "inf", "-inf", "infinity",
-                           "1e999", "5,0", "0x10", "1 2", "--5", "+-5",  "5%"};
+  const Arguments texts = {"abc",   "",      "nan",  "NaN", "inf", "-inf", "infinity",
+                           "1e999", "5,0,0", "0x10", "1 2", "--5", "+-5",  "5%"};
   for (const std::string& text : texts) {
     std::string quoted = "'";
     quoted += text;
@@ -135,6 +135,21 @@ TEST_F(CommandLine, NumbersThatAreNoneAreWrongUse) {
   }
   ExpectWrongUse({"power", "t1", "--mu="}, {"--mu", "''", "not a number"});
   ExpectWrongUse({"power", "t1", "--mu=", "--sigma", "5"}, {"--mu", "''", "not a number"});
+}
+
+TEST_F(CommandLine, ALoneCommaInANumberAsksForThePoint) {
+  ExpectWrongUse({"power", "t1", "--mu", "0,5"},
+                 {"--mu: '0,5' is not a number; did you mean 0.5?\n"});
+  ExpectWrongUse({"power", "t1", "--set", "Mu=-1,25e2"},
+                 {"--set Mu: '-1,25e2' is not a number; did you mean -1.25e2?\n"});
+  for (const char* text : {"a,b", "1,2,3", "1.5,2", ","}) {
+    EXPECT_FALSE(Has(Run({"power", "t1", "--mu", text}).err, "did you mean")) << text;
+  }
+}
+
+TEST_F(CommandLine, ACommaInAWholeNumberIsNoPoint) {
+  ExpectWrongUse({"power", "t1", "--sample-size", "1,000"},
+                 {"'1,000' is not a number (2 <= Sample Size (N) <= 150000)\n"});
 }
 
 TEST_F(CommandLine, FractionsOfWholeFieldsAreWrongUse) {
