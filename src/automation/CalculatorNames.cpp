@@ -5,6 +5,7 @@
 #include "automation/Errors.h"
 #include "automation/Names.h"
 #include "frame/TaskCatalogue.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -47,11 +48,10 @@ std::string UnknownNames(const CalculatorTable& calculator) {
 }
 
 std::size_t FindUnknown(const CalculatorTable& calculator, const std::string& name) {
-  const std::string wanted = LowerCase(name);
   for (std::size_t i = 0; i < calculator.unknowns.size(); ++i) {
     const CalculatorUnknown& unknown = calculator.unknowns[i];
-    if (wanted == unknown.name || wanted == LowerCase(unknown.field) ||
-        wanted == OptionName(unknown.field)) {
+    if (SameInAnyCase(name, unknown.name) || SameInAnyCase(name, unknown.field) ||
+        SameInAnyCase(name, OptionName(unknown.field))) {
       return i;
     }
   }

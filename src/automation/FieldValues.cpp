@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "automation/Errors.h"
+#include "host/Utf8.h"
 
 namespace poweranalysis {
 
@@ -73,7 +74,7 @@ double ParseFieldValue(const FamilyTable& family,
                        const std::string& option,
                        std::string_view text) {
   for (const Choice& choice : ChoicesOf(family.family, field.name)) {
-    if (LowerCase(text) == choice.word) {
+    if (SameInAnyCase(text, choice.word)) {
       return choice.value;
     }
   }
@@ -92,7 +93,7 @@ double ParseFieldValue(const FamilyTable& family,
 const Field& FindField(const FamilyTable& family, std::string_view name) {
   std::vector<std::string> names;
   for (const Field& field : family.fields) {
-    if (LowerCase(field.name) == LowerCase(name)) {
+    if (SameInAnyCase(field.name, name)) {
       return field;
     }
     names.emplace_back(field.name);
