@@ -200,7 +200,11 @@ SearchResult CorrelationRequiredN(const CorrelationSizeRequest& request,
       EstimateTail(request) == NumericFailure) {
     return Failed(refusal);
   }
-  const auto first = static_cast<std::int64_t>(CorrelationFirstEstimate(request));
+  const double estimate = CorrelationFirstEstimate(request);
+  if (!std::isfinite(estimate)) {
+    return Failed();  // a correlation beyond one, or a goal that is not a chance
+  }
+  const auto first = static_cast<std::int64_t>(estimate);
   CorrelationTest test = {first, request.alpha, request.rho0, request.algorithm, request.form};
   // Kept: only the first estimate counts, so that a search that starts low stays exact and slow.
   const bool switched = IsExact(test.algorithm) && first > LargestExactEstimate;

@@ -346,6 +346,12 @@ TEST_F(CorrelationsTest, ChoosesTheTailOfTheFirstEstimateByTheDirection) {
   EXPECT_EQ(CorrelationFirstEstimate(Asked(-.2, 0, .9, H0AtLeast)), 7);
 }
 
+TEST_F(CorrelationsTest, ACorrelationBeyondOneOrAGoalBeyondOneHasNoAnswer) {
+  ExpectFailed(CorrelationRequiredN(Asked(1.5, 0, .9, H0TwoTailed)));
+  ExpectFailed(CorrelationRequiredN(Asked(-1.5, .2, .9, H0TwoTailed)));
+  ExpectFailed(CorrelationRequiredN(Asked(.2, 0, 1.5, H0TwoTailed)));
+}
+
 TEST_F(CorrelationsTest, ReturnsAPassingFirstEstimateThoughOneLessSuffices) {
   for (const CorrelationSizeRequest& request :
        {Asked(.2, 0, .9, H0AtMost), Asked(-.2, 0, .9, H0TwoTailed)}) {
