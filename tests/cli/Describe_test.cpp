@@ -171,6 +171,19 @@ TEST_F(Describe, TellsRangeDefaultLabelMeaningAndChoices) {
   }
 }
 
+TEST_F(Describe, OffersTheUnknownsOfACalculatorAndNoMore) {
+  EXPECT_EQ((nlohmann::json{{"t", 0}, {"p", 1}, {"delta", 2}}),
+            RunJson({"describe", "t"})["fields"][0]["choices"]);
+  EXPECT_EQ((nlohmann::json{{"x", 0}, {"p", 1}, {"pi", 2}}),
+            RunJson({"describe", "binomial"})["fields"][0]["choices"]);
+}
+
+TEST_F(Describe, QuotesTheLabelOfAFieldThatHasOne) {
+  const std::string text = Run({"describe", "r2"}).out;
+  EXPECT_TRUE(Has(text, "default 0.5; label \"Observed R-Square (R2)\"\n")) << text;
+  EXPECT_TRUE(Has(text, "0 <= PopulationR2 < 1; default 0.2\n")) << text;
+}
+
 TEST_F(Describe, HasNoRangeForAWorkingValue) {
   const auto json = RunJson({"describe", "t1"});
   for (const auto& field : json["fields"]) {
