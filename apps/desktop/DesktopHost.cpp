@@ -1,13 +1,17 @@
 #include "desktop/DesktopHost.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <utility>
 
 #include "desktop/NeighbourPowers.h"
 #include "desktop/Strings.h"
 #include "desktop/StudyInputs.h"
 #include "frame/PowerAnalysis.h"
+#include "office/SheetFile.h"
 #include "output/Answers.h"
 #include "output/Reports.h"
 
@@ -186,6 +190,30 @@ std::optional<std::string> DesktopHost::DoFileSaveAsDlg(const std::string& title
 std::optional<std::string> DesktopHost::DoFileOpenDlg(const std::string& title,
                                                       const std::string& extension) {
   return chooseFile ? chooseFile({false, title, {}, extension}) : std::nullopt;
+}
+
+// --- Clipboard and sheets.
+
+std::optional<std::string> DesktopHost::GetClipboardText() {
+  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+  if (data == nullptr || !data->hasText()) {
+    return std::nullopt;
+  }
+  return WithPlainMinus(FromText(data->text()));
+}
+
+bool DesktopHost::SetClipboardText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(ToText(text));
+  return true;
+}
+
+std::optional<Sheet> DesktopHost::OpenSheet(const std::string& path) {
+  SheetResult result = ReadAnySheet(path);
+  if (!result.error.empty()) {
+    Q_EMIT SheetUnreadable(ToText(path), ToText(result.error));
+    return std::nullopt;
+  }
+  return std::move(result.sheet);
 }
 
 // --- Output.

@@ -76,6 +76,8 @@ class DesktopHost : public QObject, public RunningHost {
   // The user pressed a button that takes values while boxes could not be read.
   void BoxesUnreadable(int button, const std::vector<poweranalysis::UnreadableBox>& boxes);
   void CommandDone();
+  // Why a file is no sheet of cell means.
+  void SheetUnreadable(const QString& path, const QString& reason);
   // Before a dialog answers what the user did in it, for the recording of macros.
   void Doing(const poweranalysis::DialogEvent& event);
 
@@ -90,6 +92,9 @@ class DesktopHost : public QObject, public RunningHost {
                                              const std::string& extension) override;
   std::optional<std::string> DoFileOpenDlg(const std::string& title,
                                            const std::string& extension) override;
+  std::optional<std::string> GetClipboardText() override;
+  bool SetClipboardText(const std::string& text) override;
+  std::optional<Sheet> OpenSheet(const std::string& path) override;
   void NextScrSetOptions(int) override {}
   int looka4(SummaryTable table) override;
   void type(const std::string& paragraph) override;

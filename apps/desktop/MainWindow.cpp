@@ -167,6 +167,10 @@ void MainWindow::ConnectHost() {
   connect(host_, &DesktopHost::DialogShown, this, &MainWindow::ShowDialog);
   connect(host_, &DesktopHost::DialogClosed, this, &MainWindow::HideDialog);
   connect(host_, &DesktopHost::Frozen, this, &MainWindow::Freeze);
+  connect(host_, &DesktopHost::SheetUnreadable, this,
+          [this](const QString& path, const QString& reason) {
+            statusBar()->showMessage(tr("%1 was not read: %2.").arg(path, reason));
+          });
   connect(host_, &DesktopHost::Refused, this, [this] {
     statusBar()->showMessage(tr("A calculation is running. Wait for it, or cancel it."), 5000);
   });
@@ -401,11 +405,14 @@ std::optional<std::string> MainWindow::ChooseFile(const DesktopHost::FileQuestio
   const QString title = ToText(question.title);
   const QString extension = ToText(question.extension);
   const QString bare = extension.startsWith(QLatin1Char('.')) ? extension.mid(1) : extension;
-  const QString filter = tr("Settings (*.%1 *.%2);;All files (*)").arg(bare, bare.toLower());
+  // A sheet of cell means may come from other programs, too.
+  const QString names =
+      bare == QLatin1String("ZLV")
+          ? tr("Cell means (*.ZLV *.zlv *.csv *.tsv *.txt *.xlsx *.ods);;All files (*)")
+          : tr("Settings (*.%1 *.%2);;All files (*)").arg(bare, bare.toLower());
   const QString start = QDir::home().filePath(ToText(question.startName));
-  QString path = question.save
-                     ? QFileDialog::getSaveFileName(this, title, start, filter)
-                     : QFileDialog::getOpenFileName(this, title, QDir::homePath(), filter);
+  QString path = question.save ? QFileDialog::getSaveFileName(this, title, start, names)
+                               : QFileDialog::getOpenFileName(this, title, QDir::homePath(), names);
   if (path.isEmpty()) {
     return std::nullopt;
   }

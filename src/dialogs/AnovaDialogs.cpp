@@ -36,6 +36,20 @@ constexpr ParameterDialogTable kParameterDialogs[] = {
     {Family::AV2, ModePower, kAV2PowerFields}, {Family::AV2, ModeSampleSize, kAV2SizeFields},
 };
 
+constexpr const char* kPCInterval[] = {"TObserved", "SampleSize", "NumberOfGroups",
+                                       "SumOfSquaredWeights", "Confidence"};
+constexpr const char* kAV1Interval[] = {"FObserved",  "N",         "NumberOfGroups", "Alpha",
+                                        "Confidence", "PowerGoal", "ModelType",      "Algorithm"};
+constexpr const char* kAV2Interval[] = {"FObserved",  "Rows",         "Columns",
+                                        "N",          "EffectToTest", "Alpha",
+                                        "Confidence", "PowerGoal",    "Algorithm"};
+
+constexpr IntervalDialogTable kIntervalDialogs[] = {
+    {Family::PC, kPCInterval},
+    {Family::AV1, kAV1Interval},
+    {Family::AV2, kAV2Interval},
+};
+
 // --- Plots.
 
 constexpr PlotTexts kRmsseLabel = Only(text::RowRMSSE);
@@ -171,6 +185,6 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
 
 }  // namespace
 
-FamilyDialogs AnovaDialogs() { return {kParameterDialogs, kResultsDialogs}; }
+FamilyDialogs AnovaDialogs() { return {kParameterDialogs, kResultsDialogs, kIntervalDialogs}; }
 
 }  // namespace poweranalysis

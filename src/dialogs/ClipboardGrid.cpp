@@ -77,4 +77,44 @@ std::string FormatGridText(ClipboardGrid shape,
   return text;
 }
 
+int ParseClipboardGrid(Host& host,
+                       std::int32_t& rowsOut,
+                       std::int32_t& columnsOut,
+                       std::span<double> values,
+                       std::int32_t maxRows,
+                       std::int32_t maxColumns) {
+  rowsOut = 0;
+  columnsOut = 0;
+  const std::string text = host.GetClipboardText().value_or(std::string());
+  const std::size_t size = std::min(text.size(), ClipboardGridLimit);
+  // The clipboard is not held while its text is read.
+  HostArray<char> copy(host, size);
+  if (!copy) {
+    return 1;
+  }
+  std::copy_n(text.begin(), size, copy.data());
+  const auto grid = ParseGridText({copy.data(), size}, values, maxRows, maxColumns);
+  if (!grid) {
+    return 1;
+  }
+  rowsOut = grid->rows;
+  columnsOut = grid->columns;
+  return 0;
+}
+
+int FormatClipboardGrid(Host& host,
+                        std::int32_t rows,
+                        std::int32_t columns,
+                        std::int32_t stride,
+                        std::span<const double> values) {
+  constexpr std::int32_t kWidest = 17;
+  constexpr std::int32_t kLineEnd = 2;
+  const HostArray<char> memory(host,
+                               static_cast<std::size_t>((columns * kWidest + kLineEnd) * rows + 1));
+  if (!memory) {
+    return 1;
+  }
+  return host.SetClipboardText(FormatGridText({rows, columns}, stride, values)) ? 0 : 1;
+}
+
 }  // namespace poweranalysis

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/Host.h"
+
 // Grids of cell means on the clipboard.
 namespace poweranalysis {
 
@@ -36,5 +38,22 @@ std::optional<ClipboardGrid> ParseGridText(std::string_view text,
 std::string FormatGridText(ClipboardGrid shape,
                            std::int32_t stride,
                            std::span<const double> values);
+
+// The same for the text that the host has on its clipboard: 0, or 1 where it is refused or the host
+// has no memory for it. Without a text both counts are 0.
+int ParseClipboardGrid(Host& host,
+                       std::int32_t& rowsOut,
+                       std::int32_t& columnsOut,
+                       std::span<double> values,
+                       std::int32_t maxRows,
+                       std::int32_t maxColumns);
+
+// Puts the text of a grid on the host's clipboard: 0, or 1 where the host has no memory for it or no
+// clipboard.
+int FormatClipboardGrid(Host& host,
+                        std::int32_t rows,
+                        std::int32_t columns,
+                        std::int32_t stride,
+                        std::span<const double> values);
 
 }  // namespace poweranalysis

@@ -213,6 +213,11 @@ int ControlOfField(std::string_view field) {
   return listed != 0 ? listed : FreeNumber(field);
 }
 
+int ControlOfField(Family family, std::string_view field) {
+  constexpr int kObservedFOfOneWay = 4801;
+  return family == Family::AV1 && field == "FObserved" ? kObservedFOfOneWay : ControlOfField(field);
+}
+
 bool IsCheckBox(std::string_view field) {
   return std::find(std::begin(kCheckBoxes), std::end(kCheckBoxes), field) != std::end(kCheckBoxes);
 }
@@ -242,8 +247,8 @@ std::vector<ControlSpec> ControlsOfField(const FamilyTable& family,
   const ControlKind kind = IsCheckBox(field.name)          ? ControlKind::CheckBox
                            : field.type == FieldType::Real ? ControlKind::RealEdit
                                                            : ControlKind::IntEdit;
-  controls.push_back({ControlOfField(field.name), kind, field.name, CaptionOf(field), HelpOf(field),
-                      LoadText(GroupOf(family.family, field, groupCaption)), 0});
+  controls.push_back({ControlOfField(family.family, field.name), kind, field.name, CaptionOf(field),
+                      HelpOf(field), LoadText(GroupOf(family.family, field, groupCaption)), 0});
   return controls;
 }
 

@@ -28,6 +28,20 @@ inline constexpr int ControlSizeCharts = 603;
 
 inline constexpr int SettingsPage = 6104;
 
+// The button of the cell means, and a remark on the page of an interval.
+inline constexpr int ControlGrid = 22090;
+inline constexpr int ControlHint = 22091;
+
+// Grids of cell means: their buttons, the first cell, the first weight of a contrast and the first
+// measure.
+inline constexpr int ControlGridCreate = 9015;
+inline constexpr int ControlGridOpen = 9018;
+inline constexpr int ControlGridPaste = 9305;
+inline constexpr int ControlGridCopy = 9412;
+inline constexpr int ControlGridCells = 23000;
+inline constexpr int ControlGridWeights = 23100;
+inline constexpr int ControlGridMeasures = 23200;
+
 // Calculators: the second Compute command, the radio button of the first unknown, and the
 // box and labels about the probability.
 inline constexpr int ControlCompute = 815;
@@ -39,6 +53,9 @@ inline constexpr int ControlActualValueLabel = 22082;
 // The number of a field's edit control or check box; 0 for a field that radio buttons show, and for
 // a name that is not a field's.
 int ControlOfField(std::string_view field);
+// The same in the dialogs of a family: the observed F of the one-way analysis of variance has a
+// control of its own.
+int ControlOfField(Family family, std::string_view field);
 // Is the field a check box, 1 when checked?
 bool IsCheckBox(std::string_view field);
 

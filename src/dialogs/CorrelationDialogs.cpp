@@ -32,6 +32,19 @@ constexpr const char* kR2PowerRanges[] = {"R2Start", "R2End", "AlphaStart", "Alp
 constexpr const char* kR2SizeRanges[] = {"R2Start",    "R2End",    "AlphaStart", "AlphaEnd",
                                          "PowerStart", "PowerEnd", "NInterval",  "Algorithm"};
 
+constexpr const char* kRInterval[] = {"RObserved", "SampleSize", "Confidence",
+                                      "Algorithm", "Rho0",       "H0Type"};
+constexpr const char* kR2Interval[] = {"R2Observed",        "R2Null",    "SampleSize",
+                                       "TotalNumberOfVars", "H0Type",    "Alpha",
+                                       "Confidence",        "PowerGoal", "Algorithm"};
+
+// Limits on power and size come with a one-tailed hypothesis alone, and it is the other that is
+// built in.
+constexpr IntervalDialogTable kIntervalDialogs[] = {
+    {Family::R, kRInterval},
+    {Family::R2, kR2Interval, nullptr, {text::HintSquaredCorrelationTwoTailed, "H0Type", 0}},
+};
+
 constexpr ParameterDialogTable kParameterDialogs[] = {
     {Family::R, ModePower, kRPowerFields},     {Family::R, ModeSampleSize, kRSizeFields},
     {Family::Z2R, ModePower, kZ2RPowerFields}, {Family::Z2R, ModeSampleSize, kZ2RSizeFields},
@@ -177,6 +190,8 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
 
 }  // namespace
 
-FamilyDialogs CorrelationDialogs() { return {kParameterDialogs, kResultsDialogs}; }
+FamilyDialogs CorrelationDialogs() {
+  return {kParameterDialogs, kResultsDialogs, kIntervalDialogs};
+}
 
 }  // namespace poweranalysis

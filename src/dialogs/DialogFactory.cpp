@@ -10,6 +10,12 @@ constexpr FamilyDialogs (*kGroups[])() = {TTestDialogs,       AnovaDialogs,     
                                           CorrelationDialogs, ProportionDialogs, SurvivalDialogs,
                                           ModelFitDialogs};
 
+template <class Row>
+int ModeOf(const Row& row) {
+  return row.mode;
+}
+int ModeOf(const IntervalDialogTable& /*row*/) { return ModeInterval; }
+
 // The row of a family and mode among those that `rows` takes from the groups; null when there is
 // none.
 template <class Row>
@@ -17,7 +23,7 @@ const Row* Find(std::span<const Row> FamilyDialogs::*rows, Family family, int mo
   for (const auto group : kGroups) {
     const std::span<const Row> candidates = group().*rows;
     for (const Row& row : candidates) {
-      if (row.family == family && row.mode == mode) {
+      if (row.family == family && ModeOf(row) == mode) {
         return &row;
       }
     }
@@ -29,13 +35,17 @@ const Row* Find(std::span<const Row> FamilyDialogs::*rows, Family family, int mo
 
 std::unique_ptr<CAnalysisDialog> CreateTaskDialog(CPowerAnalysis& analysis,
                                                   const CatalogueDialog& entry) {
-  if (entry.mode != ModePower && entry.mode != ModeSampleSize) {
+  if (entry.mode == ModeDistribution) {
     return nullptr;
   }
   const TaskRow& task = Tasks(entry.mode)[static_cast<std::size_t>(entry.row)];
   const FamilyTable* family = FindFamily(task.family);
   if (family == nullptr) {
     return nullptr;
+  }
+  if (entry.mode == ModeInterval) {
+    const IntervalDialogTable* rows = Find(&FamilyDialogs::intervals, family->family, entry.mode);
+    return rows == nullptr ? nullptr : std::make_unique<CIntervalDialog>(analysis, entry, *rows);
   }
   if (entry.result) {
     const ResultsDialogTable* rows = Find(&FamilyDialogs::results, family->family, entry.mode);

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "dialogs/IntervalDialog.h"
 #include "dialogs/ParameterDialog.h"
 #include "dialogs/ResultsDialog.h"
 
 namespace poweranalysis {
 
-// The parameter and results dialogs of a group of families, as rows.
+// The parameter, results and interval dialogs of a group of families, as rows.
 struct FamilyDialogs {
   std::span<const ParameterDialogTable> parameters;
   std::span<const ResultsDialogTable> results;
+  std::span<const IntervalDialogTable> intervals{};
 };
 
 FamilyDialogs TTestDialogs();        // T1, T2, T3

@@ -1,6 +1,8 @@
 #include "dialogs/FieldDialog.h"
 
+#include "dialogs/GridDialog.h"
 #include "dialogs/Speaker.h"
+#include "frame/NearlyEqual.h"
 
 namespace poweranalysis {
 
@@ -52,7 +54,7 @@ long CFieldDialog::EventHandler(const DialogEvent& event) {
     // Without values the dialog can still be closed.
     return event.control == ControlBack || event.control == ControlBackToo ? Back() : 0;
   }
-  return SettingsButton(event.control) ? 1 : Command(event.control);
+  return SettingsButton(event.control) || GridButton(event.control) ? 1 : Command(event.control);
 }
 
 long CFieldDialog::Back() {
@@ -82,11 +84,11 @@ void CFieldDialog::ShowFields() {
                                 radios->base + static_cast<int>(value));
       }
     } else if (IsCheckBox(name)) {
-      form().CheckDlgButton(ControlOfField(name), value != 0);
+      form().CheckDlgButton(ControlOf(name), value != 0);
     } else if (field.type == FieldType::Real) {
-      form().SetDlgItemDouble(ControlOfField(name), value, kShownWidth, kShownDecimals);
+      form().SetDlgItemDouble(ControlOf(name), value, kShownWidth, kShownDecimals);
     } else {
-      form().SetDlgItemLong(ControlOfField(name), static_cast<std::int64_t>(value));
+      form().SetDlgItemLong(ControlOf(name), static_cast<std::int64_t>(value));
     }
   }
 }
@@ -102,9 +104,9 @@ void CFieldDialog::SetEditLimits() {
     const double low = lower.Get(*table_.Find(LowerLimitField(table_, name)));
     const double high = upper.Get(field);
     if (field.type == FieldType::Real) {
-      form().SetRealEditRange(ControlOfField(name), low, high, kEditRangeForm);
+      form().SetRealEditRange(ControlOf(name), low, high, kEditRangeForm);
     } else {
-      form().SetIntEditRange(ControlOfField(name), static_cast<std::int32_t>(low),
+      form().SetIntEditRange(ControlOf(name), static_cast<std::int32_t>(low),
                              static_cast<std::int32_t>(high));
     }
   }
@@ -123,6 +125,38 @@ bool CFieldDialog::SettingsButton(int control) {
   return true;
 }
 
+const GridRow* CFieldDialog::GridOfPage() const {
+  const GridRow* grid = entry_.result ? nullptr : FindGrid(family());
+  return grid != nullptr && entry_.mode == ModeInterval && !grid->onIntervalPage ? nullptr : grid;
+}
+
+bool CFieldDialog::CountsFit(const GridRow& grid) {
+  const KeyTable keys = FillKeys(*Block(), family());
+  for (const char* name : {grid.rowsField, grid.columnsField}) {
+    if (name == nullptr) {
+      continue;
+    }
+    const Field& field = *table_.Find(name);
+    const KeyEntry& entry = keys.entries[static_cast<std::size_t>(field.place)];
+    if (CheckRanges(window(), std::span<const KeyEntry>(&entry, 1)) == 0) {
+      return false;
+    }
+  }
+  if (!grid.capacity.Holds(grid.SizeOf(View(Instance::Working)))) {
+    ShowMessage(MessageStopIcon, window(), grid.tooLarge);
+    return false;
+  }
+  return true;
+}
+
+bool CFieldDialog::GridButton(int control) {
+  const GridRow* grid = control == ControlGrid ? GridOfPage() : nullptr;
+  if (grid != nullptr && CountsFit(*grid)) {
+    analysis().host().CreateAnalysisDialog(std::make_unique<CGridDialog>(analysis(), *grid));
+  }
+  return grid != nullptr;
+}
+
 bool CFieldDialog::StoreField(int control) {
   const RecordView working = View(Instance::Working);
   for (const char* name : fields_) {
@@ -134,10 +168,10 @@ bool CFieldDialog::StoreField(int control) {
         form().CheckRadioButton(radios->base, radios->last(), control);
         return true;
       }
-    } else if (IsCheckBox(name) && ControlOfField(name) == control) {
+    } else if (IsCheckBox(name) && ControlOf(name) == control) {
       working.Set(field, form().IsDlgButtonChecked(control) ? 1 : 0);
       return true;
-    } else if (ControlOfField(name) == control) {
+    } else if (ControlOf(name) == control) {
       double value = 0;
       if (field.type != FieldType::Real) {
         value = form().GetDlgItemLong(control);
@@ -145,11 +179,29 @@ bool CFieldDialog::StoreField(int control) {
         // A text that is not a number stores 0; the next check names the field.
         value = 0;
       }
+      if (!SingleCheckPasses(name, value)) {
+        return true;
+      }
       working.Set(field, value + 0.0);  // a "-0" is stored as 0
       return true;
     }
   }
   return false;
+}
+
+// The one field that is checked at every change and not by its range alone.
+// Kept: its upper limit is narrower than that of the range.
+bool CFieldDialog::SingleCheckPasses(std::string_view field, double value) {
+  constexpr double kLargestObservedF = 1000;
+  if (family() != Family::AV1 || field != "FObserved") {
+    return true;
+  }
+  const bool inside = (value >= 0 && value <= kLargestObservedF) || NearlyEqual(value, 0.0) ||
+                      NearlyEqual(value, kLargestObservedF);
+  if (!inside) {
+    ShowMessage(MessagePlain, window(), text::InvalidValueEntered);
+  }
+  return inside;
 }
 
 bool CFieldDialog::InputsPass() {
@@ -182,6 +234,11 @@ PageSpec CFieldDialog::FieldsPage(TextId groupCaption) const {
     for (ControlSpec& control : ControlsOfField(table_, *table_.Find(name), groupCaption)) {
       page.controls.push_back(std::move(control));
     }
+  }
+  if (GridOfPage() != nullptr) {
+    ControlSpec button = ButtonSpec(ControlGrid, "Grid", text::ButtonGrid);
+    button.group = LoadText(groupCaption);
+    page.controls.push_back(std::move(button));
   }
   return page;
 }

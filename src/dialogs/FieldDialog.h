@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialogs/Controls.h"
+#include "dialogs/Grids.h"
 #include "families/Families.h"
 #include "frame/PowerAnalysis.h"
 
@@ -48,6 +49,8 @@ class CFieldDialog : public CPowerAnalysisModelessDialog {
   void Refresh();
   // Runs the buttons of the settings page; true when the dialog has shown its values again.
   bool SettingsButton(int control);
+  // Opens the grid of cell means; true when that is what the button is for.
+  bool GridButton(int control);
   // Stores what an edit or a radio button shows; false for a control that shows no field.
   bool StoreField(int control);
   // The checks before a record is accepted: its ranges, and what its family refuses beyond them.
@@ -59,6 +62,12 @@ class CFieldDialog : public CPowerAnalysisModelessDialog {
 
  private:
   bool ChoiceIsServed();
+  // The grid whose button the page has; null when it has none.
+  const GridRow* GridOfPage() const;
+  // Are the counts of the page within their ranges and within the grid? Shows why not.
+  bool CountsFit(const GridRow& grid);
+  bool SingleCheckPasses(std::string_view field, double value);
+  int ControlOf(std::string_view field) const { return ControlOfField(family(), field); }
 
   const FamilyTable& table_;
   CatalogueDialog entry_;

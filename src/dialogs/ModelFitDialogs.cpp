@@ -15,6 +15,13 @@ constexpr const char* kSizeRanges[] = {"RStart",   "REnd",       "AlphaStart",
                                        "AlphaEnd", "PowerStart", "PowerEnd",
                                        "DfStart",  "DfEnd",      "NInterval"};
 
+constexpr const char* kInterval[] = {"ObservedChiSquare", "DegreesOfFreedom", "P", "Groups",
+                                     "SampleSize",        "Confidence"};
+
+constexpr IntervalDialogTable kIntervalDialogs[] = {
+    {Family::SEM, kInterval, nullptr, {text::HintModelFitNoGroup, "Groups", 0}},
+};
+
 constexpr ParameterDialogTable kParameterDialogs[] = {
     {Family::SEM, ModePower, kPowerFields},
     {Family::SEM, ModeSampleSize, kSizeFields},
@@ -67,6 +74,6 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
 
 }  // namespace
 
-FamilyDialogs ModelFitDialogs() { return {kParameterDialogs, kResultsDialogs}; }
+FamilyDialogs ModelFitDialogs() { return {kParameterDialogs, kResultsDialogs, kIntervalDialogs}; }
 
 }  // namespace poweranalysis

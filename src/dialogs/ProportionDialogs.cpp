@@ -34,6 +34,11 @@ constexpr const char* kQMACSizeRanges[] = {"DeltaStart", "DeltaEnd",   "EtaStart
                                            "EtaEnd",     "AlphaStart", "AlphaEnd",
                                            "PowerStart", "PowerEnd",   "NInterval"};
 
+constexpr const char* kP1Interval[] = {"PObserved", "SampleSize", "Confidence", "XObserved"};
+
+// The count follows from the proportion when it is computed.
+constexpr IntervalDialogTable kIntervalDialogs[] = {{Family::P1, kP1Interval, "XObserved"}};
+
 constexpr ParameterDialogTable kParameterDialogs[] = {
     {Family::P1, ModePower, kP1PowerFields},     {Family::P1, ModeSampleSize, kP1SizeFields},
     {Family::P2, ModePower, kP2PowerFields},     {Family::P2, ModeSampleSize, kP2SizeFields},
@@ -178,6 +183,6 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
 
 }  // namespace
 
-FamilyDialogs ProportionDialogs() { return {kParameterDialogs, kResultsDialogs}; }
+FamilyDialogs ProportionDialogs() { return {kParameterDialogs, kResultsDialogs, kIntervalDialogs}; }
 
 }  // namespace poweranalysis

@@ -31,6 +31,16 @@ constexpr ParameterDialogTable kParameterDialogs[] = {
     {Family::T3, ModePower, kT3PowerFields}, {Family::T3, ModeSampleSize, kT3SizeFields},
 };
 
+constexpr const char* kOneSampleInterval[] = {"TObserved", "SampleSize", "Confidence"};
+constexpr const char* kTwoSamplesInterval[] = {"TObserved", "SampleSizeN1", "SampleSizeN2",
+                                               "Confidence"};
+
+constexpr IntervalDialogTable kIntervalDialogs[] = {
+    {Family::T1, kOneSampleInterval},
+    {Family::T2, kTwoSamplesInterval},
+    {Family::T3, kOneSampleInterval},
+};
+
 // --- Plots.
 
 constexpr PlotTexts kT2SizeLabel = {"NToVary",
@@ -135,6 +145,6 @@ constexpr ResultsDialogTable kResultsDialogs[] = {
 
 }  // namespace
 
-FamilyDialogs TTestDialogs() { return {kParameterDialogs, kResultsDialogs}; }
+FamilyDialogs TTestDialogs() { return {kParameterDialogs, kResultsDialogs, kIntervalDialogs}; }
 
 }  // namespace poweranalysis

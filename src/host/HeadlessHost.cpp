@@ -105,6 +105,21 @@ bool HeadlessHost::lookbr() {
   return RunningHost::lookbr();
 }
 
+// --- Clipboard and sheets.
+
+bool HeadlessHost::SetClipboardText(const std::string& text) {
+  if (clipboard) {
+    clipboard = text;
+  }
+  return clipboard.has_value();
+}
+
+std::optional<Sheet> HeadlessHost::OpenSheet(const std::string& path) {
+  SheetResult result = readSheet(path);
+  sheetError_ = std::move(result.error);
+  return sheetError_.empty() ? std::optional(std::move(result.sheet)) : std::nullopt;
+}
+
 // --- Output.
 
 Workbook HeadlessHost::TakeWorkbook() { return std::exchange(workbook_, {}); }

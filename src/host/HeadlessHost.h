@@ -39,6 +39,11 @@ class HeadlessHost : public RunningHost {
   bool failChart = false;
   bool failDialog = false;
 
+  // Its clipboard, empty at first; none when it cannot be opened.
+  std::optional<std::string> clipboard = std::string();
+  // Reads sheets; one that reads files of spreadsheet programs can take its place.
+  std::function<SheetResult(const std::string&)> readSheet = ReadSheet;
+
   // --- What was asked of it, for tests.
   struct Calls {
     int restoreResults = 0;
@@ -57,7 +62,13 @@ class HeadlessHost : public RunningHost {
   };
   Calls calls;
 
+  // Why the last sheet could not be read; empty when it could.
+  const std::string& sheetError() const { return sheetError_; }
+
   // --- Host.
+  std::optional<std::string> GetClipboardText() override { return clipboard; }
+  bool SetClipboardText(const std::string& text) override;
+  std::optional<Sheet> OpenSheet(const std::string& path) override;
   int AllocMem(void** block, std::size_t bytes) override;
   void FreeMem(void* block) override;
   bool lookbr() override;
@@ -95,6 +106,7 @@ class HeadlessHost : public RunningHost {
   void LogProgress(BarChange change);
 
   Workbook workbook_;
+  std::string sheetError_;
 };
 
 }  // namespace poweranalysis

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/KeywordLine.h"
+#include "host/Sheet.h"
 #include "host/Workbook.h"
 
 namespace poweranalysis {
@@ -81,6 +82,13 @@ class Host {
                                                      const std::string& extension) = 0;
   virtual std::optional<std::string> DoFileOpenDlg(const std::string& title,
                                                    const std::string& extension) = 0;
+
+  // --- Clipboard. Nothing when it holds no text or cannot be opened; false when it cannot be set.
+  virtual std::optional<std::string> GetClipboardText() = 0;
+  virtual bool SetClipboardText(const std::string& text) = 0;
+
+  // --- Sheets of cell means. Nothing for a file that is no sheet: the host says why.
+  virtual std::optional<Sheet> OpenSheet(const std::string& path) = 0;
 
   // --- Keyword files. A bare file name resolves in the user's configuration folder.
   // The value of a key, or nothing when file, section or key is missing or cannot be read.

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "distributions/Common.h"
+#include "frame/NearlyEqual.h"
 #include "frame/Services.h"
 #include "host/ChartLayout.h"
 #include "host/NumberText.h"
@@ -49,31 +49,6 @@ constexpr std::array<ChartClamps, ClampedChartKinds> kClamps = {{
     {1.0F, 0.0F, 0.0F, kNone},    // power vs. variance
     {1.0F, 0.0F, 0.0F, kNone},    // power vs. variance ratio
 }};
-
-// Units in the last place within which two numbers count as equal.
-constexpr int kSlack = 15;
-
-// The integer image of a floating number, ascending with it through zero.
-template <class Integer, class Real>
-Integer OrderedImage(Real value) {
-  static_assert(sizeof(Integer) == sizeof(Real));
-  Integer image = 0;
-  std::memcpy(&image, &value, sizeof image);
-  return image < 0 ? std::numeric_limits<Integer>::min() - image : image;
-}
-
-bool NearlyEqual(float u, float v) {
-  const std::int64_t distance =
-      std::int64_t{OrderedImage<std::int32_t>(u)} - std::int64_t{OrderedImage<std::int32_t>(v)};
-  return std::abs(distance) <= kSlack;
-}
-
-bool NearlyEqual(double u, double v) {
-  const auto a = static_cast<std::uint64_t>(OrderedImage<std::int64_t>(u));
-  const auto b = static_cast<std::uint64_t>(OrderedImage<std::int64_t>(v));
-  const std::uint64_t distance = u < v ? b - a : a - b;
-  return distance <= kSlack;
-}
 
 static_assert(FailedPoint == static_cast<float>(NumericFailure),
               "a failed point is plotted as such");

@@ -142,7 +142,7 @@ constexpr ChoiceRow kRows[] = {
     {T3,   "H0Type",       text::GroupHypothesis,              kTwoMeans},
     {AV1,  "ModelType",    text::GroupEffectsModel,            kEffectsModel},
     {AV1,  "Algorithm",    text::GroupFDistribution,           kFAlgorithms},
-    {AV2,  "EffectToTest", text::None,                         kEffectToTest},
+    {AV2,  "EffectToTest", text::GroupEffectToTest,            kEffectToTest},
     {AV2,  "Algorithm",    text::GroupFDistribution,           kFAlgorithms},
     {V1,   "H0Type",       text::GroupHypothesis,              kOneVariance},
     {V2,   "H0Type",       text::GroupHypothesis,              kTwoVariances},

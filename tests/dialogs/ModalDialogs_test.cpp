@@ -50,7 +50,7 @@ class ModalDialogsTest : public DialogRun {
 };
 
 TEST_F(ModalDialogsTest, LeaveTheirResultInTheParametersBelow) {
-  OpenParameters(ModePower, "T1");
+  OpenParameters({ModePower, "T1"});
   const std::uint64_t number = host_.dialogNumber();
   const int stage = analysis_->currentStage();
   const FormModel* below = host_.form();
@@ -67,7 +67,7 @@ TEST_F(ModalDialogsTest, LeaveTheirResultInTheParametersBelow) {
 }
 
 TEST_F(ModalDialogsTest, LetTheResultsBelowGoOn) {
-  OpenResults(ModePower, "T1");
+  OpenResults({ModePower, "T1"});
   const int results = OpenResource();
   OpenMeanDialog();
   host_.Press(kSetMean);
@@ -79,7 +79,7 @@ TEST_F(ModalDialogsTest, LetTheResultsBelowGoOn) {
 }
 
 TEST_F(ModalDialogsTest, CloseWithTheAnalysis) {
-  OpenResults(ModeSampleSize, "T1");
+  OpenResults({ModeSampleSize, "T1"});
   OpenMeanDialog();
   host_.EndAnalysis();
   EXPECT_EQ(host_.dialog(), nullptr);

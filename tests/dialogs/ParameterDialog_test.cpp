@@ -308,8 +308,9 @@ TEST_F(ParameterDialog, EveryControlHasANameAndAnEditATip) {
   }
 }
 
-TEST_F(ParameterDialog, AnalysisOfATaskWithoutDialogsShowsNothing) {
-  OpenParameters({ModeInterval, "T1"});
+TEST_F(ParameterDialog, ATaskWhoseDialogDoesNotComeUpShowsNothing) {
+  host_.failDialog = true;
+  OpenParameters({ModePower, "T1"});
   EXPECT_EQ(OpenResource(), 0);
   EXPECT_THAT(host_.messages(), IsEmpty());
 }

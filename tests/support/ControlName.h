@@ -53,7 +53,7 @@ inline int NumberOf(const ControlName& name, Family family) {
   const bool chart = name.text.find("-vs-") != std::string::npos;
   return chart ? std::max(ChartControl(family, ModePower, name.text),
                           ChartControl(family, ModeSampleSize, name.text))
-               : ControlOfField(name.text);
+               : ControlOfField(family, name.text);
 }
 
 }  // namespace poweranalysis
