@@ -370,6 +370,11 @@ TEST_F(Calc, CalculatorsAreListedAndDescribed) {
   EXPECT_EQ(RunJson({"describe", "r-square"})["name"], "r-square");
 }
 
+TEST_F(Calc, AStatementWritesDecimalsDownToATenThousandth) {
+  EXPECT_TRUE(Has(Run({"calc", "t", "--t-observed", "-4.2"}).out, "P(t <= -4.2) = 0.00015875;"));
+  EXPECT_TRUE(Has(Run({"calc", "t", "--t-observed", "-6"}).out, "P(t <= -6) = 1.70365e-06;"));
+}
+
 }  // namespace
 
 }  // namespace poweranalysis
