@@ -73,7 +73,7 @@ class CalculatorResults : public CalculatorRun {
   std::optional<ResultsInPlace> ResultsOf(const Case& row) {
     Open(row.calculator.c_str());
     if (row.oneMinusP) {
-      ClickOneMinusP();
+      Click("OneMinusP");
     }
     Choose(row.unknown);
     Fill(row.inputs);
@@ -161,7 +161,7 @@ TEST_F(CalculatorResults, AreThereOnceAndOnlyAfterCompute) {
   Compute();
   EXPECT_TRUE(Take());
   EXPECT_FALSE(Take());
-  ClickOneMinusP();
+  Click("OneMinusP");
   Choose("f");
   Type("Df1", "3");
   EXPECT_FALSE(Take());

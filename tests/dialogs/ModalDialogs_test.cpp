@@ -11,7 +11,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr int kMeanControl = 112;
 constexpr int kSetMean = 50;
 constexpr double kMean = 12.25;
 
@@ -42,7 +41,7 @@ class ModalDialogsTest : public DialogRun {
     };
     const double alpha = block().T1.Working.Alpha;
     block().T1.Working.Alpha = 7;
-    host_.Press(ControlAccept);
+    Press(ControlAccept);
     block().T1.Working.Alpha = alpha;
     host_.onMessage = nullptr;
     ASSERT_EQ(OpenResource(), 1);
@@ -56,24 +55,24 @@ TEST_F(ModalDialogsTest, LeaveTheirResultInTheParametersBelow) {
   const FormModel* below = host_.form();
   OpenMeanDialog();
   EXPECT_FALSE(below->IsEnabled());
-  EXPECT_NE(below->GetDlgItemText(kMeanControl), "12.25");
-  host_.Press(kSetMean);
-  host_.Press(ControlBack);
+  EXPECT_NE(below->GetDlgItemText(NumberOf("Mu")), "12.25");
+  Press(kSetMean);
+  Press(ControlBack);
   EXPECT_EQ(host_.form(), below);
   EXPECT_TRUE(below->IsEnabled());
   EXPECT_EQ(host_.dialogNumber(), number);
   EXPECT_EQ(analysis_->currentStage(), stage);
-  EXPECT_EQ(TextOf(kMeanControl), "12.25");
+  EXPECT_EQ(TextOf("Mu"), "12.25");
 }
 
 TEST_F(ModalDialogsTest, LetTheResultsBelowGoOn) {
   OpenResults({ModePower, "T1"});
   const int results = OpenResource();
   OpenMeanDialog();
-  host_.Press(kSetMean);
-  host_.Press(ControlBack);
+  Press(kSetMean);
+  Press(ControlBack);
   EXPECT_EQ(OpenResource(), results);
-  host_.Press(ControlAccept);
+  Press(ControlAccept);
   ASSERT_EQ(Items<SummaryTable>().size(), 1u);
   EXPECT_THAT(TextOf(ControlSummary), HasSubstr(": 12.25"));
 }
