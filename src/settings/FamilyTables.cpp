@@ -89,38 +89,18 @@ constexpr TextId MeaningOf(std::string_view family, std::string_view field, Text
 template <class Record>
 struct Fields;
 
-#define POWERANALYSIS_FIELD_TABLE(family, macro)                                             \
-  template <>                                                                                \
-  struct Fields<family##Params> {                                                            \
-    using Record = family##Params;                                                           \
-    static constexpr std::string_view kFamily = #family;                                     \
-    static constexpr Field kRows[] = {                                                       \
-        POWERANALYSIS_##macro##_FIELDS(POWERANALYSIS_KEYED_ROW, POWERANALYSIS_UNKEYED_ROW)}; \
+#define POWERANALYSIS_FIELD_TABLE(family, section, cells)                                     \
+  template <>                                                                                 \
+  struct Fields<family##Params> {                                                             \
+    using Record = family##Params;                                                            \
+    static constexpr std::string_view kFamily = #family;                                      \
+    static constexpr Field kRows[] = {                                                        \
+        POWERANALYSIS_##family##_FIELDS(POWERANALYSIS_KEYED_ROW, POWERANALYSIS_UNKEYED_ROW)}; \
   };
-POWERANALYSIS_FIELD_TABLE(T1, T1)
-POWERANALYSIS_FIELD_TABLE(T2, T2)
-POWERANALYSIS_FIELD_TABLE(T3, T3)
-POWERANALYSIS_FIELD_TABLE(R2, R2)
-POWERANALYSIS_FIELD_TABLE(X2Calc, X2CALC)
-POWERANALYSIS_FIELD_TABLE(FCalc, FCALC)
-POWERANALYSIS_FIELD_TABLE(AV1, AV1)
-POWERANALYSIS_FIELD_TABLE(PC, PC)
-POWERANALYSIS_FIELD_TABLE(V1, V1)
-POWERANALYSIS_FIELD_TABLE(V2, V2)
-POWERANALYSIS_FIELD_TABLE(R, R)
-POWERANALYSIS_FIELD_TABLE(Z2R, Z2R)
-POWERANALYSIS_FIELD_TABLE(P1, P1)
-POWERANALYSIS_FIELD_TABLE(P2, P2)
-POWERANALYSIS_FIELD_TABLE(QMAC, QMAC)
-POWERANALYSIS_FIELD_TABLE(SA1, SA1)
-POWERANALYSIS_FIELD_TABLE(SA2, SA2)
-POWERANALYSIS_FIELD_TABLE(SA3, SA3)
-POWERANALYSIS_FIELD_TABLE(SEM, SEM)
-POWERANALYSIS_FIELD_TABLE(AV2, AV2)
-POWERANALYSIS_FIELD_TABLE(BinomialCalc, BINOMIALCALC)
+POWERANALYSIS_FAMILIES(POWERANALYSIS_FIELD_TABLE)
 
 constexpr FamilyTable kFamilies[] = {
-#define POWERANALYSIS_FAMILY_ROW(family, section) \
+#define POWERANALYSIS_FAMILY_ROW(family, section, cells) \
   {Family::family, #family, section, sizeof(family##Params), Fields<family##Params>::kRows},
     POWERANALYSIS_FAMILIES(POWERANALYSIS_FAMILY_ROW)
 #undef POWERANALYSIS_FAMILY_ROW

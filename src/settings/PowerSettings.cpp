@@ -94,8 +94,8 @@ void FillSet(Set& set, Family family) {
 RecordView ViewOf(PowerSettings& block, Family family, Instance instance) {
   const FamilyTable& table = TableOf(family);
   switch (family) {
-#define POWERANALYSIS_VIEW(name, section) \
-  case Family::name:                      \
+#define POWERANALYSIS_VIEW(name, section, cells) \
+  case Family::name:                             \
     return {table, RecordOf(block.name, instance)};
     POWERANALYSIS_FAMILIES(POWERANALYSIS_VIEW)
 #undef POWERANALYSIS_VIEW
@@ -104,7 +104,7 @@ RecordView ViewOf(PowerSettings& block, Family family, Instance instance) {
 }
 
 void LoadAllDefaults(PowerSettings& block) {
-#define POWERANALYSIS_FILL(name, section) FillSet(block.name, Family::name);
+#define POWERANALYSIS_FILL(name, section, cells) FillSet(block.name, Family::name);
   POWERANALYSIS_FAMILIES(POWERANALYSIS_FILL)
 #undef POWERANALYSIS_FILL
 
@@ -112,10 +112,9 @@ void LoadAllDefaults(PowerSettings& block) {
   block.DefaultFile = LoadText(text::DefaultSettingsFile);
   block.FileNamed = 0;
 
-  constexpr Family kReadingOrder[] = {
-      Family::T1,  Family::T2, Family::T3,  Family::PC,  Family::AV1,  Family::AV2,
-      Family::V1,  Family::V2, Family::P1,  Family::P2,  Family::QMAC, Family::R,
-      Family::Z2R, Family::R2, Family::SA1, Family::SA2, Family::SA3,  Family::SEM};
+#define POWERANALYSIS_READ(family) Family::family,
+  constexpr Family kReadingOrder[] = {POWERANALYSIS_READING_ORDER(POWERANALYSIS_READ)};
+#undef POWERANALYSIS_READ
   for (const Family family : kReadingOrder) {
     ReadSettings(FillKeys(block, family), block.DefaultFile);
     const RecordView working = ViewOf(block, family, Instance::Working);

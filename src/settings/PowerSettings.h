@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "frame/Services.h"
@@ -44,7 +45,7 @@ struct Field {
 };
 
 enum class Family : int {
-#define POWERANALYSIS_ENUMERATOR(family, section) family,
+#define POWERANALYSIS_ENUMERATOR(family, section, cells) family,
   POWERANALYSIS_FAMILIES(POWERANALYSIS_ENUMERATOR)
 #undef POWERANALYSIS_ENUMERATOR
 };
@@ -84,29 +85,17 @@ struct GridFamilySet : FamilySet<Record> {
   Record GridScratch;
 };
 
+template <class Record>
+using SetOf = std::conditional_t < requires(Record record) {
+  record.GridMeans;
+}
+, GridFamilySet<Record>, FamilySet < Record >> ;
+
 struct PowerSettings : PowerSettingsHead {
   std::string DefaultFile;
-  FamilySet<T1Params> T1;
-  FamilySet<T2Params> T2;
-  FamilySet<T3Params> T3;
-  FamilySet<R2Params> R2;
-  FamilySet<X2CalcParams> X2Calc;
-  FamilySet<FCalcParams> FCalc;
-  GridFamilySet<AV1Params> AV1;
-  GridFamilySet<PCParams> PC;
-  FamilySet<V1Params> V1;
-  FamilySet<V2Params> V2;
-  FamilySet<RParams> R;
-  FamilySet<Z2RParams> Z2R;
-  FamilySet<P1Params> P1;
-  FamilySet<P2Params> P2;
-  FamilySet<QMACParams> QMAC;
-  FamilySet<SA1Params> SA1;
-  FamilySet<SA2Params> SA2;
-  FamilySet<SA3Params> SA3;
-  FamilySet<SEMParams> SEM;
-  GridFamilySet<AV2Params> AV2;
-  FamilySet<BinomialCalcParams> BinomialCalc;
+#define POWERANALYSIS_SET(family, section, cells) SetOf<family##Params> family;
+  POWERANALYSIS_FAMILIES(POWERANALYSIS_SET)
+#undef POWERANALYSIS_SET
   std::string CurrentFile;
   i16 FileNamed = 0;
 };
