@@ -70,7 +70,8 @@ std::string FormatGridText(ClipboardGrid shape,
   for (std::int32_t row = 0; row < shape.rows; ++row) {
     for (std::int32_t column = 0; column < shape.columns; ++column) {
       text += column > 0 ? "\t" : "";
-      text += FormatGeneral(values[static_cast<std::size_t>(row * stride + column)]);
+      const std::int32_t place = row * stride + column;
+      text += FormatGeneral(values[static_cast<std::size_t>(place)]);
     }
     text += "\r\n";
   }

@@ -255,8 +255,8 @@ bool CGridDialog::TakeSheet(const Sheet& sheet) {
   const GridSize cells{found.rows,
                        grid_.columnsField == nullptr ? grid_.capacity.columns : found.columns};
   const auto at = [&](std::int32_t row, std::int32_t column) {
-    return sheet.At(static_cast<std::size_t>(grid_.sheet.headings + row),
-                    static_cast<std::size_t>(column));
+    const std::int32_t sheetRow = grid_.sheet.headings + row;
+    return sheet.At(static_cast<std::size_t>(sheetRow), static_cast<std::size_t>(column));
   };
   bool whole = true;
   ForEachCell(cells, [&](std::int32_t row, std::int32_t column) {

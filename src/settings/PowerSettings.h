@@ -86,13 +86,15 @@ struct GridFamilySet : FamilySet<Record> {
 };
 
 template <class Record>
-using SetOf = std::conditional_t < requires(Record record) {
+concept HasGrid = requires(Record record) {
   record.GridMeans;
-}
-, GridFamilySet<Record>, FamilySet < Record >> ;
+};
+template <class Record>
+using SetOf = std::conditional_t<HasGrid<Record>, GridFamilySet<Record>, FamilySet<Record>>;
 
 struct PowerSettings : PowerSettingsHead {
   std::string DefaultFile;
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a member's name
 #define POWERANALYSIS_SET(family, section, cells) SetOf<family##Params> family;
   POWERANALYSIS_FAMILIES(POWERANALYSIS_SET)
 #undef POWERANALYSIS_SET
