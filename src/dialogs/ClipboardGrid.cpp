@@ -110,8 +110,8 @@ int FormatClipboardGrid(Host& host,
                         std::span<const double> values) {
   constexpr std::int32_t kWidest = 17;
   constexpr std::int32_t kLineEnd = 2;
-  const HostArray<char> memory(host,
-                               static_cast<std::size_t>((columns * kWidest + kLineEnd) * rows + 1));
+  const std::int32_t bytes = (columns * kWidest + kLineEnd) * rows + 1;
+  const HostArray<char> memory(host, static_cast<std::size_t>(bytes));
   if (!memory) {
     return 1;
   }

@@ -210,7 +210,7 @@ void CGridDialog::Loaded(GridSize size) {
 
 long CGridDialog::Paste() {
   const GridSize scan = grid_.pasteScan;
-  std::vector<double> values(static_cast<std::size_t>(scan.rows * scan.columns));
+  std::vector<double> values(scan.count());
   GridSize pasted;
   const int failed = ParseClipboardGrid(analysis().host(), pasted.rows, pasted.columns, values,
                                         scan.rows, scan.columns);
@@ -227,9 +227,8 @@ long CGridDialog::Paste() {
 
 long CGridDialog::CopyOut() {
   if (grid_.copies) {
-    FormatClipboardGrid(
-        analysis().host(), size().rows, size().columns, grid_.capacity.columns,
-        {&Cell(0, 0), static_cast<std::size_t>(grid_.capacity.rows * grid_.capacity.columns)});
+    FormatClipboardGrid(analysis().host(), size().rows, size().columns, grid_.capacity.columns,
+                        {&Cell(0, 0), grid_.capacity.count()});
   }
   return 1;
 }

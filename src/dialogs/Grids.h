@@ -16,6 +16,9 @@ struct GridSize {
   std::int32_t columns = 0;
 
   bool operator==(const GridSize&) const = default;
+  std::size_t count() const {
+    return static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns);
+  }
   bool Holds(GridSize size) const { return size.rows <= rows && size.columns <= columns; }
 };
 
