@@ -32,11 +32,14 @@ struct SubCommand {
   const char* example;
 };
 
-const std::array<SubCommand, 6> kSubCommands = {{
+const std::array<SubCommand, 7> kSubCommands = {{
     {ModeWord(ModePower), ModePower, CommandKind::Run, "Power of a test of given size",
      "poweranalysis power t2 --mu1 5 --mu2 0 --sigma 10 --sample-size-n1 64 --sample-size-n2 64"},
     {ModeWord(ModeSampleSize), ModeSampleSize, CommandKind::Run,
      "Sample size that a power goal requires", kWorkedExample},
+    {ModeWord(ModeInterval), ModeInterval, CommandKind::Run,
+     "Confidence intervals from an observed statistic",
+     "poweranalysis interval av1 --f-observed 4 --number-of-groups 3 --n 20"},
     {ModeWord(ModeDistribution), ModeDistribution, CommandKind::Run,
      "Probability calculators: one unknown of a distribution",
      "poweranalysis calc t --unknown p --t 2 --df 4 --delta 1"},
@@ -53,7 +56,7 @@ struct GeneralOption {
   const char* names;
   const char* value;  // how help names the value; null: a flag
   const char* help;   // "{}" stands for the extensions of chart files
-  enum { All, Tests, Calculators } of = All;
+  enum { All, Tests, Charted, Calculators } of = All;
 };
 
 constexpr std::array<GeneralOption, 11> kGeneralOptions = {{
@@ -73,7 +76,7 @@ constexpr std::array<GeneralOption, 11> kGeneralOptions = {{
      "Draw a chart: to a file ({}), or without one into the output; all=FOLDER draws every chart; "
      "may "
      "be repeated",
-     GeneralOption::Tests},
+     GeneralOption::Charted},
     {"--config", "FOLDER", "Folder of the default settings, in place of the user's own"},
 }};
 
@@ -327,12 +330,14 @@ CLI::Option* FamilyParser::AddOption(const std::string& names) {
 
 void FamilyParser::AddGeneralOptions() {
   for (const GeneralOption& row : kGeneralOptions) {
-    const auto other = calculator_ == nullptr ? GeneralOption::Calculators : GeneralOption::Tests;
-    if (row.of == other) {
+    const bool ofCalculators = row.of == GeneralOption::Calculators;
+    if (row.of != GeneralOption::All && ofCalculators != (calculator_ != nullptr)) {
       continue;
     }
     CLI::Option* option = row.value == nullptr ? app_.add_flag(row.names) : AddOption(row.names);
-    if (withHelp_) {
+    if (row.of == GeneralOption::Charted && command_.mode == ModeInterval) {
+      option->group("");  // refused by name, and not offered
+    } else if (withHelp_) {
       option->description(HelpLines(fmt::format(fmt::runtime(row.help), ChartExtensions())))
           ->group("General");
       if (row.value != nullptr) {
@@ -373,8 +378,9 @@ std::string FamilyParser::Footer() const {
   for (const std::string& chart : dialogs_.charts) {
     footer += (footer.empty() ? "Charts: " : ", ") + chart;
   }
-  return fmt::format("{}{}Example:\n  {} {} {} --alpha 0.01", footer, footer.empty() ? "" : "\n\n",
-                     kProgram, command_.name, LowerCase(task_.family));
+  const char* option = command_.mode == ModeInterval ? "--confidence 0.99" : "--alpha 0.01";
+  return fmt::format("{}{}Example:\n  {} {} {} {}", footer, footer.empty() ? "" : "\n\n", kProgram,
+                     command_.name, LowerCase(task_.family), option);
 }
 
 std::optional<std::string> FamilyParser::ValueOf(const char* name) const {
@@ -565,7 +571,8 @@ void RefuseSharedFiles(const RunRequest& request) {
 
 std::string ProgramHelp() {
   std::string text =
-      "Power analysis, required sample size and probability calculators.\n\nUsage: poweranalysis "
+      "Power analysis, required sample size, confidence intervals and probability "
+      "calculators.\n\nUsage: poweranalysis "
       "COMMAND [FAMILY] "
       "[OPTIONS]\n\n"
       "Commands:\n";

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 
 #include "automation/CalculatorRun.h"
@@ -12,6 +13,7 @@
 #include "automation/Session.h"
 #include "dialogs/Controls.h"
 #include "frame/DefineTask.h"
+#include "host/NumberText.h"
 #include "output/Answers.h"
 #include "output/SummaryTables.h"
 #include "settings/SettingsRemarks.h"
@@ -55,6 +57,15 @@ class TaskRun {
   void CheckWrite(const std::string& what);
   std::vector<std::string> WantedCharts();
   void Draw(const std::vector<std::string>& charts);
+  void RefuseCharts() const;
+  // The proportion that an observed number of successes is, in its place: what the page asks for.
+  void PutSuccesses(std::vector<FieldValue>& values);
+  void Store(const std::vector<FieldValue>& values);
+  // From the page of an interval to its table.
+  void Estimate(std::vector<FieldValue> values);
+  // From the page of parameters to the last chart.
+  void Calculate(std::vector<FieldValue> values);
+  void KeepSettings();
   void Steps();
   void Finish();
 
@@ -96,7 +107,7 @@ bool TaskRun::PutValue(const FieldValue& value) {
     return false;
   }
   if (session_.PutValue(controls, value.value) != Session::Outcome::Put) {
-    Store(Working(), value);
+    poweranalysis::Store(Working(), value);
   }
   return true;
 }
@@ -172,7 +183,72 @@ void TaskRun::Draw(const std::vector<std::string>& charts) {
   }
 }
 
+void TaskRun::RefuseCharts() const {
+  if (request_.mode == ModeInterval && !request_.charts.empty()) {
+    throw UsageError("chart", "an interval has no charts");
+  }
+}
+
+// A count and a proportion that both are given must round to one count, as the page rounds.
+void TaskRun::PutSuccesses(std::vector<FieldValue>& values) {
+  const auto given = [&values](const char* name) {
+    return std::find_if(values.begin(), values.end(), [name](const FieldValue& value) {
+      return value.field->name == std::string_view(name);
+    });
+  };
+  const auto count = given("XObserved");
+  if (request_.family->family != Family::P1 || count == values.end()) {
+    return;
+  }
+  const double successes = count->value;
+  const auto sample = given("SampleSize");
+  const double size =
+      sample != values.end() ? sample->value : Working().Get(*request_.family->Find("SampleSize"));
+  if (successes < 0 || successes > size) {
+    throw UsageError("x-observed", fmt::format("{} successes do not fit into a sample of {}",
+                                               FormatShortest(successes), FormatShortest(size)));
+  }
+  const auto proportion = given("PObserved");
+  if (proportion != values.end() && std::round(proportion->value * size) != successes) {
+    throw UsageError("x-observed", fmt::format("{} successes in {} are not the proportion {}",
+                                               FormatShortest(successes), FormatShortest(size),
+                                               FormatShortest(proportion->value)));
+  }
+  count->field = request_.family->Find("PObserved");
+  count->value = successes / size;
+  if (proportion != values.end()) {
+    values.erase(proportion);
+  }
+}
+
+void TaskRun::Store(const std::vector<FieldValue>& values) {
+  for (const FieldValue& value : values) {
+    poweranalysis::Store(Working(), value);
+  }
+}
+
+void TaskRun::KeepSettings() {
+  if (saved_) {
+    SaveSettings();
+    SaveDefaults();
+  }
+}
+
+void TaskRun::Estimate(std::vector<FieldValue> values) {
+  PutSuccesses(values);
+  const int spoken = driver_.MessageCount();
+  PutValues(values);
+  if (driver_.MessageCount() > spoken) {
+    return;  // the page refused a value, and shows another
+  }
+  Store(values);
+  session_.Press(ControlAccept);
+  saved_ = !session_.NewItems<SummaryTable>().empty();
+  KeepSettings();
+}
+
 void TaskRun::Steps() {
+  RefuseCharts();
   if (!session_.OpenTask(request_.mode, request_.row)) {
     outcome_.errors.push_back(
         fmt::format("the family {} ({}) is not available yet", request_.family->code,
@@ -182,7 +258,14 @@ void TaskRun::Steps() {
   if (request_.settings && !OpenSettings()) {
     return;
   }
-  std::vector<FieldValue> values = request_.values;
+  if (request_.mode == ModeInterval) {
+    Estimate(request_.values);
+  } else {
+    Calculate(request_.values);
+  }
+}
+
+void TaskRun::Calculate(std::vector<FieldValue> values) {
   PutValues(values);
   session_.Press(ControlAccept);
   if (!OnResults(host_)) {
@@ -190,9 +273,7 @@ void TaskRun::Steps() {
   }
   const std::vector<std::string> charts = WantedCharts();
   PutValues(values);
-  for (const FieldValue& value : values) {
-    Store(Working(), value);  // no dialog of the task shows its field
-  }
+  Store(values);  // no dialog of the task shows their fields
   session_.Press(ControlAccept);
   saved_ = Taken();
   if (saved_) {
@@ -207,6 +288,16 @@ void TaskRun::Steps() {
   }
 }
 
+// What the table holds of what was asked for.
+void TakeNumbers(const SummaryTable& table, Study& study) {
+  if (IsInterval(study)) {
+    study.limits = LimitsOf(table, *Block());
+    study.pValue = PValueOf(table, *Block());
+  } else {
+    study.answers = AnswersOf(table, *Block());
+  }
+}
+
 void TaskRun::Finish() {
   Study& study = outcome_.study;
   study.family = request_.family->code;
@@ -214,7 +305,7 @@ void TaskRun::Finish() {
   study.code = FindTable(request_.family->family, request_.mode)->code;
   study.workbook = host_.TakeWorkbook();
   if (const SummaryTable* table = SummaryOf(study)) {
-    study.answers = AnswersOf(*table, *Block());
+    TakeNumbers(*table, study);
   }
   study.messages = host_.messages();
   FinishStudy(outcome_, host_, chartRefused_);
@@ -295,6 +386,9 @@ TaskDialogs LookAtDialogs(int mode, int row, const HeadlessDriver::Factory& fact
     return dialogs;
   }
   dialogs.parameters = NamesOf(FieldControls(session.Spec()));
+  if (mode == ModeInterval) {
+    return dialogs;  // its one dialog
+  }
   session.Press(ControlAccept);
   dialogs.ranges = NamesOf(FieldControls(session.Spec()));
   dialogs.charts = NamesOf(ChartControls(session.Spec()));

@@ -175,6 +175,19 @@ void AddAnswers(const Study& study, Json& json) {
   json["answer"] = OnlyAnswer(study) == nullptr ? Json() : json["answers"].front();
 }
 
+void AddLimits(const Study& study, Json& json) {
+  if (!IsInterval(study)) {
+    return;
+  }
+  json["limits"] = Json::array();
+  for (const NamedLimits& limits : study.limits) {
+    json["limits"].push_back({{"name", limits.name},
+                              {"lower", NumberOrNull(limits.lower)},
+                              {"upper", NumberOrNull(limits.upper)}});
+  }
+  json["pValue"] = study.pValue ? NumberOrNull(*study.pValue) : Json();
+}
+
 }  // namespace
 
 std::string ExportJson(const Study& study) {
@@ -182,6 +195,7 @@ std::string ExportJson(const Study& study) {
       {"schema", kSchema}, {"family", study.family}, {"mode", study.mode}, {"code", study.code}};
   AddTable(SummaryOf(study), NumberOrNull, json);
   AddAnswers(study, json);
+  AddLimits(study, json);
   json["report"] = ParagraphsOf(study);
   json["messages"] = MessagesJson(study.messages);
   json["charts"] = Json::array();

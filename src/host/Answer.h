@@ -12,4 +12,11 @@ struct Answer {
   std::string of;      // the effect or the group that it belongs to; empty for the only one
 };
 
+// Both limits of one confidence interval; each missing where there is none.
+struct NamedLimits {
+  std::string name;  // what they are limits of: "RMSSE"
+  double lower = 0;
+  double upper = 0;
+};
+
 }  // namespace poweranalysis

@@ -32,9 +32,14 @@ std::vector<const Report*> ReportsOf(const Study& study) { return ItemsOf<Report
 
 std::vector<const Chart*> ChartsOf(const Study& study) { return ItemsOf<Chart>(study); }
 
+bool IsInterval(const Study& study) { return study.mode == "interval"; }
+
 bool HasAnswer(const Study& study) {
   return std::any_of(study.answers.begin(), study.answers.end(),
-                     [](const Answer& answer) { return !IsMissing(answer.value); });
+                     [](const Answer& answer) { return !IsMissing(answer.value); }) ||
+         std::any_of(study.limits.begin(), study.limits.end(), [](const NamedLimits& limits) {
+           return !IsMissing(limits.lower) || !IsMissing(limits.upper);
+         });
 }
 
 const Answer* OnlyAnswer(const Study& study) {

@@ -1,6 +1,7 @@
 #include "output/Answers.h"
 
 #include <algorithm>
+#include <array>
 
 #include "output/SummaryTables.h"
 
@@ -81,6 +82,35 @@ std::vector<Answer> Powers(const std::vector<Cell>& cells, const FamilyRow& row)
   return answers;
 }
 
+// --- Limits.
+
+const char* NameOf(Limit limit) {
+  // In the order of Limit.
+  constexpr std::array kNames = {"Delta",   "Es",    "RMSSE",   "Power",   "N",
+                                 "Rho",     "P2",    "P2Bound", "PiExact", "PiApproximate",
+                                 "PiCrude", "RMSEA", "Gamma1",  "Gamma2"};
+  return kNames[static_cast<std::size_t>(limit)];
+}
+
+bool IsLimit(QuantityKind kind) {
+  return kind == QuantityKind::LowerLimit || kind == QuantityKind::UpperLimit;
+}
+
+// Visits what each row of a finished table shows, with its value.
+template <class Visit>
+void ForEachRow(const SummaryTable& table, PowerSettings& params, Visit visit) {
+  const TableDefinition* definition = FindTableDefinition(table.code);
+  if (definition == nullptr) {
+    return;
+  }
+  const std::vector<ShownRow> rows = ShownRows(*definition, params);
+  for (std::size_t i = 0; i < std::min(rows.size(), table.rows.size()); ++i) {
+    if (!table.rows[i].values.empty()) {
+      visit(rows[i].quantity, table.rows[i].values.front());
+    }
+  }
+}
+
 double ShownValue(double value) { return value == NumericFailure ? MissingValue() : value; }
 
 }  // namespace
@@ -112,6 +142,32 @@ std::vector<Answer> AnswersOf(const SummaryTable& table, PowerSettings& params) 
     return Sizes(sizes, *row, ViewOf(params, definition->family, Instance::Committed));
   }
   return Powers(CellsOf(table, rows, QuantityKind::Power), *row);
+}
+
+std::vector<NamedLimits> LimitsOf(const SummaryTable& table, PowerSettings& params) {
+  std::vector<NamedLimits> limits;
+  ForEachRow(table, params, [&limits](const Quantity& quantity, double value) {
+    if (!IsLimit(quantity.kind)) {
+      return;
+    }
+    const char* name = NameOf(static_cast<Limit>(quantity.index));
+    if (limits.empty() || limits.back().name != name) {
+      limits.push_back({name, MissingValue(), MissingValue()});
+    }
+    NamedLimits& pair = limits.back();
+    (quantity.kind == QuantityKind::LowerLimit ? pair.lower : pair.upper) = value;
+  });
+  return limits;
+}
+
+std::optional<double> PValueOf(const SummaryTable& table, PowerSettings& params) {
+  std::optional<double> found;
+  ForEachRow(table, params, [&found](const Quantity& quantity, double value) {
+    if (quantity.kind == QuantityKind::PValue) {
+      found = value;
+    }
+  });
+  return found;
 }
 
 }  // namespace poweranalysis

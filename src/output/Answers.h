@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "families/Families.h"
@@ -18,5 +19,11 @@ std::vector<Answer> AnswersOf(const FamilyRow& row,
                               Question question,
                               const RecordView& record,
                               const Computed& computed);
+
+// The limits in a finished table of an interval, in its order; none for any other table. A limit
+// that failed, or that the table does not have, is missing.
+std::vector<NamedLimits> LimitsOf(const SummaryTable& table, PowerSettings& params);
+// The p value of what was observed, missing when it failed; nothing where the table has none.
+std::optional<double> PValueOf(const SummaryTable& table, PowerSettings& params);
 
 }  // namespace poweranalysis

@@ -84,5 +84,15 @@ TEST_F(Goldens, CoverEveryFamilyInBothModes) {
   }
 }
 
+TEST_F(Goldens, CoverTheIntervalsOfTheTenFamiliesThatHaveThem) {
+  for (const char* family : {"t1", "t2", "t3", "pc", "av1", "av2", "r", "r2", "p1", "sem"}) {
+    const std::vector<Golden> goldens =
+        GoldensIn(Folder() / (std::string(family) + "-interval.md"));
+    ASSERT_FALSE(goldens.empty()) << family;
+    EXPECT_EQ(goldens.front().line, std::string("interval ") + family + " --format markdown");
+    EXPECT_GE(goldens.size(), 2U) << family << " has designs of its options";
+  }
+}
+
 }  // namespace
 }  // namespace poweranalysis

@@ -14,6 +14,16 @@ TEST(Study, HasAnAnswerWhenOneOfItsAnswersIsThere) {
   EXPECT_FALSE(HasAnswer(study));
 }
 
+TEST(Study, OfAnIntervalHasAnAnswerWhenAnyLimitIsThere) {
+  Study study;
+  study.mode = "interval";
+  EXPECT_TRUE(IsInterval(study));
+  study.limits = {{"P2", MissingValue(), MissingValue()}, {"P2Bound", 0.3, MissingValue()}};
+  EXPECT_TRUE(HasAnswer(study));
+  study.limits[1].lower = MissingValue();
+  EXPECT_FALSE(HasAnswer(study));
+}
+
 TEST(Study, OneAnswerIsTheOnlyOne) {
   Study study;
   EXPECT_EQ(OnlyAnswer(study), nullptr);

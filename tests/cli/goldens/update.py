@@ -118,8 +118,50 @@ DESIGNS = {
     ),
 }
 
+# Designs of the intervals.
+INTERVALS = {
+    "t1": ["--t-observed 2.4 --sample-size 30 --confidence 0.95", "--t-observed=-1.5"],
+    "t2": ["--t-observed 2.4 --sample-size-n1 20 --sample-size-n2 35 --confidence 0.95"],
+    "t3": ["--t-observed 3.1 --sample-size 18 --confidence 0.99"],
+    "pc": ["--t-observed 2.4 --number-of-groups 4 --sample-size 15 --sum-of-squared-weights 2"],
+    "av1": [
+        "--f-observed 4.2 --number-of-groups 4 --n 15 --confidence 0.95",
+        "--f-observed 4.2 --model-type random",
+        "--f-observed 4.2 --algorithm tiku",
+        "--f-observed 1000.5",
+    ],
+    "av2": [
+        "--f-observed 3.5 --rows 3 --columns 4 --n 10 --effect-to-test column",
+        "--f-observed 3.5 --effect-to-test interaction --power-goal 0.8",
+    ],
+    "r": [
+        "--r-observed 0.4 --sample-size 60 --algorithm exact",
+        "--r-observed 0.4 --sample-size 60 --algorithm crude --h0 upper",
+        "--r-observed -0.3 --rho0 -0.1 --h0 lower",
+    ],
+    "r2": [
+        "--r2-observed 0.3 --sample-size 60 --total-number-of-vars 6 --h0 upper",
+        "--r2-observed 0.3 --sample-size 60 --r2-null 0.1 --h0 upper --algorithm accuracy",
+        "--r2-observed 0.05 --r2-null 0.2 --h0 lower",
+    ],
+    "p1": [
+        "--p-observed 0.3 --sample-size 40",
+        "--x-observed 3 --sample-size 40 --confidence 0.9",
+        "--x-observed 0 --sample-size 12",
+    ],
+    "sem": [
+        "--observed-chi-square 45 --degrees-of-freedom 20 --sample-size 250",
+        "--observed-chi-square 45 --groups 0",
+    ],
+}
+
 
 def lines_of(mode, family):
+    if mode == "interval":
+        yield f"interval {family} --format markdown"
+        for options in INTERVALS[family]:
+            yield f"interval {family} {options} --format markdown"
+        return
     both, power, size = DESIGNS[family]
     start = f"{mode} {family}"
     yield f"{start} --format markdown --chart all"
@@ -143,7 +185,7 @@ def main():
     here = pathlib.Path(__file__).parent
     with tempfile.TemporaryDirectory() as folder:
         for family in DESIGNS:
-            for mode in ("power", "size"):
+            for mode in ("power", "size") + (("interval",) if family in INTERVALS else ()):
                 text = "".join(
                     f"$ poweranalysis {line}\n{printed(program, line, folder)}\n"
                     for line in lines_of(mode, family)
