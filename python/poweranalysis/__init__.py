@@ -4,6 +4,7 @@
 
     pa.size("T2", Mu1=5, Mu2=0, Sigma=10, PowerGoal=0.8).value      # 64
     pa.power("two-means", mu1=5, mu2=0, sigma=10, h0="upper")       # shows as a table
+    pa.interval("T1", TObserved=2.4, SampleSize=30).limits["Es"]    # (lower, upper)
     pa.calc("t", unknown="delta", t=2.5, df=20, p=0.05).value       # a probability calculator
     pa.distributions.NoncentralTCdf([1, 2, 3], 10, 0.5)             # arrays broadcast
 
@@ -20,6 +21,7 @@ _HOMES = {
     "automation": ("automation", None),
     "power": ("_calculations", "power"),
     "size": ("_calculations", "size"),
+    "interval": ("_calculations", "interval"),
     "calc": ("_calculations", "calc"),
     "calculators": ("_calculations", "calculators"),
     "families": ("_calculations", "families"),

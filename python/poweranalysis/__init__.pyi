@@ -3,6 +3,7 @@ from . import distributions as distributions
 from ._calculations import calc as calc
 from ._calculations import calculators as calculators
 from ._calculations import families as families
+from ._calculations import interval as interval
 from ._calculations import power as power
 from ._calculations import size as size
 from ._macros import MacroRun as MacroRun

@@ -1,4 +1,4 @@
-"""Power, required size and the probability calculators by one call."""
+"""Power, required size, intervals and the probability calculators by one call."""
 
 from __future__ import annotations
 
@@ -11,7 +11,7 @@ from ._results import Message, Refused, Result
 _Path = str | PathLike[str]
 _Value = str | SupportsFloat | SupportsIndex
 
-_MODES = {"power": 0, "size": 1}
+_MODES = {"power": 0, "size": 1, "interval": 2}
 
 
 def families() -> list[tuple[str, str, str]]:
@@ -61,6 +61,27 @@ def size(
 ) -> Result:
     """The sample size that a power goal requires. Arguments and errors as of `power`."""
     return _run("size", family, charts, settings, save_settings, save_defaults, config, fields)
+
+
+def interval(
+    family: str,
+    /,
+    *,
+    settings: _Path | None = None,
+    save_settings: _Path | None = None,
+    save_defaults: bool = False,
+    config: _Path | None = None,
+    **fields: _Value,
+) -> Result:
+    """Confidence intervals from an observed statistic, of the ten families that have them.
+
+    Arguments as of `power`, without charts. The result has `limits`, a dictionary from what they
+    are limits of ("Delta", "RMSSE", "N") to the lower and the upper one, and `p_value`; it has no
+    `value`. Of one proportion the number of successes, XObserved, can be given for PObserved.
+
+    Raises as `power`, and Refused too when a value is refused on its way into its box.
+    """
+    return _run("interval", family, (), settings, save_settings, save_defaults, config, fields)
 
 
 def calculators() -> list[tuple[str, str, list[str]]]:

@@ -12,6 +12,8 @@ class UnknownMember(AutomationError, AttributeError): ...
 class Study:
     status: int
     answers: list[tuple[str, float | None, str | None, str | None]]
+    limits: list[tuple[str, float | None, float | None]]
+    p_value: float | None
     messages: list[tuple[int, str, int]]
     errors: list[str]
     notes: list[str]

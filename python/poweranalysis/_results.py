@@ -142,6 +142,17 @@ class Result:
         return {of: self._number(value) for _name, value, _counts, of in self._study.answers}
 
     @property
+    def limits(self) -> dict[str, tuple[float | None, float | None]]:
+        """The lower and the upper limit of each interval by what they are limits of ("RMSSE"),
+        None where there is none; empty for what is no interval."""
+        return {name: (lower, upper) for name, lower, upper in self._study.limits}
+
+    @property
+    def p_value(self) -> float | None:
+        """The p value of what was observed, where an interval has one."""
+        return self._study.p_value
+
+    @property
     def value(self) -> float | None:
         """The only answer: the power, or the size as a whole number; None when there is none, or
         more than one."""
@@ -217,10 +228,10 @@ class Result:
 
     def __repr__(self) -> str:
         content = self._dict()
-        answers = ", ".join(
+        numbers = [
             f"{value}" if of is None else f"{of} {value}" for of, value in self.answers.items()
-        )
-        return f"<Result {content['family']} {self._mode}: {answers or None}>"
+        ] + [f"{name} {lower} to {upper}" for name, (lower, upper) in self.limits.items()]
+        return f"<Result {content['family']} {self._mode}: {', '.join(numbers) or None}>"
 
     def __str__(self) -> str:
         return self._study.export("text")

@@ -241,6 +241,10 @@ py::list ListCalculators() {
 
 // --- A study.
 
+py::object NumberOrNone(double value) {
+  return IsMissing(value) ? py::object(py::none()) : py::object(py::float_(value + 0.0));
+}
+
 // (name, value, counts, of) of each answer; None for what is missing.
 py::list AnswersOf(const StudyObject& object) {
   const auto text = [](const std::string& given) {
@@ -248,11 +252,23 @@ py::list AnswersOf(const StudyObject& object) {
   };
   py::list answers;
   for (const Answer& answer : object.study.answers) {
-    const py::object value = IsMissing(answer.value) ? py::object(py::none())
-                                                     : py::object(py::float_(answer.value + 0.0));
-    answers.append(py::make_tuple(answer.name, value, text(answer.counts), text(answer.of)));
+    answers.append(py::make_tuple(answer.name, NumberOrNone(answer.value), text(answer.counts),
+                                  text(answer.of)));
   }
   return answers;
+}
+
+// (name, lower, upper) of each interval; None for what is missing.
+py::list LimitsOf(const StudyObject& object) {
+  py::list limits;
+  for (const NamedLimits& pair : object.study.limits) {
+    limits.append(py::make_tuple(pair.name, NumberOrNone(pair.lower), NumberOrNone(pair.upper)));
+  }
+  return limits;
+}
+
+py::object PValueOf(const StudyObject& object) {
+  return object.study.pValue ? NumberOrNone(*object.study.pValue) : py::none();
 }
 
 py::list MessagesOf(const StudyObject& object) {
@@ -312,6 +328,8 @@ void BindCalculations(py::module_& module) {
   py::class_<StudyObject>(module, "Study")
       .def_property_readonly("status", [](const StudyObject& self) { return self.study.status; })
       .def_property_readonly("answers", AnswersOf)
+      .def_property_readonly("limits", LimitsOf)
+      .def_property_readonly("p_value", PValueOf)
       .def_property_readonly("messages", MessagesOf)
       .def_readonly("errors", &StudyObject::errors)
       .def_readonly("notes", &StudyObject::notes)

@@ -619,3 +619,53 @@ def test_office_libraries_load_with_the_first_document():
         "assert loaded not in sys.modules; assert r.to_odt()[:2] == b'PK'; assert loaded in sys.modules"
     )
     subprocess.run([sys.executable, "-c", script], check=True)
+
+
+# --- Intervals.
+
+INTERVALS = ["T1", "T2", "T3", "PC", "AV1", "AV2", "R", "R2", "P1", "SEM"]
+
+
+@pytest.mark.parametrize("family", INTERVALS)
+def test_an_interval_has_the_limits_of_the_command_line(cli_json, family):
+    result = pa.interval(family)
+    expected = cli_json("interval", family)
+    assert list(result.limits.items()) == [
+        (limits["name"], (limits["lower"], limits["upper"])) for limits in expected["limits"]
+    ]
+    assert result.p_value == expected["pValue"]
+    assert result.to_dict() == expected
+    assert result.value is None and result.answers == {}
+
+
+def test_an_interval_is_of_what_was_given():
+    result = pa.interval("one-mean", t_observed=2.4, SampleSize=30, Confidence=0.95)
+    assert result.table["Observed t-Statistic"] == 2.4
+    lower, upper = result.limits["Delta"]
+    assert pa.distributions.NoncentralTCdf(2.4, 29, lower) == pytest.approx(0.975, abs=1e-6)
+    assert pa.distributions.NoncentralTCdf(2.4, 29, upper) == pytest.approx(0.025, abs=1e-6)
+    assert repr(result).startswith("<Result T1 interval: Delta ")
+    with pytest.raises(ValueError):
+        float(result)
+
+
+def test_a_limit_that_is_blank_is_none():
+    assert pa.interval("R2").limits["Power"] == (None, None)
+    assert pa.interval("R2").limits["P2Bound"][1] is None
+    assert pa.power("T1").limits == {} and pa.power("T1").p_value is None
+
+
+def test_a_refused_interval_raises():
+    with pytest.raises(pa.Refused, match="Conf. Level"):
+        pa.interval("T1", Confidence=2)
+    with pytest.raises(pa.Refused, match="An invalid value entered"):
+        pa.interval("AV1", FObserved=1000.5)
+    with pytest.raises(TypeError, match="there is no family 'Z2R'"):
+        pa.interval("Z2R")
+
+
+def test_successes_stand_for_their_proportion():
+    given = pa.interval("P1", XObserved=3, SampleSize=40).limits
+    assert given == pa.interval("P1", PObserved=0.075, SampleSize=40).limits
+    with pytest.raises(TypeError, match="3 successes in 40 are not the proportion 0.5"):
+        pa.interval("P1", XObserved=3, SampleSize=40, PObserved=0.5)
