@@ -56,13 +56,19 @@ struct GeneralOption {
   const char* names;
   const char* value;  // how help names the value; null: a flag
   const char* help;   // "{}" stands for the extensions of chart files
-  enum { All, Tests, Charted, Calculators } of = All;
+  enum { All, Tests, Charted, Gridded, Calculators } of = All;
 };
 
-constexpr std::array<GeneralOption, 11> kGeneralOptions = {{
+constexpr std::array<GeneralOption, 14> kGeneralOptions = {{
     {"--unknown", "NAME", "What to compute", GeneralOption::Calculators},
     {"--one-minus-p", nullptr, "The probability is 1 - p, given and answered",
      GeneralOption::Calculators},
+    {"--means", "LIST", "Expected cell means: 10,12,15 or, in rows, \"1,2;3,4\"",
+     GeneralOption::Gridded},
+    {"--weights", "LIST", "Weights of the means of a contrast: 1,1,-2", GeneralOption::Gridded},
+    {"--means-file", "FILE",
+     "A sheet of cell means with the standard deviation in its last row, in place of --means",
+     GeneralOption::Gridded},
     {"--set", "FIELD=VALUE", "Set a field by its own name, in any case; may be repeated"},
     {"--settings", "FILE", "Open a settings file before the options are applied",
      GeneralOption::Tests},
@@ -261,6 +267,10 @@ class FamilyParser {
   void ReadFields(RunRequest& request) const;
   void ReadCharts(RunRequest& request) const;
   void ReadUnknown(RunRequest& request) const;
+  void ReadMeans(RunRequest& request) const;
+  bool TakesMeans() const {
+    return calculator_ == nullptr && GridOfTask(place_.mode, family_.family) != nullptr;
+  }
 
   const SubCommand& command_;
   Task place_;
@@ -331,6 +341,9 @@ CLI::Option* FamilyParser::AddOption(const std::string& names) {
 void FamilyParser::AddGeneralOptions() {
   for (const GeneralOption& row : kGeneralOptions) {
     const bool ofCalculators = row.of == GeneralOption::Calculators;
+    if (row.of == GeneralOption::Gridded && !TakesMeans()) {
+      continue;
+    }
     if (row.of != GeneralOption::All && ofCalculators != (calculator_ != nullptr)) {
       continue;
     }
@@ -487,6 +500,35 @@ void FamilyParser::ReadUnknown(RunRequest& request) const {
   CheckUnknown(*calculator_, request);
 }
 
+void FamilyParser::ReadMeans(RunRequest& request) const {
+  const auto means = ValueOf("--means");
+  const auto weights = ValueOf("--weights");
+  const auto file = PathOf("--means-file");
+  if (means && file) {
+    throw UsageError("--means-file: the means are given by --means already");
+  }
+  if (!means && !file) {
+    if (weights) {
+      throw UsageError("--weights: they go with --means");
+    }
+    return;
+  }
+  GivenMeans given;
+  if (file) {
+    SheetResult read = ReadSheet(*file);
+    if (!read.error.empty()) {
+      throw UsageError(fmt::format("--means-file: cannot read '{}': {}", *file, read.error));
+    }
+    given.sheet = std::move(read.sheet);
+  } else {
+    given.rows = ParseMeans("means", *means);
+  }
+  if (weights) {
+    given.weights = ParseMeans("weights", *weights).front();
+  }
+  request.means = std::move(given);
+}
+
 RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
   std::vector<std::string> reversed = SplitEmptyValues(arguments);
   std::reverse(reversed.begin(), reversed.end());  // as the library wants them
@@ -505,6 +547,7 @@ RunRequest FamilyParser::Parse(const std::vector<std::string>& arguments) {
   request.family = &family_;
   ReadFields(request);
   ReadUnknown(request);
+  ReadMeans(request);
   ReadCharts(request);
   request.settings = PathOf("--settings");
   request.saveSettings = PathOf("--save-settings");

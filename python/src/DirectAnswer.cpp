@@ -60,8 +60,8 @@ class OwnRecord {
 };
 
 bool AsksForNumbersAlone(const TaskRequest& request) {
-  return request.mode != ModeInterval && request.charts.empty() && !request.settings &&
-         !request.saveSettings && !request.saveDefaults;
+  return request.mode != ModeInterval && !request.means && request.charts.empty() &&
+         !request.settings && !request.saveSettings && !request.saveDefaults;
 }
 
 // The defaults of the user stand in a file, which only the dialogs read.

@@ -58,6 +58,10 @@ class TaskRun {
   std::vector<std::string> WantedCharts();
   void Draw(const std::vector<std::string>& charts);
   void RefuseCharts() const;
+  // Takes the cell means out of the request.
+  void PlanMeans(std::vector<FieldValue>& values);
+  // Types them into the grid, and OK; false when the page does not open it. Without any it is true.
+  bool EnterMeans();
   // The proportion that an observed number of successes is, in its place: what the page asks for.
   void PutSuccesses(std::vector<FieldValue>& values);
   void Store(const std::vector<FieldValue>& values);
@@ -74,6 +78,7 @@ class TaskRun {
   HeadlessDriver driver_;
   Session session_;
   TaskOutcome outcome_;
+  std::optional<GridEntries> entries_;
   bool chartRefused_ = false;
   bool saved_ = false;  // as far as it was asked for
 };
@@ -189,6 +194,40 @@ void TaskRun::RefuseCharts() const {
   }
 }
 
+void TaskRun::PlanMeans(std::vector<FieldValue>& values) {
+  if (!request_.means) {
+    return;
+  }
+  const GridRow* grid = GridOfTask(request_.mode, request_.family->family);
+  if (grid == nullptr) {
+    throw UsageError("means", fmt::format("{} {} takes no cell means", ModeWord(request_.mode),
+                                          request_.family->code));
+  }
+  entries_ = EntriesOf(*request_.means, *grid, *request_.family, values);
+}
+
+bool TaskRun::EnterMeans() {
+  if (!entries_) {
+    return true;
+  }
+  const GridRow& grid = *entries_->grid;
+  session_.Press(ControlGrid);
+  if (host_.dialog() == nullptr || host_.dialog()->resource() != grid.resource) {
+    return false;
+  }
+  auto cell = entries_->cells.begin();
+  for (std::int32_t row = 0; row < entries_->size.rows; ++row) {
+    for (std::int32_t column = 0; column < entries_->size.columns; ++column) {
+      session_.Put(*session_.FindField(grid.NameOfCell(row, column)).front(), *cell++);
+    }
+  }
+  if (entries_->sigma) {
+    session_.Put(*session_.FindField("Sigma").front(), *entries_->sigma);
+  }
+  session_.Press(ControlAccept);
+  return true;
+}
+
 // A count and a proportion that both are given must round to one count, as the page rounds.
 void TaskRun::PutSuccesses(std::vector<FieldValue>& values) {
   const auto given = [&values](const char* name) {
@@ -238,7 +277,7 @@ void TaskRun::Estimate(std::vector<FieldValue> values) {
   PutSuccesses(values);
   const int spoken = driver_.MessageCount();
   PutValues(values);
-  if (driver_.MessageCount() > spoken) {
+  if (driver_.MessageCount() > spoken || !EnterMeans()) {
     return;  // the page refused a value, and shows another
   }
   Store(values);
@@ -249,6 +288,8 @@ void TaskRun::Estimate(std::vector<FieldValue> values) {
 
 void TaskRun::Steps() {
   RefuseCharts();
+  std::vector<FieldValue> values = request_.values;
+  PlanMeans(values);
   if (!session_.OpenTask(request_.mode, request_.row)) {
     outcome_.errors.push_back(
         fmt::format("the family {} ({}) is not available yet", request_.family->code,
@@ -259,14 +300,17 @@ void TaskRun::Steps() {
     return;
   }
   if (request_.mode == ModeInterval) {
-    Estimate(request_.values);
+    Estimate(std::move(values));
   } else {
-    Calculate(request_.values);
+    Calculate(std::move(values));
   }
 }
 
 void TaskRun::Calculate(std::vector<FieldValue> values) {
   PutValues(values);
+  if (!EnterMeans()) {
+    return;
+  }
   session_.Press(ControlAccept);
   if (!OnResults(host_)) {
     return;

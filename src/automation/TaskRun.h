@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "automation/FieldValues.h"
+#include "automation/GivenMeans.h"
 #include "automation/HeadlessDriver.h"
 #include "frame/TaskCatalogue.h"
 #include "host/Study.h"
@@ -25,7 +26,8 @@ struct TaskRequest {
   int mode = ModePower;
   int row = 0;  // of the task list
   const FamilyTable* family = nullptr;
-  std::vector<FieldValue> values;  // in the order of the record
+  std::vector<FieldValue> values;   // in the order of the record
+  std::optional<GivenMeans> means;  // for a task whose page opens a grid
   // Of a calculator: the unknown, else the probability, and what the probability stands for.
   std::optional<std::size_t> unknown;
   bool oneMinusP = false;
