@@ -263,7 +263,9 @@ QLayout* DesktopForm::BuildLists(const PageSpec& page) {
     grid->addWidget(label, 0, columnIndex);
     grid->addWidget(list, 1, columnIndex);
     if (i < helps.size()) {
-      grid->addWidget(MakeHelpText(helps[i]), 2, columnIndex);
+      QLabel* help = MakeHelpText(helps[i]);
+      help->setMinimumHeight(help->fontMetrics().lineSpacing() * 6);  // for any text to come
+      grid->addWidget(help, 2, columnIndex);
     }
     grid->setColumnStretch(columnIndex, columnIndex == 0 ? 3 : 4);
   }
@@ -292,8 +294,12 @@ void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout&
       AddField(control, *form);
     } else if (toggle && form != nullptr) {
       form->addRow(MakeToggle(control));
+    } else if (toggle) {
+      inner->addWidget(MakeToggle(control));
     } else {
-      inner->addWidget(toggle ? MakeToggle(control) : MakeHelpText(control));
+      QLabel* hint = MakeHelpText(control);
+      hint->setText(Shown(control.caption));
+      inner->addWidget(hint);
     }
   }
   AddButtons(buttons, *inner);
@@ -396,8 +402,7 @@ QPushButton* DesktopForm::MakeButton(const ControlSpec& control) {
   Describe(*button, control);
   button->setAutoDefault(true);  // Enter presses the button that has the focus
   const int number = control.number;
-  connect(button, &QPushButton::clicked, this,
-          [this, number] { Q_EMIT Commanded(number, Notification::Command); });
+  connect(button, &QPushButton::clicked, this, [this, number] { Press(number); });
   return button;
 }
 
@@ -409,6 +414,13 @@ QLineEdit* DesktopForm::MakeEdit(const ControlSpec& control) {
   line->setMinimumWidth(letter * 14);
   line->setMaximumWidth(letter * 40);
   line->setAlignment(Qt::AlignLeft);
+  if (control.readOnly) {
+    line->setReadOnly(true);
+    line->setStyleSheet(
+        QStringLiteral("QLineEdit { background: palette(window); border: 1px solid palette(mid); "
+                       "border-radius: 3px; padding: 2px; }"));
+    return line;
+  }
   Edit edit;
   edit.line = line;
   edit.help = line->toolTip();
@@ -417,9 +429,13 @@ QLineEdit* DesktopForm::MakeEdit(const ControlSpec& control) {
   edit.mark->setVisible(false);
   edits_.insert(control.number, edit);
   const int number = control.number;
+  const auto taken = control.whenDone ? &DesktopForm::Held : &DesktopForm::Edited;
   // Not only typed text: assistive technology sets the whole of it.
   connect(line, &QLineEdit::textChanged, this,
-          [this, number](const QString& text) { Edited(number, text); });
+          [this, number, taken](const QString& text) { (this->*taken)(number, text); });
+  if (control.whenDone) {
+    connect(line, &QLineEdit::editingFinished, this, &DesktopForm::SendHeld);
+  }
   return line;
 }
 
@@ -488,7 +504,6 @@ QLabel* DesktopForm::MakeHelpText(const ControlSpec& control) {
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   label->setMargin(8);
-  label->setMinimumHeight(label->fontMetrics().lineSpacing() * 6);
   Describe(*label, control);
   return label;
 }
@@ -572,6 +587,33 @@ void DesktopForm::Edited(int control, const QString& text) {
   Q_EMIT Commanded(control, Notification::Command);
 }
 
+// The text counts for what the form shows of it; the dialog hears of it when the user is done.
+void DesktopForm::Held(int control, const QString& text) {
+  if (!isEnabled()) {
+    TextChanged(control);
+    return;
+  }
+  model_->Type(control, FromText(text));
+  held_ = control;
+}
+
+// A text that cannot be read waits, with its mark, until it is mended: the dialog would put another
+// number in its place.
+void DesktopForm::SendHeld() {
+  const FormModel::Control* held = held_ == 0 ? nullptr : model_->Find(held_);
+  if (held == nullptr || !isEnabled() || ReadingOf(*model_, *held) != Reading::Number) {
+    return;
+  }
+  held_ = 0;
+  Q_EMIT Commanded(held->spec.number, Notification::Command);
+}
+
+// A button works on what the boxes show.
+void DesktopForm::Press(int button) {
+  SendHeld();
+  Q_EMIT Commanded(button, Notification::Command);
+}
+
 void DesktopForm::Toggled(int control) {
   toggled_ = control;
   if (!isEnabled()) {
@@ -585,10 +627,10 @@ void DesktopForm::Toggled(int control) {
 }
 
 void DesktopForm::Type(int control, const QString& text) {
-  const auto edit = edits_.constFind(control);
-  if (edit != edits_.constEnd()) {
-    const QSignalBlocker quiet(edit->line);
-    edit->line->setText(text);
+  if (auto* line = qobject_cast<QLineEdit*>(WidgetOf(control))) {
+    const QSignalBlocker quiet(line);
+    line->setText(text);
+    held_ = held_ == control ? 0 : held_;
     Edited(control, text);
   }
 }
@@ -597,7 +639,7 @@ void DesktopForm::Click(int control) {
   if (auto* button = qobject_cast<QAbstractButton*>(WidgetOf(control))) {
     button->click();
   } else {
-    Q_EMIT Commanded(control, Notification::Command);
+    Press(control);
   }
 }
 
@@ -642,6 +684,10 @@ QString DesktopForm::Fault(int control) const {
   }
   if (const Reading reading = ReadingOf(*model_, *held); reading != Reading::Number) {
     return tr(WordsOf(reading).mark);
+  }
+  if (held->counting) {
+    return tr("The dialog does not take this; %1 counts.")
+        .arg(ToText(FormatShortest(*held->counting)));
   }
   double value = 0;
   model_->GetDlgItemDouble(control, value);
@@ -721,6 +767,7 @@ void DesktopForm::TextChanged(int control) {
   if (auto* line = qobject_cast<QLineEdit*>(widget)) {
     // Not what stands there already: whoever types keeps the cursor.
     if (line->text() != text) {
+      held_ = held_ == control ? 0 : held_;
       const QSignalBlocker quiet(line);
       line->setText(text);
       line->setCursorPosition(0);
@@ -771,7 +818,9 @@ void DesktopForm::ListChanged(int list) {
 }
 
 void DesktopForm::LookChanged(int control) {
-  StyleHelpTexts();
+  if (model_->Find(control)->helpText) {
+    StyleHelpTexts();
+  }
   if (QWidget* widget = WidgetOf(control)) {
     widget->setVisible(model_->Find(control)->visible);
   }

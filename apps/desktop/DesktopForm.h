@@ -104,6 +104,9 @@ class DesktopForm : public QWidget, public FormView {
   void SetTabOrder();
   void FocusFirst();
   void Edited(int control, const QString& text);
+  void Held(int control, const QString& text);
+  void SendHeld();
+  void Press(int button);
   void Toggled(int control);
   void Mark(int control);
   bool IsAnswer(const ControlSpec& box) const;
@@ -117,6 +120,7 @@ class DesktopForm : public QWidget, public FormView {
   QHash<int, Edit> edits_;
   QHash<QString, QButtonGroup*> radios_;
   int toggled_ = 0;  // the toggle that the click under way has changed
+  int held_ = 0;     // the edit that was typed in and has not been sent yet
   QTabWidget* tabs_ = nullptr;
   QLabel* label_ = nullptr;       // waits for the edit behind it
   QHash<int, QString> captions_;  // with their mnemonics

@@ -180,6 +180,7 @@ bool CFieldDialog::StoreField(int control) {
         value = 0;
       }
       if (!SingleCheckPasses(name, value)) {
+        form().SetCountingValue(control, working.Get(field));
         return true;
       }
       working.Set(field, value + 0.0);  // a "-0" is stored as 0

@@ -38,6 +38,7 @@ void FormModel::SetDlgItemText(int control, std::string_view text) {
   if (Control* c = FindForChange(control)) {
     c->text = text;
     c->number.reset();
+    c->counting.reset();
     Notify(&FormView::TextChanged, control);
   }
 }
@@ -51,6 +52,7 @@ void FormModel::SetDlgItemLong(int control, std::int64_t value) {
   if (Control* c = FindForChange(control)) {
     c->text = std::to_string(value);
     c->number = static_cast<double>(value);
+    c->counting.reset();
     Notify(&FormView::TextChanged, control);
   }
 }
@@ -69,6 +71,7 @@ void FormModel::SetDlgItemDouble(int control, double value, int /*width*/, int d
   if (Control* c = FindForChange(control)) {
     c->text = FormatDecimals(value, decimals);
     c->number = value;
+    c->counting.reset();
     Notify(&FormView::TextChanged, control);
   }
 }
@@ -84,6 +87,13 @@ int FormModel::GetDlgItemDouble(int control, double& value) const {
   }
   value = *number;
   return 0;
+}
+
+void FormModel::SetCountingValue(int control, double value) {
+  if (Control* c = FindForChange(control)) {
+    c->counting = value;
+    Notify(&FormView::TextChanged, control);
+  }
 }
 
 void FormModel::SetRange(int control, double lower, double upper) {

@@ -43,7 +43,8 @@ class FormModel {
     std::vector<std::string> rows;
     std::vector<int> icons;
     int selected = -1;
-    std::optional<double> lower;  // typing hints
+    std::optional<double> counting;  // the value that counts while the shown text is refused
+    std::optional<double> lower;     // typing hints
     std::optional<double> upper;
     int resets = 0;  // how often the list was emptied
   };
@@ -68,6 +69,8 @@ class FormModel {
   void SetDlgItemDouble(int control, double value, int width, int decimals);
   // 0 and the value, or nonzero for a text that is not a number.
   int GetDlgItemDouble(int control, double& value) const;
+  // The dialog keeps another value than the one shown, until the text changes.
+  void SetCountingValue(int control, double value);
   void SetRETruncate(int /*control*/, int /*truncate*/) {}
 
   void CheckRadioButton(int first, int last, int checked);
