@@ -10,6 +10,7 @@
 #include "desktop/NeighbourPowers.h"
 #include "desktop/Strings.h"
 #include "desktop/StudyInputs.h"
+#include "exporters/Exporters.h"
 #include "frame/PowerAnalysis.h"
 #include "office/SheetFile.h"
 #include "output/Answers.h"
@@ -135,28 +136,7 @@ void DesktopHost::DialogOnTop(bool opened) {
   Q_EMIT DialogShown();
 }
 
-void DesktopHost::NothingOpened(int stage) {
-  if (stage == 0) {
-    Q_EMIT DialogClosed();
-  } else {
-    ReopenStartup();
-  }
-}
-
-// A task whose dialogs are not there yet would end the analysis without a message.
-void DesktopHost::ReopenStartup() {
-  QString task;
-  if (const PowerSettingsHead* block = Module().settings) {
-    const int mode = block->Mode;
-    const int row =
-        mode >= 0 && mode < ModeCount ? block->Selection[static_cast<std::size_t>(mode)] : -1;
-    if (row >= 0 && static_cast<std::size_t>(row) < Tasks(mode).size()) {
-      task = ToText(LoadText(Tasks(mode)[static_cast<std::size_t>(row)].name));
-    }
-  }
-  Q_EMIT TaskUnavailable(task);
-  analysis_->ForwardSequence(StageStartup, ExitBack);
-}
+void DesktopHost::NothingOpened(int /*stage*/) { Q_EMIT DialogClosed(); }
 
 // --- Progress.
 
@@ -237,6 +217,11 @@ void DesktopHost::PrepareStudy(bool forTable) {
   }
   const TaskRow& task = Tasks(entry.mode)[static_cast<std::size_t>(entry.row)];
   const ModeRow& mode = Modes()[static_cast<std::size_t>(entry.mode)];
+  if (dialog()->IsModal()) {
+    // Cells are nobody's result: no field of the page has a part in them.
+    book_.StartStudy(ToText(form()->spec().title), task.family, mode.word);
+    return;
+  }
   book_.StartStudy(
       ToText(LoadText(task.name)) + QStringLiteral(" \u2013 ") + ToText(LoadText(mode.name)),
       task.family, mode.word, InputsOf(entry));
@@ -246,7 +231,7 @@ int DesktopHost::looka4(SummaryTable table) {
   PrepareStudy(true);
   const CatalogueDialog entry = Entry();
   std::vector<QString> note;
-  if (entry.dialog != nullptr && entry.mode == ModeSampleSize) {
+  if (entry.dialog != nullptr && entry.mode == ModeSampleSize && !IsCellMeans(table)) {
     note = NeighbourNote(entry.row, table, options.digits);
   }
   std::vector<Answer> answers = AnswersOf(table, *Block());

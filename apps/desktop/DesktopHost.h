@@ -65,7 +65,6 @@ class DesktopHost : public QObject, public RunningHost {
   // Another dialog is on top: it was opened, or the modal one above it has ended.
   void DialogShown();
   void DialogClosed();
-  void TaskUnavailable(const QString& task);
   // The first poll of a running command: dialogs are to be disabled until it ends.
   void Frozen(bool frozen);
   void Refused();
@@ -115,7 +114,6 @@ class DesktopHost : public QObject, public RunningHost {
 
  private:
   bool RefusesUnreadable(const DialogEvent& event);
-  void ReopenStartup();
   // What the dialog shows in its own boxes becomes a study like any other.
   void KeepResultsInPlace();
   // A study for what comes next, when it does not belong in the open one.

@@ -181,11 +181,6 @@ void MainWindow::ConnectHost() {
   connect(host_, &DesktopHost::OptionsWanted, this, &MainWindow::ShowOptions, Qt::QueuedConnection);
   connect(host_, &DesktopHost::Doing, this, &MainWindow::Record);
   connect(host_, &DesktopHost::CommandDone, this, &MainWindow::CommandDone);
-  connect(host_, &DesktopHost::TaskUnavailable, this, [this](const QString& task) {
-    constexpr int kNoTextNumber = 0;
-    QueueMessages({{kNoTextNumber,
-                    FromText(tr("\u201c%1\u201d is not part of this version yet.").arg(task)), 1}});
-  });
 }
 
 void MainWindow::ConnectBook() {
