@@ -23,9 +23,11 @@
 #include <utility>
 
 #include "automation/SpecLookup.h"
+#include "desktop/CellTable.h"
 #include "desktop/Icons.h"
 #include "desktop/Mnemonics.h"
 #include "desktop/Strings.h"
+#include "dialogs/Controls.h"
 #include "host/NumberText.h"
 
 namespace poweranalysis {
@@ -145,15 +147,19 @@ QString WithPoint(const ControlSpec& box, QString text) {
   return lone && ReadingOf(box, text) == Reading::Number ? text : QString();
 }
 
-// A page may be taller than a small screen; it is never wider.
-QWidget* InScrollArea(QWidget* content) {
+bool IsCell(const ControlSpec& control) { return control.row >= 0 && control.column >= 0; }
+
+// A page may be taller than a small screen; it is wider only where it has a table of cells.
+QWidget* InScrollArea(QWidget* content, const PageSpec& page) {
   auto* scroll = new QScrollArea;
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setWidget(content);
-  scroll->setMinimumWidth(content->minimumSizeHint().width() + 24);
+  if (page.rowTitles.empty()) {
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setMinimumWidth(content->minimumSizeHint().width() + 24);
+  }
   return scroll;
 }
 
@@ -188,13 +194,14 @@ void DesktopForm::Built() {
     const PageSpec& page = spec().pages.front();
     QWidget* content = BuildPage(page);
     // Lists scroll by themselves.
-    column->addWidget(OfKind(page, ControlKind::List).empty() ? InScrollArea(content) : content, 1);
+    column->addWidget(
+        OfKind(page, ControlKind::List).empty() ? InScrollArea(content, page) : content, 1);
   } else {
     tabs_ = new QTabWidget;
     tabs_->setAccessibleName(tr("Pages of %1").arg(Shown(spec().title)));
     tabs_->setAccessibleDescription(tr("The fields, and the files that keep them"));
     for (const PageSpec& page : spec().pages) {
-      tabs_->addTab(InScrollArea(BuildPage(page)), Shown(page.caption));
+      tabs_->addTab(InScrollArea(BuildPage(page), page), Shown(page.caption));
     }
     column->addWidget(tabs_, 1);
   }
@@ -216,7 +223,8 @@ void DesktopForm::AssignMnemonics(const DialogSpec& spec) {
     for (const ControlSpec& control : controls) {
       const bool isText =
           control.kind == ControlKind::StaticText || control.kind == ControlKind::HelpText;
-      if (!isText && (control.kind == ControlKind::Button) == buttons) {
+      // A table has more cells than there are letters.
+      if (!isText && !IsCell(control) && (control.kind == ControlKind::Button) == buttons) {
         captions_.insert(control.number, WithMnemonic(Shown(control.caption), taken));
       }
     }
@@ -243,7 +251,7 @@ QWidget* DesktopForm::BuildPage(const PageSpec& page) {
     return content;
   }
   for (const ControlGroup& group : InGroups(page)) {
-    AddGroup(group, *column);
+    AddGroup(page, group, *column);
   }
   column->addStretch(1);
   return content;
@@ -273,7 +281,9 @@ QLayout* DesktopForm::BuildLists(const PageSpec& page) {
   return grid;
 }
 
-void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout& column) {
+void DesktopForm::AddGroup(const PageSpec& page,
+                           const std::vector<ControlSpec>& controls,
+                           QBoxLayout& column) {
   QBoxLayout* inner = &column;
   const QString caption = Shown(controls.front().group);
   if (!caption.isEmpty()) {
@@ -289,6 +299,8 @@ void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout&
     const bool toggle = control.kind == ControlKind::Radio || control.kind == ControlKind::CheckBox;
     if (control.kind == ControlKind::Button) {
       buttons.push_back(control);
+    } else if (IsCell(control)) {
+      AddCell(page, control, *inner);
     } else if (IsEdit(control) || control.kind == ControlKind::StaticText) {
       form = form == nullptr ? AddForm(*inner) : form;
       AddField(control, *form);
@@ -303,6 +315,16 @@ void DesktopForm::AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout&
     }
   }
   AddButtons(buttons, *inner);
+}
+
+void DesktopForm::AddCell(const PageSpec& page, const ControlSpec& cell, QBoxLayout& column) {
+  if (cells_ == nullptr) {
+    cells_ = new CellTable(page.rowTitles, page.columnTitles);
+    connect(cells_, &CellTable::PasteWanted, this, [this] { Click(ControlGridPaste); });
+    connect(cells_, &CellTable::CopyWanted, this, [this] { Click(ControlGridCopy); });
+    column.addWidget(cells_, 0, Qt::AlignLeft);
+  }
+  cells_->Add(cell.row, cell.column, *MakeEdit(cell));
 }
 
 QFormLayout* DesktopForm::AddForm(QBoxLayout& column) {
@@ -718,6 +740,9 @@ std::vector<UnreadableBox> DesktopForm::UnreadableBoxes() const {
       continue;
     }
     const FormModel::Control& held = *model_->Find(control.number);
+    if (!held.visible) {
+      continue;
+    }
     const Reading reading = ReadingOf(*model_, held);
     if (reading == Reading::Number) {
       continue;
@@ -734,8 +759,8 @@ std::vector<UnreadableBox> DesktopForm::UnreadableBoxes() const {
 }
 
 bool DesktopForm::TakesValues(int button) const {
-  constexpr std::array<std::string_view, 4> kOthers = {"Cancel", "Options", "RestoreDefaults",
-                                                       "Open"};
+  constexpr std::array<std::string_view, 5> kOthers = {"Cancel", "Options", "RestoreDefaults",
+                                                       "Open", "Paste"};
   const ControlSpec* control = FindControlSpec(spec(), button);
   return control != nullptr && control->kind == ControlKind::Button &&
          std::find(kOthers.begin(), kOthers.end(), control->name) == kOthers.end();
@@ -823,6 +848,9 @@ void DesktopForm::LookChanged(int control) {
   }
   if (QWidget* widget = WidgetOf(control)) {
     widget->setVisible(model_->Find(control)->visible);
+  }
+  if (cells_ != nullptr && IsCell(model_->Find(control)->spec)) {
+    cells_->ShowTitles();
   }
 }
 

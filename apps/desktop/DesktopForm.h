@@ -22,6 +22,8 @@ class QTabWidget;
 
 namespace poweranalysis {
 
+class CellTable;
+
 // A box whose text does not read as a number of its kind. It counts as 0 in the calculations.
 struct UnreadableBox {
   int control = 0;
@@ -87,7 +89,8 @@ class DesktopForm : public QWidget, public FormView {
 
   QWidget* BuildPage(const PageSpec& page);
   QLayout* BuildLists(const PageSpec& page);
-  void AddGroup(const std::vector<ControlSpec>& controls, QBoxLayout& column);
+  void AddGroup(const PageSpec& page, const std::vector<ControlSpec>& controls, QBoxLayout& column);
+  void AddCell(const PageSpec& page, const ControlSpec& cell, QBoxLayout& column);
   void AddButtons(const std::vector<ControlSpec>& buttons, QBoxLayout& column);
   QFormLayout* AddForm(QBoxLayout& column);
   void AddField(const ControlSpec& field, QFormLayout& form);
@@ -122,6 +125,7 @@ class DesktopForm : public QWidget, public FormView {
   int toggled_ = 0;  // the toggle that the click under way has changed
   int held_ = 0;     // the edit that was typed in and has not been sent yet
   QTabWidget* tabs_ = nullptr;
+  CellTable* cells_ = nullptr;
   QLabel* label_ = nullptr;       // waits for the edit behind it
   QHash<int, QString> captions_;  // with their mnemonics
 };

@@ -9,6 +9,7 @@
 #include "desktop/DesktopForm.h"
 #include "desktop/MainWindow.h"
 #include "desktop/ResultPages.h"
+#include "dialogs/Controls.h"
 #include "frame/TaskCatalogue.h"
 
 // Takes pictures of the window along one analysis, in light and dark colours and with large
@@ -74,6 +75,27 @@ class Photographer {
     host.widgets()->Click(kBack);
   }
 
+  // An interval, and the tables of cell means.
+  void Grids() {
+    const auto open = [this](int mode, const char* family) {
+      window_.NewAnalysis();
+      poweranalysis::DesktopHost& host = window_.host();
+      host.widgets()->Choose(kModes, mode);
+      host.widgets()->Choose(kTasks, poweranalysis::FindTask(mode, family));
+      host.widgets()->Click(kAccept);
+    };
+    open(poweranalysis::ModeInterval, "P1");
+    window_.host().widgets()->Click(kAccept);
+    Shoot(QStringLiteral("interval"));
+    for (const char* family : {"AV1", "AV2", "PC"}) {
+      open(ModePower, family);
+      window_.host().widgets()->Click(poweranalysis::ControlGrid);
+      Shoot(QStringLiteral("grid-%1").arg(QLatin1String(family)));
+    }
+    window_.host().widgets()->Click(poweranalysis::ControlGridCreate);
+    Shoot(QStringLiteral("grid-created"));
+  }
+
   // Every dialog with its defaults, and what comes out.
   void Gallery(const QString& suffix) {
     suffix_ = suffix;
@@ -123,6 +145,7 @@ int main(int argc, char** argv) {
   Photographer photographer(window, arguments[1]);
   window.SetTheme(poweranalysis::Theme::Light);
   photographer.Tour(QString());
+  photographer.Grids();
   window.SetTheme(poweranalysis::Theme::Dark);
   photographer.Tour(QStringLiteral("-dark"));
   window.SetTheme(poweranalysis::Theme::Light);
