@@ -39,6 +39,12 @@ std::uint64_t DesktopDriver::OpenDialog() const {
   return number;
 }
 
+bool DesktopDriver::IsOpen(std::uint64_t dialog) const {
+  bool open = false;
+  OnWindowThread([&] { open = window_.host().IsOpen(dialog); });
+  return open;
+}
+
 DialogSpec DesktopDriver::Spec() const {
   DialogSpec spec;
   WithForm([&](DesktopForm& form) { spec = form.spec(); });

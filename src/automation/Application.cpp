@@ -58,11 +58,15 @@ DialogObject::DialogObject(Application& application,
 
 DialogObject::~DialogObject() { --locks_; }
 
-bool DialogObject::IsOpen() const { return application_.driver().OpenDialog() == dialog_; }
+bool DialogObject::IsOpen() const { return application_.driver().IsOpen(dialog_); }
 
 void DialogObject::ThrowIfClosed() const {
   if (!IsOpen()) {
     throw DialogClosed(std::string(interface_.name) + ": the dialog has closed");
+  }
+  if (application_.driver().OpenDialog() != dialog_) {
+    throw AutomationError(std::string(interface_.name) +
+                          ": another dialog is open above it, which Dialog gives");
   }
 }
 
@@ -315,17 +319,21 @@ std::shared_ptr<DialogObject> Application::StartAnalysis() {
 }
 
 std::shared_ptr<DialogObject> Application::Dialog() {
+  for (auto it = dialogs_.begin(); it != dialogs_.end();) {
+    it = driver_.IsOpen(it->first) ? std::next(it) : dialogs_.erase(it);
+  }
   const std::uint64_t open = driver_.OpenDialog();
   if (open == 0) {
-    dialog_.reset();
-  } else if (dialog_ == nullptr || number_ != open) {
+    return nullptr;
+  }
+  std::shared_ptr<DialogObject>& dialog = dialogs_[open];
+  if (dialog == nullptr) {
     // A dialog without its own interface has the members of all dialogs.
     const Interface* interface = InterfaceOfClass(driver_.Spec().className);
-    dialog_ = std::make_shared<DialogObject>(
+    dialog = std::make_shared<DialogObject>(
         *this, interface == nullptr ? BaseInterface() : *interface, open);
   }
-  number_ = open;
-  return dialog_;
+  return dialog;
 }
 
 }  // namespace poweranalysis

@@ -33,7 +33,7 @@ using Value = std::variant<std::monostate,
 
 // One open dialog. A put is typing: the text of the control is set and its command sent, so that
 // bounds are checked by OK and not before. After the dialog has closed every call raises
-// DialogClosed.
+// DialogClosed; while another lies above it every call fails, and works again afterwards.
 class DialogObject {
  public:
   DialogObject(Application& application, const Interface& interface, std::uint64_t dialog);
@@ -101,8 +101,7 @@ class Application {
  private:
   DialogDriver& driver_;
   Session session_;
-  std::shared_ptr<DialogObject> dialog_;
-  std::uint64_t number_ = 0;  // of dialog_
+  std::map<std::uint64_t, std::shared_ptr<DialogObject>> dialogs_;  // those open, by number
 };
 
 }  // namespace poweranalysis

@@ -25,6 +25,8 @@ bool HeadlessDriver::StartAnalysis() {
 
 std::uint64_t HeadlessDriver::OpenDialog() const { return host_.dialogNumber(); }
 
+bool HeadlessDriver::IsOpen(std::uint64_t dialog) const { return host_.IsOpen(dialog); }
+
 DialogSpec HeadlessDriver::Spec() const {
   return host_.form() == nullptr ? DialogSpec() : host_.form()->spec();
 }

@@ -20,6 +20,7 @@ class HeadlessDriver : public DialogDriver {
 
   bool StartAnalysis() override;
   std::uint64_t OpenDialog() const override;
+  bool IsOpen(std::uint64_t dialog) const override;
   DialogSpec Spec() const override;
   void Type(int control, const std::string& text) override;
   void Press(int control) override;

@@ -1,10 +1,12 @@
 #include "automation/MacroRecorder.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "automation/SpecLookup.h"
 #include "dialogs/Controls.h"
 #include "dialogs/DialogFactory.h"
+#include "dialogs/Grids.h"
 #include "frame/DefineTask.h"
 #include "host/NumberText.h"
 
@@ -120,7 +122,14 @@ std::string PythonConstant(int list, int row) {
   return std::string("poweranalysis.") + enumeration + "." + name;
 }
 
+// A grid has a name of its own: the page below it goes on under the one that it has.
 const char* VariableOf(const Interface& interface) {
+  const bool ofGrid = std::any_of(Grids().begin(), Grids().end(), [&interface](const GridRow& row) {
+    return InterfaceOfClass(row.className) == &interface;
+  });
+  if (ofGrid || &interface == &BaseInterface()) {
+    return "grid";
+  }
   switch (interface.kind) {
     case DialogKind::Startup:
       return "startup";
@@ -188,9 +197,16 @@ void MacroRecorder::Enter(std::uint64_t dialog, const DialogSpec& spec) {
   if (dialog == dialog_) {
     return;
   }
+  // A dialog that opened earlier is there again because the one above it has closed.
+  const auto covered = dialog < dialog_ ? known_.find(dialog) : known_.end();
+  dialog_ = dialog;
+  if (covered != known_.end()) {
+    interface_ = covered->second.interface;
+    variable_ = covered->second.variable;
+    return;
+  }
   const bool first = lines_.empty();
   const Interface& interface = InterfaceOf(spec);
-  dialog_ = dialog;
   if (interface.kind == DialogKind::Startup) {
     OpenVariable(interface, started_ || first);
     started_ = false;
@@ -201,12 +217,20 @@ void MacroRecorder::Enter(std::uint64_t dialog, const DialogSpec& spec) {
   } else {
     OpenVariable(interface, false);
   }
+  known_[dialog] = {interface_, variable_};
 }
 
 void MacroRecorder::CatchUp(const Interface& interface, const DialogSpec& spec) {
   OpenVariable(*InterfaceOfClass(StartupDialog().className), true);
   CompleteStartup();
   Do(variable_ + ".OK()");
+  const auto grid = std::find_if(Grids().begin(), Grids().end(), [&spec](const GridRow& row) {
+    return row.resource == spec.resource;
+  });
+  if (grid != Grids().end()) {
+    CatchUpGrid(*grid, spec);
+    return;
+  }
   const CatalogueDialog entry = FindDialog(spec.resource);
   if (entry.dialog != nullptr && entry.result) {
     const DialogRow* parameters = ComputeDialog(entry.mode, entry.row);
@@ -220,6 +244,44 @@ void MacroRecorder::CatchUp(const Interface& interface, const DialogSpec& spec) 
   }
   OpenVariable(interface, false);
   WriteFields(spec, Instance::Working);
+}
+
+// The page that the grid opens from, the grid, and what stands in its cells.
+void MacroRecorder::CatchUpGrid(const GridRow& grid, const DialogSpec& spec) {
+  const int mode = Block()->Mode;
+  const int task = Block()->Selection[static_cast<std::size_t>(mode)];
+  const DialogRow* page = ComputeDialog(mode, task);
+  auto& analysis = static_cast<CPowerAnalysis&>(*Module().analysis);
+  const auto dialog = CreateTaskDialog(analysis, {page, mode, task, false});
+  OpenVariable(*InterfaceOfClass(page->className), false);
+  if (dialog != nullptr) {
+    const DialogSpec shown = dialog->Spec();
+    WriteFields(shown, Instance::Working);
+    WriteCounts(grid, shown);
+    if (const ControlSpec* button = FindControlSpec(shown, ControlGrid)) {
+      CallButton(*button);
+    }
+  }
+  OpenVariable(InterfaceOf(spec), false);
+  const GridSize size = grid.SizeOf(grid.Scratch());
+  for (const ControlSpec* control : FieldControls(spec)) {
+    if (control->row >= 0 && control->row < size.rows && control->column < size.columns) {
+      SetField(*control, PythonNumber(grid.cell(*Block(), control->row, control->column)));
+    } else if (control->number == ControlOfField("Sigma")) {
+      SetField(*control, PythonNumber(grid.Scratch().Get(*TableOf(grid.family).Find("Sigma"))));
+    }
+  }
+}
+
+// Cells that were pasted or opened may have another size than the page: a script cannot paste.
+void MacroRecorder::WriteCounts(const GridRow& grid, const DialogSpec& page) {
+  for (const char* name : {grid.rowsField, grid.columnsField}) {
+    const ControlSpec* control =
+        name == nullptr ? nullptr : FindControlSpec(page, ControlOfField(name));
+    if (control != nullptr) {
+      SetField(*control, PythonNumber(grid.Scratch().Get(*TableOf(grid.family).Find(name))));
+    }
+  }
 }
 
 // Every field of a dialog with the value that the block holds.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +11,8 @@
 
 // Writing down what a user does in the dialogs, as a script of the object model.
 namespace poweranalysis {
+
+struct GridRow;
 
 // A value as a recorder holds it: a whole number, or, once it was replaced, a named constant.
 class COleAConstant {
@@ -76,6 +79,8 @@ class MacroRecorder {
 
   void Enter(std::uint64_t dialog, const DialogSpec& spec);
   void CatchUp(const Interface& interface, const DialogSpec& spec);
+  void CatchUpGrid(const GridRow& grid, const DialogSpec& spec);
+  void WriteCounts(const GridRow& grid, const DialogSpec& page);
   void OpenVariable(const Interface& interface, bool started);
   void SetValue(const std::string& subject, const std::string& left, const std::string& value);
   void SetField(const ControlSpec& control, const std::string& value);
@@ -86,7 +91,14 @@ class MacroRecorder {
   void CallButton(const ControlSpec& control);
   void Do(const std::string& text, std::size_t arguments = 0);
 
+  // A dialog that may be covered by another, and what the script calls it.
+  struct Known {
+    const Interface* interface = nullptr;
+    std::string variable;
+  };
+
   std::vector<Line> lines_;
+  std::map<std::uint64_t, Known> known_;
   std::uint64_t dialog_ = 0;
   const Interface* interface_ = nullptr;
   std::string variable_;

@@ -25,6 +25,8 @@ class DialogDriver {
   // --- The open dialog.
   // Its number, another for each dialog that was ever opened; 0 when none is open.
   virtual std::uint64_t OpenDialog() const = 0;
+  // Whether the dialog of a number has not closed: a modal one may lie above it.
+  virtual bool IsOpen(std::uint64_t dialog) const { return dialog == OpenDialog(); }
   // What it looks like; empty when none is open.
   virtual DialogSpec Spec() const = 0;
 

@@ -38,6 +38,11 @@ const RunningHost::OpenDialog& RunningHost::Top() const {
   return stack_.empty() ? none : stack_.back();
 }
 
+bool RunningHost::IsOpen(std::uint64_t number) const {
+  return std::any_of(stack_.begin(), stack_.end(),
+                     [number](const OpenDialog& open) { return open.number == number; });
+}
+
 CAnalysisDialog* RunningHost::stageDialog() const {
   return stack_.empty() ? nullptr : stack_.front().dialog.get();
 }

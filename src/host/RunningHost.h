@@ -41,6 +41,8 @@ class RunningHost : public LocalHost {
   FormModel* form() const { return Top().form.get(); }
   // Its number, another for each dialog that was ever opened; 0 when none is open.
   std::uint64_t dialogNumber() const { return Top().number; }
+  // Whether the dialog of a number has not closed, be it on top or not.
+  bool IsOpen(std::uint64_t number) const;
   // The dialog that the running stage opened, below all modal ones.
   CAnalysisDialog* stageDialog() const;
 

@@ -78,6 +78,27 @@ TEST_F(Objects, EachOpeningOfADialogIsAnObjectOfItsOwn) {
   EXPECT_TRUE(second->IsOpen());
 }
 
+TEST_F(Objects, ADialogUnderAnotherSaysSoAndWorksAgainAfterwards) {
+  const auto page = Parameters(ModePower, "AV1");
+  page->PressButton("Grid");
+  const auto grid = application_.Dialog();
+  ASSERT_NE(grid, page);
+  EXPECT_TRUE(page->IsOpen());
+  try {
+    page->GetField("N");
+    ADD_FAILURE() << "a covered dialog answered";
+  } catch (const DialogClosed&) {
+    ADD_FAILURE() << "a covered dialog is not closed";
+  } catch (const AutomationError& error) {
+    EXPECT_NE(std::string(error.what()).find("another dialog is open above it"), std::string::npos);
+  }
+  grid->SetField("Mean1", 1.5);
+  EXPECT_EQ(grid->OK(), 1);
+  EXPECT_FALSE(grid->IsOpen());
+  EXPECT_EQ(application_.Dialog(), page);
+  EXPECT_NO_THROW(page->GetField("N"));
+}
+
 TEST_F(Objects, AreCountedWhileTheyLive) {
   const int before = DialogObject::LockCount();
   {

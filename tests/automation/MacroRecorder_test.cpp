@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "AutomationRun.h"
+#include "dialogs/Grids.h"
 #include "support/ControlName.h"
 #include "support/TemporaryFolder.h"
 
@@ -303,6 +304,47 @@ TEST_F(Recording, AFamilyOfManyFieldsGivesTheSameResults) {
                                 "dialog.OK()\n"));
   EXPECT_THAT(script, HasSubstr("results.GraphOfPowerVsN\n"));
   ExpectSameResults(host_.TakeWorkbook(), script);
+}
+
+TEST_F(Recording, AGridIsWrittenWithItsCellsAndThePageBelowIsNotOpenedAgain) {
+  StartTask(ModePower, "AV2");
+  Press(ControlGrid);
+  const GridRow& grid = *FindGrid(Family::AV2);
+  recorder_.Typed(driver_.OpenDialog(), driver_.Spec(), grid.ControlOfCell(1, 2), "1.5", 1.5);
+  host_.Type(grid.ControlOfCell(1, 2), "1.5");
+  Press(ControlGridCreate);
+  Press(ControlAccept);
+  Type("N", "12");
+  Press(ControlAccept);
+  Press(ControlAccept);
+  const std::string script = recorder_.Script();
+  EXPECT_THAT(script, HasSubstr("dialog.PressButton(\"Grid\")\n"
+                                "\n"
+                                "grid = app.Dialog  # ZlvAnalysisDialog\n"
+                                "grid.SetField(\"A2B3\", 1.5)\n"
+                                "grid.PressButton(\"Create\")\n"
+                                "grid.OK()\n"
+                                "dialog.SampleSize = 12\n"
+                                "dialog.OK()\n"));
+  ExpectSameResults(host_.TakeWorkbook(), script);
+}
+
+TEST_F(Recording, BegunInsideAGridWritesTheRoadThereFirst) {
+  Start();
+  Select(ControlModes, ModePower);
+  Select(ControlTasks, FindTask(ModePower, "AV1"));
+  Press(ControlAccept);
+  family_ = Family::AV1;
+  Type("NumberOfGroups", "4");
+  Press(ControlGrid);
+  const GridRow& grid = *FindGrid(Family::AV1);
+  host_.Type(grid.ControlOfCell(3, 0), "2.5");
+  recorder_.Clear();
+  Press(ControlGridCreate);
+  Press(ControlAccept);
+  Press(ControlAccept);
+  Press(ControlAccept);
+  ExpectSameResults(host_.TakeWorkbook(), recorder_.Script());
 }
 
 TEST_F(Recording, CheckBoxesAreRecordedAsWhatTheyBecome) {

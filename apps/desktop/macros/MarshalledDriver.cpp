@@ -15,6 +15,10 @@ std::uint64_t MarshalledDriver::OpenDialog() const {
   return OnWindow([](DialogDriver& driver) { return driver.OpenDialog(); });
 }
 
+bool MarshalledDriver::IsOpen(std::uint64_t dialog) const {
+  return OnWindow([dialog](DialogDriver& driver) { return driver.IsOpen(dialog); });
+}
+
 DialogSpec MarshalledDriver::Spec() const {
   return OnWindow([](DialogDriver& driver) { return driver.Spec(); });
 }
