@@ -147,6 +147,16 @@ const std::vector<ExportKind<StudyRecord>>& StudyExports() {
   return kinds;
 }
 
+std::vector<ExportKind<StudyRecord>> ExportsOf(const StudyRecord& record) {
+  std::vector<ExportKind<StudyRecord>> kinds = StudyExports();
+  const SummaryTable* table = SummaryOf(record.study);
+  if (table != nullptr && IsCellMeans(*table)) {
+    kinds.push_back(TextKind(QObject::tr("Sheet of cell means"), QStringLiteral("ZLV"),
+                             [](const Study& study) { return ZlvOf(*SummaryOf(study)); }));
+  }
+  return kinds;
+}
+
 const std::vector<ExportKind<Chart>>& ChartExports() {
   static const std::vector<ExportKind<Chart>> kinds = {
       {QStringLiteral("SVG"), QStringLiteral("svg"), WriteChartSvg},

@@ -20,6 +20,8 @@ struct ExportKind {
 };
 
 const std::vector<ExportKind<StudyRecord>>& StudyExports();
+// Those that a study can be written as: cell means also as the sheet that the grids open.
+std::vector<ExportKind<StudyRecord>> ExportsOf(const StudyRecord& record);
 const std::vector<ExportKind<Chart>>& ChartExports();
 
 // Why a path is not written: it ends in none of the extensions.

@@ -246,10 +246,11 @@ void MainWindow::ExportStudy() {
     return;
   }
   const StudyRecord& record = book_.studies()[static_cast<std::size_t>(study)];
+  const std::vector<ExportKind<StudyRecord>> kinds = ExportsOf(record);
   const QString path =
-      AskForFile(this, tr("Export the study"), FileNameOf(record.name), FileFilter(StudyExports()));
+      AskForFile(this, tr("Export the study"), FileNameOf(record.name), FileFilter(kinds));
   if (!path.isEmpty()) {
-    const QString fault = WriteByExtension(StudyExports(), record, path, host_->options.digits);
+    const QString fault = WriteByExtension(kinds, record, path, host_->options.digits);
     if (!fault.isEmpty()) {
       Complain(fault);
     }

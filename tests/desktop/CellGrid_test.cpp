@@ -1,6 +1,7 @@
 #include <QClipboard>
 
 #include "WindowTest.h"
+#include "desktop/StudyExport.h"
 #include "dialogs/Controls.h"
 #include "dialogs/Grids.h"
 #include "frame/TaskCatalogue.h"
@@ -25,6 +26,7 @@ class CellGridTest : public QObject {
   void escapeGoesBackToThePage();
   void okPutsTheMeasureIntoThePage();
   void createMakesAStudyOfItsOwn();
+  void createdCellsAreExportedAsTheSheetThatTheGridOpens();
   void undoTakesTypingBackInACell();
 };
 
@@ -191,6 +193,29 @@ void CellGridTest::createMakesAStudyOfItsOwn() {
   // No size is in it, and nothing was computed from the fields of the page.
   QVERIFY(record.note.empty());
   QVERIFY(record.inputs.empty());
+}
+
+void CellGridTest::createdCellsAreExportedAsTheSheetThatTheGridOpens() {
+  const testing::TemporaryFolder folder;
+  const QString path = QString::fromStdString(folder.path() + "/cells.zlv");
+  GridDriver driver(Family::AV2);
+  driver.Type(driver.At(1, 1), QStringLiteral("7.25"));
+  driver.Click(ControlGridCreate);
+  const StudyRecord& cells = driver.studies().front();
+  QCOMPARE(ExportsOf(cells).back().extension, QStringLiteral("ZLV"));
+  QCOMPARE(WriteByExtension(ExportsOf(cells), cells, path, 6), QString());
+  driver.Type(driver.At(1, 1), QStringLiteral("1"));
+  driver.window().host().chooseFile = [&path](const DesktopHost::FileQuestion&) {
+    return std::optional<std::string>(path.toStdString());
+  };
+  driver.Click(ControlGridOpen);
+  QCOMPARE(driver.Text(driver.At(1, 1)), QStringLiteral("7.25"));
+  driver.Click(control::Accept);
+  driver.Click(control::Accept);
+  driver.Click(control::Accept);
+  driver.TakeMessage();
+  const StudyRecord& power = driver.studies().back();
+  QCOMPARE(ExportsOf(power).size(), StudyExports().size());
 }
 
 void CellGridTest::undoTakesTypingBackInACell() {
