@@ -122,9 +122,10 @@ GridEntries OfSheet(const Sheet& sheet, const GridRow& grid) {
   const std::int32_t columns = grid.columnsField == nullptr ? grid.capacity.columns : found.columns;
   GridEntries entries{&grid, {found.rows, columns}, {}, sheet.At(sheet.rows - 1, 0)};
   for (std::int32_t row = 0; row < found.rows; ++row) {
+    const std::int32_t sheetRow = grid.sheet.headings + row;
     for (std::int32_t column = 0; column < columns; ++column) {
-      entries.cells.push_back(sheet.At(static_cast<std::size_t>(grid.sheet.headings + row),
-                                       static_cast<std::size_t>(column)));
+      entries.cells.push_back(
+          sheet.At(static_cast<std::size_t>(sheetRow), static_cast<std::size_t>(column)));
       if (IsMissing(entries.cells.back())) {
         throw UsageError(kFile,
                          fmt::format("the cell {} is not a number", grid.NameOfCell(row, column)));
