@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "distributions/Common.h"
+#include "families/Computed.h"
 #include "frame/NearlyEqual.h"
 #include "frame/Services.h"
 #include "host/ChartLayout.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "distributions/Common.h"
+#include "families/Computed.h"
 #include "frame/FormatText.h"
 #include "frame/Texts.h"
 
