@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "dialogs/DialogRun.h"
 #include "frame/Texts.h"
 
@@ -218,10 +220,11 @@ TEST_F(IntervalDialogTest, TheEffectOfTwoWayIsChosenByRadioButtons) {
 
 TEST_F(IntervalDialogTest, WithoutABlockItCanStillBeClosed) {
   Parameters(Interval("T1"));
-  Module().settings = nullptr;
+  PowerSettingsHead* const block = std::exchange(Module().settings, nullptr);
   EXPECT_EQ(0, Press(ControlAccept));
   EXPECT_THAT(host_.workbook().items, IsEmpty());
   EXPECT_EQ(1, Press(ControlBack));
+  Module().settings = block;
 }
 
 }  // namespace
